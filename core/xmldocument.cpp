@@ -1,0 +1,137 @@
+#include "core/xmldocument.h"
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
+#include <QtCore/QXmlStreamReader>
+
+namespace {
+
+// Where the reader stands in the tree that it builds.
+struct Cursor
+{
+    QDomDocument document;
+    QDomNode node; // the innermost open element, or the document
+    int depth = 0;
+    QString pendingBlank; // white space that is dropped if an element follows: it only indents
+
+    void append(const QDomNode &child) { node.appendChild(child); }
+};
+
+void startElement(Cursor *cursor, const QXmlStreamReader &reader)
+{
+    QDomElement element = cursor->document.createElement(reader.qualifiedName().toString());
+    for (const QXmlStreamNamespaceDeclaration &declaration : reader.namespaceDeclarations()) {
+        const QString prefix = declaration.prefix().toString();
+        element.setAttribute(prefix.isEmpty() ? QStringLiteral("xmlns") : QLatin1String("xmlns:") + prefix,
+                             declaration.namespaceUri().toString());
+    }
+    for (const QXmlStreamAttribute &attribute : reader.attributes())
+        element.setAttribute(attribute.qualifiedName().toString(), attribute.value().toString());
+    cursor->pendingBlank.clear();
+    cursor->append(element);
+    cursor->node = element;
+    ++cursor->depth;
+}
+
+void endElement(Cursor *cursor)
+{
+    if (!cursor->pendingBlank.isEmpty() && !cursor->node.hasChildNodes())
+        cursor->append(cursor->document.createTextNode(cursor->pendingBlank));
+    cursor->pendingBlank.clear();
+    cursor->node = cursor->node.parentNode();
+    --cursor->depth;
+}
+
+void characters(Cursor *cursor, const QXmlStreamReader &reader)
+{
+    const QString text = reader.text().toString();
+    if (reader.isCDATA())
+        cursor->append(cursor->document.createCDATASection(text));
+    else if (!reader.isWhitespace())
+        cursor->append(cursor->document.createTextNode(text));
+    else if (cursor->node.lastChild().isText()) // white space inside mixed content is part of it
+        cursor->append(cursor->document.createTextNode(text));
+    else
+        cursor->pendingBlank = text;
+}
+
+} // namespace
+
+bool openRegularFile(QFile *file, QString *errorText)
+{
+    const QFileInfo info(file->fileName());
+    if (info.exists() && !info.isFile()) {
+        *errorText = QCoreApplication::translate("AveldoranCore", "Not a regular file");
+        return false;
+    }
+    if (!file->open(QIODevice::ReadOnly)) {
+        *errorText = file->errorString();
+        return false;
+    }
+    return true;
+}
+
+QDomDocument readXmlDocument(QIODevice *device, XmlError *error)
+{
+    Cursor cursor;
+    cursor.node = cursor.document;
+    QXmlStreamReader reader(device);
+    reader.setNamespaceProcessing(false);
+    while (!reader.atEnd()) {
+        switch (reader.readNext()) {
+        case QXmlStreamReader::StartElement:
+            if (cursor.depth == kMaxXmlDepth) {
+                reader.raiseError(QCoreApplication::translate("AveldoranCore", "Elements are nested more than %1 deep")
+                                      .arg(kMaxXmlDepth));
+                break;
+            }
+            startElement(&cursor, reader);
+            break;
+        case QXmlStreamReader::EndElement:
+            endElement(&cursor);
+            break;
+        case QXmlStreamReader::Characters:
+            characters(&cursor, reader);
+            break;
+        case QXmlStreamReader::Comment:
+            cursor.append(cursor.document.createComment(reader.text().toString()));
+            break;
+        case QXmlStreamReader::ProcessingInstruction:
+            cursor.append(cursor.document.createProcessingInstruction(reader.processingInstructionTarget().toString(),
+                                                                      reader.processingInstructionData().toString()));
+            break;
+        default:
+            break;
+        }
+    }
+    if (reader.hasError()) {
+        *error = {reader.errorString(), reader.lineNumber(), reader.columnNumber()};
+        return {};
+    }
+    return cursor.document;
+}
+
+QByteArray writeXmlDocument(const QDomDocument &document)
+{
+    constexpr int kIndent = 2;
+    return QByteArrayLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n") + document.toByteArray(kIndent);
+}
+
+QString xmlText(const QString &text)
+{
+    QString result;
+    result.reserve(text.size());
+    for (int i = 0; i < text.size(); ++i) {
+        const QChar c = text.at(i);
+        if (c.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate()) {
+            result += c;
+            result += text.at(++i);
+        } else if (!c.isSurrogate() && c.unicode() < 0xfffe &&
+                   (c.unicode() >= 0x20 || c == QLatin1Char('\t') || c == QLatin1Char('\n') ||
+                    c == QLatin1Char('\r'))) {
+            result += c;
+        }
+    }
+    return result;
+}

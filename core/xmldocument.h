@@ -1,0 +1,32 @@
+#pragma once
+
+#include <QtXml/QDomDocument>
+
+class QIODevice;
+
+// Reading and writing of the suite's XML files. Private to libaveldoran.
+
+// Deepest element nesting that is read. Qt's DOM and the channel tree recurse over it, so it bounds their stacks.
+constexpr int kMaxXmlDepth = 1000;
+
+struct XmlError
+{
+    QString text; // empty: no error
+    qint64 line = 0;
+    qint64 column = 0;
+};
+
+// Opens a regular file for reading. Null with *errorText set for anything else: a missing or unreadable file, a
+// directory, a pipe.
+bool openRegularFile(class QFile *file, QString *errorText);
+
+// Parses a whole XML document as it is read, without holding its text: damage early in a large file costs little.
+// Entities are expanded within the limits of QXmlStreamReader, the document type is dropped, and so is white space
+// that only indents elements. On failure the document is null and *error says where.
+QDomDocument readXmlDocument(QIODevice *device, XmlError *error);
+
+// The document's text in UTF-8, indented, with the XML declaration.
+QByteArray writeXmlDocument(const QDomDocument &document);
+
+// `text` without the characters that XML 1.0 can't hold, so that what is written can be read back.
+QString xmlText(const QString &text);
