@@ -330,6 +330,11 @@ QString AFrequency::formatString(const QString &format, Unit unit, int fieldWidt
     return text;
 }
 
+QString AFrequency::canonicalText() const
+{
+    return formatString(QStringLiteral("%1 %2"), NoUnit, 0, 'f', -1);
+}
+
 AFrequency::Unit AFrequency::autoUnit() const noexcept
 {
     const auto isAtLeast = [this](qint64 hertz) { return m_hertz >= hertz || m_hertz <= -hertz; };

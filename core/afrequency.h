@@ -51,6 +51,8 @@ public:
     // back as the same number of whole hertz.
     QString formatString(const QString &format, Unit unit, int fieldWidth, char numberFormat, int precision) const;
 
+    QString canonicalText() const;
+
     // MHz from 1 MHz on, kHz from 1 kHz on, else Hz, by magnitude. Never GHz: six decimals of a megahertz are whole
     // hertz, so the canonical text loses none.
     Unit autoUnit() const noexcept;

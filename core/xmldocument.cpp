@@ -5,7 +5,16 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QXmlStreamReader>
 
+#include <functional>
+#include <set>
+
 namespace {
+
+// QStringRef::toString() may share the reader's buffer and keep its reserve alive with each node.
+QString compactCopy(const QStringRef &text)
+{
+    return QString(text.unicode(), text.size());
+}
 
 // Where the reader stands in the tree that it builds.
 struct Cursor
@@ -15,19 +24,33 @@ struct Cursor
     int depth = 0;
     QString pendingBlank; // white space that is dropped if an element follows: it only indents
 
+    Cursor()
+    {
+        document.createDocumentFragment(); // a null document takes no nodes before it has made one
+        node = document;
+    }
     void append(const QDomNode &child) { node.appendChild(child); }
+
+    // One shared text for each name: a large document repeats few of them.
+    const QString &shared(const QStringRef &name)
+    {
+        const auto known = names.find(name);
+        return known != names.end() ? *known : *names.insert(compactCopy(name)).first;
+    }
+
+    std::set<QString, std::less<>> names;
 };
 
 void startElement(Cursor *cursor, const QXmlStreamReader &reader)
 {
-    QDomElement element = cursor->document.createElement(reader.qualifiedName().toString());
+    QDomElement element = cursor->document.createElement(cursor->shared(reader.qualifiedName()));
     for (const QXmlStreamNamespaceDeclaration &declaration : reader.namespaceDeclarations()) {
         const QString prefix = declaration.prefix().toString();
         element.setAttribute(prefix.isEmpty() ? QStringLiteral("xmlns") : QLatin1String("xmlns:") + prefix,
                              declaration.namespaceUri().toString());
     }
     for (const QXmlStreamAttribute &attribute : reader.attributes())
-        element.setAttribute(attribute.qualifiedName().toString(), attribute.value().toString());
+        element.setAttribute(cursor->shared(attribute.qualifiedName()), compactCopy(attribute.value()));
     cursor->pendingBlank.clear();
     cursor->append(element);
     cursor->node = element;
@@ -45,7 +68,7 @@ void endElement(Cursor *cursor)
 
 void characters(Cursor *cursor, const QXmlStreamReader &reader)
 {
-    const QString text = reader.text().toString();
+    const QString text = compactCopy(reader.text());
     if (reader.isCDATA())
         cursor->append(cursor->document.createCDATASection(text));
     else if (!reader.isWhitespace())
@@ -75,7 +98,6 @@ bool openRegularFile(QFile *file, QString *errorText)
 QDomDocument readXmlDocument(QIODevice *device, XmlError *error)
 {
     Cursor cursor;
-    cursor.node = cursor.document;
     QXmlStreamReader reader(device);
     reader.setNamespaceProcessing(false);
     while (!reader.atEnd()) {

@@ -1,0 +1,15 @@
+# What lies where: the folders of the libraries, and the headers in them that are not installed. The tests of the layout
+# read it too, so it only sets variables.
+
+set(AVELDORAN_FOLDERS
+    core datamanager channel marker geo bootlogo limit calibration views display desktop)
+
+# A header that says "Private to" stands in this list, every other one is public.
+set(AVELDORAN_PRIVATE_HEADERS
+    channel/achannelinfo_walk.h
+    core/atomicfile.h
+    core/calibrationfile.h
+    core/interpolation.h
+    core/xmldocument.h
+    datamanager/adatamanager_p.h
+)

@@ -1,0 +1,265 @@
+#include "core/aprofile.h"
+
+#include "core/atomicfile.h"
+#include "core/xmldocument.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
+
+namespace {
+
+constexpr QLatin1String kRootTag("profile");
+constexpr QLatin1String kIdAttribute("id");
+constexpr QLatin1String kShowAttribute("showInChannelList");
+constexpr QLatin1String kLanguageAttribute("lang");
+constexpr QLatin1String kLabelTag("label");
+constexpr QLatin1String kDescriptionTag("description");
+constexpr QLatin1String kBeginTag("begin");
+constexpr QLatin1String kEndTag("end");
+constexpr QLatin1String kChannelsTag("channels");
+
+QDomDocument emptyProfileDocument()
+{
+    QDomDocument document;
+    document.appendChild(document.createElement(kRootTag));
+    return document;
+}
+
+QDomElement elementForLanguage(const QDomElement &root, QLatin1String tag, const QString &language)
+{
+    QDomElement element = root.firstChildElement(tag);
+    while (!element.isNull() && element.attribute(kLanguageAttribute) != language)
+        element = element.nextSiblingElement(tag);
+    return element;
+}
+
+QString textForLanguage(const QDomElement &root, QLatin1String tag, const QString &language)
+{
+    for (const QString &wanted : {language, language.section(QLatin1Char('_'), 0, 0), QString()}) {
+        const QDomElement element = elementForLanguage(root, tag, wanted);
+        if (!element.isNull())
+            return element.text();
+    }
+    return root.firstChildElement(tag).text();
+}
+
+} // namespace
+
+struct AProfile::Private
+{
+    QDomDocument document = emptyProfileDocument();
+    QString source;
+    QString readError;
+    unsigned int flags = 0; // without DerivedProfile, which the id decides
+
+    QDomElement root() const { return document.documentElement(); }
+
+    // Before the channel section, so that a written file reads from the general to the particular.
+    void insertElement(const QDomElement &element)
+    {
+        const QDomElement channels = root().firstChildElement(kChannelsTag);
+        if (channels.isNull())
+            root().appendChild(element);
+        else
+            root().insertBefore(element, channels);
+    }
+
+    void setElementText(QDomElement element, const QString &text)
+    {
+        while (element.hasChildNodes())
+            element.removeChild(element.firstChild());
+        element.appendChild(document.createTextNode(xmlText(text)));
+        flags |= ModifiedProfile;
+    }
+
+    void setTextForLanguage(QLatin1String tag, const QString &text, const QString &language)
+    {
+        QDomElement element = elementForLanguage(root(), tag, language);
+        if (element.isNull()) {
+            element = document.createElement(tag);
+            if (!language.isEmpty())
+                element.setAttribute(kLanguageAttribute, xmlText(language));
+            insertElement(element);
+        }
+        setElementText(element, text);
+    }
+
+    void setChildText(QLatin1String tag, const QString &text)
+    {
+        QDomElement element = root().firstChildElement(tag);
+        if (element.isNull()) {
+            element = document.createElement(tag);
+            insertElement(element);
+        }
+        setElementText(element, text);
+    }
+};
+
+AProfile::AProfile(QObject *parent)
+    : QObject(parent)
+    , d(std::make_unique<Private>())
+{}
+
+AProfile::~AProfile() = default;
+
+AProfile *AProfile::fromFile(const QString &filename)
+{
+    QFile file(filename);
+    QString openError;
+    if (!openRegularFile(&file, &openError))
+        return nullptr;
+
+    XmlError error;
+    const QDomDocument document = readXmlDocument(&file, &error);
+    if (file.error() != QFileDevice::NoError)
+        return nullptr;
+
+    auto *profile = new AProfile;
+    profile->d->source = filename;
+    if (document.isNull()) {
+        profile->d->readError =
+            tr("Line %1, column %2: %3").arg(QString::number(error.line), QString::number(error.column), error.text);
+    } else if (document.documentElement().tagName() != kRootTag) {
+        profile->d->readError =
+            tr("The root element is '%1', expected 'profile'").arg(document.documentElement().tagName());
+    } else {
+        profile->d->document = document;
+    }
+    return profile;
+}
+
+QList<AProfile *> AProfile::fromPath(const QString &path)
+{
+    const QFileInfo info(path);
+    if (!info.isDir())
+        return info.exists() ? QList<AProfile *>{fromFile(path)} : QList<AProfile *>();
+
+    const QFileInfoList files =
+        QDir(path).entryInfoList({QStringLiteral("*.profile")}, QDir::Files | QDir::CaseSensitive, QDir::Name);
+    QList<AProfile *> profiles;
+    profiles.reserve(files.size());
+    for (const QFileInfo &file : files)
+        profiles.append(fromFile(file.absoluteFilePath()));
+    return profiles;
+}
+
+AFrequency AProfile::frequencyFromText(const QString &text)
+{
+    const QByteArray latin1 = text.toLatin1();
+    if (AFrequency::unitForSuffix(latin1.constData()) != AFrequency::NoUnit)
+        return AFrequency(latin1.constData());
+    AFrequency frequency;
+    frequency.setValue(text.toDouble(), AFrequency::MHz);
+    return frequency;
+}
+
+bool AProfile::isValid() const
+{
+    return !id().isEmpty() && begin() <= end();
+}
+
+QString AProfile::errorText() const
+{
+    if (!d->readError.isEmpty())
+        return d->readError;
+    if (id().isEmpty())
+        return tr("The profile has no id");
+    return isValid() ? QString() : tr("The end lies below the begin");
+}
+
+unsigned int AProfile::flags() const
+{
+    return id().contains(QLatin1Char(':')) ? d->flags | DerivedProfile : d->flags;
+}
+
+void AProfile::setFlags(unsigned int flags)
+{
+    d->flags = flags & ~static_cast<unsigned int>(DerivedProfile);
+}
+
+QString AProfile::source() const
+{
+    return d->source;
+}
+
+QString AProfile::id() const
+{
+    return d->root().attribute(kIdAttribute);
+}
+
+QString AProfile::label(const QString &language) const
+{
+    return textForLanguage(d->root(), kLabelTag, language);
+}
+
+QString AProfile::description(const QString &language) const
+{
+    return textForLanguage(d->root(), kDescriptionTag, language);
+}
+
+AFrequency AProfile::begin() const
+{
+    return frequencyFromText(d->root().firstChildElement(kBeginTag).text());
+}
+
+AFrequency AProfile::end() const
+{
+    return frequencyFromText(d->root().firstChildElement(kEndTag).text());
+}
+
+QDomNode AProfile::channelData() const
+{
+    return d->root().firstChildElement(kChannelsTag);
+}
+
+bool AProfile::showInChannelList() const
+{
+    const QString show = d->root().attribute(kShowAttribute, QStringLiteral("1")).trimmed();
+    return show != QLatin1String("0") && show != QLatin1String("false");
+}
+
+void AProfile::setId(const QString &id)
+{
+    d->root().setAttribute(kIdAttribute, xmlText(id));
+    d->flags |= ModifiedProfile;
+}
+
+void AProfile::setLabel(const QString &text, const QString &language)
+{
+    d->setTextForLanguage(kLabelTag, text, language);
+}
+
+void AProfile::setDescription(const QString &text, const QString &language)
+{
+    d->setTextForLanguage(kDescriptionTag, text, language);
+}
+
+void AProfile::setRange(const AFrequency &begin, const AFrequency &end)
+{
+    d->setChildText(kBeginTag, begin.canonicalText());
+    d->setChildText(kEndTag, end.canonicalText());
+}
+
+void AProfile::setChannelData(const QDomElement &channels)
+{
+    const QDomElement old = d->root().firstChildElement(kChannelsTag);
+    if (!channels.isNull()) {
+        QDomElement section = d->document.importNode(channels, true).toElement();
+        section.setTagName(kChannelsTag);
+        d->root().insertAfter(section, old);
+    }
+    d->root().removeChild(old);
+    d->flags |= ModifiedProfile;
+}
+
+void AProfile::setShowInChannelList(bool show)
+{
+    d->root().setAttribute(kShowAttribute, show ? QStringLiteral("1") : QStringLiteral("0"));
+    d->flags |= ModifiedProfile;
+}
+
+bool AProfile::saveToFile(const QString &filename) const
+{
+    return writeFileAtomically(filename, writeXmlDocument(d->document));
+}
