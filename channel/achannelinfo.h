@@ -1,0 +1,164 @@
+#pragma once
+
+#include "core/afrequency.h"
+#include "core/aveldoranexport.h"
+
+#include <QtCore/QList>
+#include <QtCore/QMap>
+#include <QtCore/QPair>
+#include <QtCore/QString>
+#include <QtCore/QVariant>
+#include <QtGui/QColor>
+
+class AProfile;
+class QDomElement;
+
+// One node of the channel plan: a named frequency range with narrower ranges below it. A node owns its children, and
+// takes itself out of its parent when it is deleted, so a subtree is removed by deleting its top node. Trees of any
+// depth and width are walked without recursion, except by copying, comparing and reading.
+class AVELDORAN_DATA_EXPORT AChannelInfo
+{
+public:
+    // Used as bits by hasChildsWithType and the expansion, as plain values elsewhere.
+    enum RangeType
+    {
+        Generic = 2,      // a plain grouping range
+        Direction = 4,    // a transmission direction
+        Provider = 8,     // one provider's or service's range
+        Channel = 16,     // one channel
+        AutoChannel = 32, // a channel generated from a definition
+    };
+
+    enum Columns
+    {
+        ColumnName,
+        ColumnQualifiedName, // read-only
+        ColumnStartFreq,     // the frequency columns are read as hertz in a qlonglong
+        ColumnStopFreq,
+        ColumnType,
+        ColumnSelectable,
+        ColumnColor,
+        ColumnProfileId,
+        ColumnComment,
+        ColumnAutoChannelDefinition, // a QVariantList of QVariantMap
+        ColumnMirrorEntryFreq,
+    };
+
+    // A run of equally spaced channels, with the keys "start", "width" and "space" (frequency texts), "first",
+    // "count" and "step" (int) and "color" (QColor or text).
+    using Definition = QMap<QString, QVariant>;
+
+    // Nodes of a tree, each with its depth or its stacking level.
+    using FlatList = QList<QPair<AChannelInfo *, int>>;
+
+    // Stores `parent` but doesn't enter the node in its children: call appendChild for that.
+    AChannelInfo(AChannelInfo *parent, RangeType type, const AFrequency &begin, const AFrequency &end,
+                 const QString &label, bool selectable);
+    AChannelInfo(const AChannelInfo &other); // a deep copy without a parent
+    AChannelInfo &operator=(const AChannelInfo &) = delete;
+    ~AChannelInfo();
+
+    // Takes ownership of a node that stands in no other list of children. Does nothing if it is a child already.
+    void appendChild(AChannelInfo *child);
+
+    AChannelInfo *parent() const { return m_parent; }
+    AChannelInfo *child(int row) { return m_children.at(row); } // `row` must be below childCount()
+    int childCount() const { return m_children.size(); }
+    int row() const; // 0 without a parent, -1 if the parent doesn't list the node
+    int columnCount() const;
+
+    AFrequency beginFrequency() const { return m_beginFrequency; }
+    AFrequency endFrequency() const { return m_endFrequency; }
+    const QString &label() const { return m_label; }
+    QString comment() const { return m_comment; }
+    RangeType type() const { return m_type; }
+    bool selectable() const { return m_selectable; }
+    QColor color() const; // invalid if the node has none or its text is no colour
+    QList<Definition> channelDefinitions() const { return m_channelDefinitions; }
+
+    // The labels from the root down to this node; of a profile whose id begins with "default" only those below the
+    // profile's node. `withRange` appends the range in brackets.
+    QString name(bool withRange) const;
+
+    // Whether any node strictly below this one has a type that shares a bit with `mask`.
+    bool hasChildsWithType(RangeType mask) const;
+
+    static QString mapTypeToString(int type);
+
+    QVariant data(int column) const; // invalid for a column that doesn't exist
+
+    // In the frequency columns a double is megahertz, an integer hertz, and anything else a text. A type that doesn't
+    // exist is stored as Generic. Columns that don't exist or can't be written are ignored.
+    void setData(Columns column, QVariant value);
+    void setChannelDefinitions(QList<Definition> definitions);
+
+    // Equal ranges with equal children in any order; a tree with unexpanded definitions equals the same tree
+    // expanded. parent, selectable and profile id take no part: the same plan loaded from another profile is equal.
+    bool operator==(const AChannelInfo &other) const;
+    bool operator!=(const AChannelInfo &other) const { return !(*this == other); }
+
+    // --- reading profiles ---
+
+    // Reads a profile below `parent`: one node for its whole range, with its channel section below. False for a null
+    // or invalid profile. `expandMirrors` makes each mirrored copy a sibling, otherwise only its frequency is kept;
+    // `expandAutoChannels` turns definitions into channels at once.
+    static bool fromProfile(AProfile *profile, AChannelInfo *parent, bool expandMirrors, bool expandAutoChannels);
+
+    // Reads one "range" element. Gives the nodes made directly below `parent`, mirrored copies first; none for an
+    // element of another name. A range that lies outside its parent's edges is dropped.
+    static QList<AChannelInfo *> processXmlElement(QDomElement *element, AChannelInfo *parent, bool selectable,
+                                                   bool expandMirrors, bool expandAutoChannels);
+
+    // --- expansion and flat views ---
+
+    // Turns the definitions of this node and all below into channels. Costs time and memory by the number of channels.
+    void processChannelDefinitions(bool clearDefinitions, bool clearExpanded);
+
+    // How many channels processChannelDefinitions would make here and below; nothing is made.
+    qint64 definedChannelCount() const;
+
+    // Deletes the direct children with the AutoChannel bit and tells how many they were.
+    int clearExpandedAutoChannels();
+
+    // The subtree, each node before those below it, with its depth counted from `level`.
+    FlatList channels(int level);
+
+    // The subtree with levels on which no two siblings overlap. Children for which 49 levels don't suffice, and those
+    // that begin below 0 Hz, are left out.
+    FlatList stackedChannels(int level) const;
+
+    // --- search ---
+
+    // The first node of the subtree, in the order of channels(), whose label or qualified name is `name`.
+    const AChannelInfo *findByName(const QString &name) const;
+
+    // The first node of the subtree with that profile id.
+    const AChannelInfo *findByProfileId(const QString &id) const;
+
+private:
+    friend class AChannelReader;
+    class Walk;
+
+    void enter(AChannelInfo *child);
+    bool hasDefaultProfile() const;
+    bool isNamed(const QString &name) const;
+    void copyFields(const AChannelInfo &other);
+    bool hasEqualFields(const AChannelInfo &other) const;
+    bool hasEqualChildren(const AChannelInfo &other) const;
+    qint64 expandedChildCount() const;
+    void expandOwnDefinitions();
+
+    AChannelInfo *m_parent;
+    AFrequency m_beginFrequency;
+    AFrequency m_endFrequency;
+    QString m_label;
+    bool m_selectable;
+    QList<AChannelInfo *> m_children;
+    QVariant m_color;
+    RangeType m_type;
+    QString m_profileId;
+    QString m_comment;
+    QList<Definition> m_channelDefinitions;
+    AFrequency m_mirrorEntryFrequency;
+    mutable int m_rowHint = -1; // where the node last stood among its siblings; -1: in no list of children
+};

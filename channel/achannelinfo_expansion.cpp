@@ -1,0 +1,167 @@
+#include "channel/achannelinfo.h"
+
+#include "channel/achannelinfo_walk.h"
+
+#include <algorithm>
+#include <vector>
+
+// Definitions turned into channels, and the flat views of a tree.
+
+namespace {
+
+constexpr int kStackingLevels = 49; // children that find no place on these are left out
+
+AFrequency frequencyOf(const AChannelInfo::Definition &definition, QLatin1String key)
+{
+    return AFrequency(definition.value(key).toByteArray().constData());
+}
+
+int numberOf(const AChannelInfo::Definition &definition, QLatin1String key)
+{
+    return definition.value(key).toInt();
+}
+
+QColor colorOf(const AChannelInfo::Definition &definition)
+{
+    const QVariant value = definition.value(QLatin1String("color"));
+    if (value.userType() == QMetaType::QString && !QColor::isValidColor(value.toString()))
+        return {};
+    return value.value<QColor>();
+}
+
+qint64 channelCountOf(const AChannelInfo::Definition &definition)
+{
+    return std::max(numberOf(definition, QLatin1String("count")), 0);
+}
+
+// The children by rising lower edge in whole hertz; among equal edges the last one comes first.
+std::vector<AChannelInfo *> byLowerEdge(const QList<AChannelInfo *> &children)
+{
+    std::vector<AChannelInfo *> sorted(children.crbegin(), children.crend());
+    std::stable_sort(sorted.begin(), sorted.end(), [](const AChannelInfo *a, const AChannelInfo *b) {
+        return a->beginFrequency().intValue(AFrequency::Hz) < b->beginFrequency().intValue(AFrequency::Hz);
+    });
+    return sorted;
+}
+
+// The children in the order in which they find a place on the levels above `level`: each pass fills one level from the
+// lowest edge upwards with what does not overlap. At most kStackingLevels passes over the children.
+std::vector<std::pair<AChannelInfo *, int>> stacked(const QList<AChannelInfo *> &children, int level)
+{
+    std::vector<std::pair<AChannelInfo *, int>> placed;
+    placed.reserve(static_cast<std::size_t>(children.size()));
+    std::vector<AChannelInfo *> unplaced = byLowerEdge(children);
+    for (int pass = 1; pass <= kStackingLevels && !unplaced.empty(); ++pass) {
+        AFrequency lastUpperEdge; // 0 Hz, so what begins below it finds no place at all
+        std::vector<AChannelInfo *> overlapping;
+        for (AChannelInfo *child : unplaced) {
+            if (child->beginFrequency() < lastUpperEdge) {
+                overlapping.push_back(child);
+            } else {
+                placed.emplace_back(child, level + pass);
+                lastUpperEdge = child->endFrequency();
+            }
+        }
+        unplaced.swap(overlapping);
+    }
+    return placed;
+}
+
+} // namespace
+
+void AChannelInfo::processChannelDefinitions(bool clearDefinitions, bool clearExpanded)
+{
+    // All nodes are known before the first channel is made: generated channels are not themselves visited.
+    std::vector<AChannelInfo *> nodes;
+    for (Walk walk(this); walk.next();) {
+        if (clearExpanded)
+            walk.node()->clearExpandedAutoChannels();
+        nodes.push_back(walk.node());
+    }
+    for (AChannelInfo *node : nodes) {
+        node->expandOwnDefinitions();
+        if (clearDefinitions)
+            node->m_channelDefinitions.clear();
+    }
+}
+
+void AChannelInfo::expandOwnDefinitions()
+{
+    for (const Definition &definition : qAsConst(m_channelDefinitions)) {
+        const qint64 count = channelCountOf(definition);
+        if (count == 0)
+            continue;
+        const AFrequency start = frequencyOf(definition, QLatin1String("start"));
+        const AFrequency width = frequencyOf(definition, QLatin1String("width"));
+        const AFrequency raster = width + frequencyOf(definition, QLatin1String("space"));
+        const qint64 first = numberOf(definition, QLatin1String("first"));
+        const qint64 step = numberOf(definition, QLatin1String("step"));
+        const QColor ownColor = colorOf(definition);
+        const QVariant color = ownColor.isValid() ? QVariant(ownColor) : m_color;
+
+        for (qint64 n = 0; n < count; ++n) {
+            const AFrequency lowerEdge = start + raster * static_cast<double>(n);
+            auto *channel = new AChannelInfo(this, AutoChannel, lowerEdge, lowerEdge + width,
+                                             QString::number(n * step + first), false);
+            channel->m_color = color;
+            enter(channel);
+        }
+    }
+}
+
+qint64 AChannelInfo::definedChannelCount() const
+{
+    qint64 count = 0;
+    for (Walk walk(const_cast<AChannelInfo *>(this)); walk.next();) { // only read
+        for (const Definition &definition : qAsConst(walk.node()->m_channelDefinitions))
+            count += channelCountOf(definition);
+    }
+    return count;
+}
+
+// The number of children that processChannelDefinitions(true, true) would leave.
+qint64 AChannelInfo::expandedChildCount() const
+{
+    qint64 count = std::count_if(m_children.cbegin(), m_children.cend(),
+                                 [](const AChannelInfo *child) { return (child->m_type & AutoChannel) == 0; });
+    for (const Definition &definition : m_channelDefinitions)
+        count += channelCountOf(definition);
+    return count;
+}
+
+int AChannelInfo::clearExpandedAutoChannels()
+{
+    const auto firstExpanded =
+        std::stable_partition(m_children.begin(), m_children.end(),
+                              [](const AChannelInfo *child) { return (child->m_type & AutoChannel) == 0; });
+    const std::vector<AChannelInfo *> expanded(firstExpanded, m_children.end());
+    m_children.erase(firstExpanded, m_children.end());
+    for (AChannelInfo *child : expanded) {
+        if (child->m_parent == this) // out of the list already, so it need not search it
+            child->m_parent = nullptr;
+        delete child;
+    }
+    return static_cast<int>(expanded.size());
+}
+
+AChannelInfo::FlatList AChannelInfo::channels(int level)
+{
+    FlatList list;
+    for (Walk walk(this, level); walk.next();)
+        list.append({walk.node(), walk.depth()});
+    return list;
+}
+
+AChannelInfo::FlatList AChannelInfo::stackedChannels(int level) const
+{
+    FlatList list;
+    std::vector<std::pair<AChannelInfo *, int>> pending{{const_cast<AChannelInfo *>(this), level}};
+    while (!pending.empty()) {
+        const auto [node, nodeLevel] = pending.back();
+        pending.pop_back();
+        list.append({node, nodeLevel});
+        const auto placed = stacked(node->m_children, nodeLevel);
+        pending.insert(pending.end(), placed.crbegin(), placed.crend());
+    }
+    return list;
+}

@@ -1,0 +1,96 @@
+#pragma once
+
+#include "core/acalibrationdata.h"
+#include "core/aprofile.h"
+#include "core/aveldoranexport.h"
+
+#include <QtCore/QList>
+#include <QtCore/QObject>
+#include <QtCore/QString>
+
+#include <memory>
+
+class AChannelInfo;
+class ADataManagerPrivate;
+
+// The registry of all that an application has loaded from disk: profiles, and the channel tree made from them. It
+// watches the files that it loaded and follows their changes.
+//
+// Connect to error() first, add paths and files, call createChannelInfoFromProfiles() once, and from then on read the
+// get operations and follow the signals. Everything runs on the thread of the application's event loop. A pointer that
+// a get operation hands out is valid until the matching changed-signal.
+class AVELDORAN_DATA_EXPORT ADataManager : public QObject
+{
+    Q_OBJECT
+
+public:
+    static ADataManager *instance(); // made on first use; whoever deletes it gets a fresh one from the next call
+
+    ADataManager();
+    // Clears calibrations, limits and the channel tree. The profiles held are not deleted: clearProfiles() does that.
+    ~ADataManager() override;
+
+    // --- profiles: one for each id, the last loaded wins ---
+
+    // Reads one file. False for a file that can't be read, which error() reports, and for one without a valid profile,
+    // which is passed over in silence.
+    bool addProfileFile(const QString &filename, AProfile::Flag flag);
+
+    // Reads a file or the profiles of a directory and tells how many were taken over. What can't be read is skipped.
+    int addProfilePath(const QString &path, AProfile::Flag flag);
+
+    QList<AProfile *> getProfiles() const; // by ascending id; null for one that a reload could not read
+    AProfile *getProfileForId(const QString &id) const;
+
+    // The first by ascending id whose label equals `label`, or with `exact` false holds it in upper or lower case.
+    AProfile *getProfileForLabel(const QString &label, bool exact) const;
+
+    void removeProfile(AProfile *profile); // out of the registry; the object is the caller's from then on
+    void clearProfiles();                  // the objects are deleted by the event loop
+
+    // Writes a modified profile back to its file, or under its id to the directory `path` if it is an installed one,
+    // lies below `installedPrefix` or its file has gone. False if it is not modified or can't be written.
+    bool saveProfile(AProfile *profile, const QString &path, const QString &installedPrefix);
+    bool saveProfile(const QString &id, const QString &path, const QString &installedPrefix);
+
+    // --- limits and calibration ---
+
+    void clearLimitData();
+    void clearCalibrationData(ACalibrationData::CalibrationType type); // touches no file
+
+    // --- the channel tree ---
+
+    AChannelInfo *getChannelInfoRoot() const; // never null, never to be deleted by the caller
+
+    // The first node, depth first, whose label or qualified name is `name`; null if there is none.
+    const AChannelInfo *getChannelInfoForName(const QString &name) const;
+
+    // The node of a profile; of a derived profile the node of its base.
+    const AChannelInfo *getChannelInfoForProfile(const QString &id) const;
+    const AChannelInfo *getChannelInfoForProfile(const AProfile *profile) const;
+
+    void clearChannelInfoData();
+
+public Q_SLOTS:
+    // Builds the tree anew from all profiles. The first call arms the automatic rebuild at every profilesChanged().
+    void createChannelInfoFromProfiles();
+
+Q_SIGNALS:
+    // Each is emitted by the operation that made the change, after it.
+    void channelInfoDataChanged();
+    void calibrationDataChanged(ACalibrationData::CalibrationType type);
+    void limitDataChanged();
+    void profilesChanged();
+
+    void error(QString errorMsg); // a file could not be read; nothing was changed
+
+protected Q_SLOTS:
+    void updateFile(QString filename); // a watched file was changed or deleted
+    void watchFile(QString filename);
+
+private:
+    Q_DISABLE_COPY(ADataManager)
+
+    static ADataManager *m_instance;
+    std::unique_ptr<ADataManagerPrivate> d;
+};
