@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QtCore/QStringList>
+
+// The subcommands. Each takes the program's arguments without its own name and gives the exit status.
+
+enum ExitStatus
+{
+    ExitDone = 0,
+    ExitFailed = 1, // some input could not be read or was refused; what could be done was done
+    ExitUsage = 2,  // the command line makes no sense; nothing was done
+};
+
+int runChannels(const QStringList &arguments);

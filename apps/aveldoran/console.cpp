@@ -1,0 +1,83 @@
+#include "apps/aveldoran/console.h"
+
+#include "apps/aveldoran/commands.h"
+
+#include <QtCore/QCommandLineParser>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <unistd.h>
+
+namespace Console {
+
+namespace {
+
+bool progressIsShown = false;
+
+} // namespace
+
+void error(const QString &text)
+{
+    clearProgress();
+    std::fprintf(stderr, "aveldoran: %s\n", oneLine(text).toLocal8Bit().constData());
+}
+
+void progress(const QString &text)
+{
+    if (isatty(STDERR_FILENO) == 0)
+        return;
+    std::fprintf(stderr, "\r\033[K%s", oneLine(text).toLocal8Bit().constData());
+    std::fflush(stderr);
+    progressIsShown = true;
+}
+
+void clearProgress()
+{
+    if (progressIsShown)
+        std::fputs("\r\033[K", stderr);
+    progressIsShown = false;
+}
+
+void write(const QString &text)
+{
+    const QByteArray bytes = text.toUtf8();
+    std::fwrite(bytes.constData(), 1, static_cast<std::size_t>(bytes.size()), stdout);
+}
+
+bool finish()
+{
+    const bool failedBefore = std::ferror(stdout) != 0;
+    if (std::fflush(stdout) == 0 && !failedBefore)
+        return true;
+    error(QStringLiteral("could not write the output: %1").arg(QString::fromLocal8Bit(std::strerror(errno))));
+    return false;
+}
+
+bool parse(QCommandLineParser *parser, const QStringList &arguments, int *exitStatus)
+{
+    const QCommandLineOption help = parser->addHelpOption();
+    if (!parser->parse(arguments)) {
+        error(parser->errorText());
+        *exitStatus = ExitUsage;
+        return false;
+    }
+    if (parser->isSet(help)) {
+        write(parser->helpText());
+        *exitStatus = finish() ? ExitDone : ExitFailed;
+        return false;
+    }
+    return true;
+}
+
+QString oneLine(const QString &text)
+{
+    QString line = text.simplified();
+    for (QChar &c : line) {
+        if (c.category() == QChar::Other_Control)
+            c = QChar::ReplacementCharacter;
+    }
+    return line;
+}
+
+} // namespace Console

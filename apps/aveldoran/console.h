@@ -1,0 +1,27 @@
+#pragma once
+
+#include <QtCore/QString>
+
+class QCommandLineParser;
+
+// What all subcommands say to the user, in one manner.
+namespace Console {
+
+// "aveldoran: TEXT" on standard error.
+void error(const QString &text);
+
+// A passing line on standard error, shown on a terminal only; the next one or an error replaces it.
+void progress(const QString &text);
+void clearProgress();
+
+// Standard output in UTF-8. False from finish() if any of it could not be written, which it then reports.
+void write(const QString &text);
+bool finish();
+
+// Parses a subcommand's arguments. False when the run ends here: after --help, or with a reported error.
+bool parse(QCommandLineParser *parser, const QStringList &arguments, int *exitStatus);
+
+// A text on one line, without characters that a terminal would act on.
+QString oneLine(const QString &text);
+
+} // namespace Console

@@ -1,0 +1,61 @@
+#include "apps/aveldoran/commands.h"
+#include "apps/aveldoran/console.h"
+
+#include <QtCore/QCoreApplication>
+
+#include <algorithm>
+
+namespace {
+
+struct Command
+{
+    const char *name;
+    const char *summary;
+    int (*run)(const QStringList &arguments);
+};
+
+constexpr Command kCommands[] = {
+    {"channels", "build a channel plan from profile files and print it", runChannels},
+};
+
+QString usage()
+{
+    QString text = QStringLiteral("Usage: aveldoran COMMAND [OPTIONS] ...\n"
+                                  "Works on the files that surround a spectrum measurement.\n\nCommands:\n");
+    for (const Command &command : kCommands)
+        text += QStringLiteral("  %1  %2\n").arg(QLatin1String(command.name), -12).arg(QLatin1String(command.summary));
+    return text +
+           QStringLiteral("\nOptions:\n  --help     this text; after a command, the command's own\n"
+                          "  --version  the version\n\nExit status: 0 done, 1 some input could not be read or was "
+                          "refused, 2 wrong usage.\n");
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    QCoreApplication::setOrganizationName(QStringLiteral("Aveldoran"));
+    QCoreApplication::setApplicationName(QStringLiteral("aveldoran"));
+    QCoreApplication::setApplicationVersion(QStringLiteral(AVELDORAN_VERSION));
+
+    QStringList arguments = QCoreApplication::arguments();
+    const QString name = arguments.value(1);
+    if (name == QLatin1String("--help") || name == QLatin1String("-h")) {
+        Console::write(usage());
+        return Console::finish() ? ExitDone : ExitFailed;
+    }
+    if (name == QLatin1String("--version")) {
+        Console::write(QStringLiteral("aveldoran %1\n").arg(QCoreApplication::applicationVersion()));
+        return Console::finish() ? ExitDone : ExitFailed;
+    }
+    const auto *command = std::find_if(std::begin(kCommands), std::end(kCommands),
+                                       [&name](const Command &known) { return name == QLatin1String(known.name); });
+    if (command == std::end(kCommands)) {
+        Console::error(name.isEmpty() ? QStringLiteral("a command is missing; see 'aveldoran --help'")
+                                      : QStringLiteral("unknown command '%1'; see 'aveldoran --help'").arg(name));
+        return ExitUsage;
+    }
+    arguments.removeAt(1);
+    return command->run(arguments);
+}

@@ -1,0 +1,114 @@
+#include "apps/aveldoran/plantext.h"
+
+#include "apps/aveldoran/console.h"
+
+#include <QtCore/QJsonArray>
+#include <QtCore/QStringList>
+
+namespace {
+
+constexpr int kIndent = 2;
+constexpr int kLabelWidth = 36;
+constexpr int kRangeWidth = 30;
+
+bool hasMirror(const AChannelInfo &range)
+{
+    return range.data(AChannelInfo::ColumnMirrorEntryFreq).toLongLong() != 0;
+}
+
+AFrequency mirrorFrequency(const AChannelInfo &range)
+{
+    AFrequency frequency;
+    frequency.setValue(range.data(AChannelInfo::ColumnMirrorEntryFreq).toLongLong(), AFrequency::Hz);
+    return frequency;
+}
+
+QString shortText(const AChannelInfo::Definition &definition, const char *key)
+{
+    return shortFrequency(AFrequency(definition.value(QLatin1String(key)).toByteArray().constData()));
+}
+
+QString definitionAsText(const AChannelInfo::Definition &definition)
+{
+    const QString count = definition.value(QLatin1String("count")).toString();
+    const QString noun = count == QLatin1String("1") ? QStringLiteral("channel") : QStringLiteral("channels");
+    return QStringLiteral("%1 %2 from %3, width %4, space %5, numbered from %6 by %7")
+        .arg(count, noun, shortText(definition, "start"), shortText(definition, "width"),
+             shortText(definition, "space"), definition.value(QLatin1String("first")).toString(),
+             definition.value(QLatin1String("step")).toString());
+}
+
+QJsonObject definitionAsJson(const AChannelInfo::Definition &definition)
+{
+    QJsonObject object;
+    for (const char *key : {"start", "width", "space"})
+        object[QLatin1String(key)] =
+            AFrequency(definition.value(QLatin1String(key)).toByteArray().constData()).intValue(AFrequency::Hz);
+    for (const char *key : {"count", "first", "step"})
+        object[QLatin1String(key)] = definition.value(QLatin1String(key)).toInt();
+    return object;
+}
+
+} // namespace
+
+QString shortFrequency(const AFrequency &frequency)
+{
+    const QStringList numberAndUnit = frequency.canonicalText().split(QLatin1Char(' '));
+    QString number = numberAndUnit.first();
+    while (number.endsWith(QLatin1Char('0')))
+        number.chop(1);
+    if (number.endsWith(QLatin1Char('.')))
+        number.chop(1);
+    return number + QLatin1Char(' ') + numberAndUnit.last();
+}
+
+QString rangeAsText(const AChannelInfo &range, int depth)
+{
+    const QString indent(depth * kIndent, QLatin1Char(' '));
+    const QString label = range.label().isEmpty() ? QStringLiteral("-") : Console::oneLine(range.label());
+    const QString edges =
+        shortFrequency(range.beginFrequency()) + QStringLiteral(" - ") + shortFrequency(range.endFrequency());
+    QString text = (indent + label).leftJustified(kLabelWidth) + QStringLiteral("  ") +
+                   edges.leftJustified(kRangeWidth) + QStringLiteral("  ") +
+                   AChannelInfo::mapTypeToString(range.type());
+    if (range.selectable())
+        text += QStringLiteral(", selectable");
+    if (hasMirror(range))
+        text += QStringLiteral(", mirrored at ") + shortFrequency(mirrorFrequency(range));
+    if (!range.comment().isEmpty())
+        text += QStringLiteral("  # ") + Console::oneLine(range.comment());
+    text += QLatin1Char('\n');
+    const QList<AChannelInfo::Definition> definitions = range.channelDefinitions();
+    for (const AChannelInfo::Definition &definition : definitions)
+        text += indent + QStringLiteral("  + ") + definitionAsText(definition) + QLatin1Char('\n');
+    return text;
+}
+
+QJsonObject rangeAsJson(const AChannelInfo &range, int depth)
+{
+    QJsonObject object{
+        {QStringLiteral("depth"), depth},
+        {QStringLiteral("label"), range.label()},
+        {QStringLiteral("type"), AChannelInfo::mapTypeToString(range.type())},
+        {QStringLiteral("begin"), range.beginFrequency().intValue(AFrequency::Hz)},
+        {QStringLiteral("end"), range.endFrequency().intValue(AFrequency::Hz)},
+        {QStringLiteral("selectable"), range.selectable()},
+    };
+    const QString profileId = range.data(AChannelInfo::ColumnProfileId).toString();
+    if (!profileId.isEmpty())
+        object[QStringLiteral("profile")] = profileId;
+    if (!range.comment().isEmpty())
+        object[QStringLiteral("comment")] = range.comment();
+    if (range.color().isValid())
+        object[QStringLiteral("color")] = range.color().name();
+    if (hasMirror(range))
+        object[QStringLiteral("mirror")] = range.data(AChannelInfo::ColumnMirrorEntryFreq).toLongLong();
+    const QList<AChannelInfo::Definition> definitions = range.channelDefinitions();
+    if (!definitions.isEmpty()) {
+        QJsonArray array;
+        for (const AChannelInfo::Definition &definition : definitions)
+            array.append(definitionAsJson(definition));
+        object[QStringLiteral("definitions")] = array;
+    }
+    return object;
+}
