@@ -1,0 +1,1 @@
+<profile id="n"><channels><channels count="2000000000"/></channels></profile>

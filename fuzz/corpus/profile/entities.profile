@@ -1,0 +1,1 @@
+<!DOCTYPE p [<!ENTITY a "aaaa"><!ENTITY b "&a;&a;&a;">]><profile id="&b;"><label>&b;</label></profile>

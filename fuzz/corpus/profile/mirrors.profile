@@ -1,0 +1,1 @@
+<profile id="m"><end>9</end><channels><range><begin>1</begin><end>2</end><mirror>0</mirror><range><begin>1</begin><end>2</end><mirror>0</mirror><mirror>1</mirror><MIRROR>2</MIRROR></range></range></channels></profile>

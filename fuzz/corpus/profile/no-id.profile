@@ -1,0 +1,1 @@
+<profile><begin>1</begin></profile>
