@@ -34,12 +34,22 @@ qint64 channelCountOf(const AChannelInfo::Definition &definition)
     return std::max(numberOf(definition, QLatin1String("count")), 0);
 }
 
-// The children by rising lower edge in whole hertz; among equal edges the last one comes first.
-std::vector<AChannelInfo *> byLowerEdge(const QList<AChannelInfo *> &children)
+struct Edges
 {
-    std::vector<AChannelInfo *> sorted(children.crbegin(), children.crend());
-    std::stable_sort(sorted.begin(), sorted.end(), [](const AChannelInfo *a, const AChannelInfo *b) {
-        return a->beginFrequency().intValue(AFrequency::Hz) < b->beginFrequency().intValue(AFrequency::Hz);
+    AFrequency begin;
+    AFrequency end;
+    AChannelInfo *node;
+};
+
+// The children by rising lower edge in whole hertz; among equal edges the last one comes first.
+std::vector<Edges> byLowerEdge(const QList<AChannelInfo *> &children)
+{
+    std::vector<Edges> sorted;
+    sorted.reserve(static_cast<std::size_t>(children.size()));
+    for (auto child = children.crbegin(); child != children.crend(); ++child)
+        sorted.push_back({(*child)->beginFrequency(), (*child)->endFrequency(), *child});
+    std::stable_sort(sorted.begin(), sorted.end(), [](const Edges &a, const Edges &b) {
+        return a.begin.intValue(AFrequency::Hz) < b.begin.intValue(AFrequency::Hz);
     });
     return sorted;
 }
@@ -50,19 +60,19 @@ std::vector<std::pair<AChannelInfo *, int>> stacked(const QList<AChannelInfo *> 
 {
     std::vector<std::pair<AChannelInfo *, int>> placed;
     placed.reserve(static_cast<std::size_t>(children.size()));
-    std::vector<AChannelInfo *> unplaced = byLowerEdge(children);
+    std::vector<Edges> unplaced = byLowerEdge(children);
     for (int pass = 1; pass <= kStackingLevels && !unplaced.empty(); ++pass) {
-        AFrequency lastUpperEdge; // 0 Hz, so what begins below it finds no place at all
-        std::vector<AChannelInfo *> overlapping;
-        for (AChannelInfo *child : unplaced) {
-            if (child->beginFrequency() < lastUpperEdge) {
-                overlapping.push_back(child);
+        AFrequency lastUpperEdge;    // 0 Hz, so what begins below it finds no place at all
+        std::size_t overlapping = 0; // kept at the front of `unplaced` for the next pass
+        for (const Edges &child : unplaced) {
+            if (child.begin < lastUpperEdge) {
+                unplaced[overlapping++] = child;
             } else {
-                placed.emplace_back(child, level + pass);
-                lastUpperEdge = child->endFrequency();
+                placed.emplace_back(child.node, level + pass);
+                lastUpperEdge = child.end;
             }
         }
-        unplaced.swap(overlapping);
+        unplaced.resize(overlapping);
     }
     return placed;
 }

@@ -6,9 +6,9 @@ include(CMakePackageConfigHelpers)
 
 set(aveldoran_package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/AveldoranData)
 
-# The Qt components that a target's users need, such as "Core;Xml".
-function(aveldoran_qt_components target result)
-    get_target_property(libraries ${target} INTERFACE_LINK_LIBRARIES)
+# The Qt components in a property of a target, such as "Core;Xml".
+function(aveldoran_qt_components target property result)
+    get_target_property(libraries ${target} ${property})
     list(FILTER libraries INCLUDE REGEX "^Qt5::")
     list(TRANSFORM libraries REPLACE "^Qt5::" "")
     list(REMOVE_DUPLICATES libraries)
@@ -22,6 +22,10 @@ install(TARGETS aveldoran aveldorandata
     EXPORT AveldoranDataTargets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 
+# Programs, whose folder comes later, look for the libraries from their own place too.
+cmake_path(RELATIVE_PATH CMAKE_INSTALL_FULL_LIBDIR BASE_DIRECTORY ${CMAKE_INSTALL_FULL_BINDIR} OUTPUT_VARIABLE bin_to_lib)
+set(CMAKE_INSTALL_RPATH "$ORIGIN/${bin_to_lib}")
+
 foreach(folder IN LISTS AVELDORAN_FOLDERS)
     file(GLOB headers CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/${folder}/*.h)
     list(REMOVE_ITEM headers ${AVELDORAN_PRIVATE_HEADERS})
@@ -30,8 +34,9 @@ endforeach()
 
 # --- find_package(AveldoranData) ---
 
-aveldoran_qt_components(aveldoran core_qt)
-aveldoran_qt_components(aveldorandata data_qt)
+# Those that a library uses for itself alone are found too: the exported targets name them.
+aveldoran_qt_components(aveldoran LINK_LIBRARIES core_qt)
+aveldoran_qt_components(aveldorandata LINK_LIBRARIES data_qt)
 set(AVELDORAN_QT_COMPONENTS ${core_qt} ${data_qt})
 list(REMOVE_DUPLICATES AVELDORAN_QT_COMPONENTS)
 list(JOIN AVELDORAN_QT_COMPONENTS " " AVELDORAN_QT_COMPONENTS)
@@ -72,6 +77,8 @@ function(aveldoran_install_pc target description)
     install(FILES ${PROJECT_BINARY_DIR}/${target}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 endfunction()
 
+aveldoran_qt_components(aveldoran INTERFACE_LINK_LIBRARIES core_qt)
+aveldoran_qt_components(aveldorandata INTERFACE_LINK_LIBRARIES data_qt)
 list(TRANSFORM core_qt REPLACE "(.+)" "Qt5\\1 >= 5.15")
 list(TRANSFORM data_qt REPLACE "(.+)" "Qt5\\1 >= 5.15")
 aveldoran_install_pc(aveldoran "Measurement core of a spectrum-analyser suite" ${core_qt})

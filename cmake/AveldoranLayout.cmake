@@ -10,6 +10,7 @@ set(AVELDORAN_PRIVATE_HEADERS
     core/atomicfile.h
     core/calibrationfile.h
     core/interpolation.h
+    core/limitcurve.h
     core/xmldocument.h
     datamanager/adatamanager_p.h
 )
