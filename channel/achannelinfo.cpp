@@ -52,7 +52,7 @@ AChannelInfo::AChannelInfo(AChannelInfo *parent, RangeType type, const AFrequenc
     , m_endFrequency(end)
     , m_label(label)
     , m_selectable(selectable)
-    , m_color(QColor())
+    , m_color(QVariant::fromValue(QColor()))
     , m_type(type)
 {}
 
@@ -97,8 +97,9 @@ AChannelInfo::~AChannelInfo()
         node->m_children.clear();
     };
     cutLooseChildren(this);
-    for (std::size_t i = 0; i < doomed.size(); ++i)
-        cutLooseChildren(doomed[i]);
+    std::size_t next = 0;
+    while (next < doomed.size()) // it grows
+        cutLooseChildren(doomed[next++]);
     for (AChannelInfo *node : doomed)
         delete node;
     m_parent = nullptr;

@@ -37,7 +37,7 @@ bool ACalibrationData::operator==(const ACalibrationData &other) const
 
 void ACalibrationData::addLevel(const AFrequency &frequency, double gain)
 {
-    m_level.insert(frequency, gain);
+    m_level.insert(m_level.constEnd(), frequency, gain); // a hint: tables mostly come in ascending order
 }
 
 void ACalibrationData::removeLevel(const AFrequency &frequency)

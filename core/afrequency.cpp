@@ -98,12 +98,12 @@ bool isLetter(char c)
     return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (static_cast<unsigned char>(c) & 0x80) != 0;
 }
 
+// A part of a text, without the blanks around it.
 struct Text
 {
-    const char *begin = "";
-    const char *end = begin;
+    const char *begin;
+    const char *end;
 
-    Text() = default;
     Text(const char *from, const char *to)
         : begin(from)
         , end(to)
@@ -113,11 +113,13 @@ struct Text
         while (begin != end && isBlank(*(end - 1)))
             --end;
     }
-    explicit Text(const char *text)
-        : Text(text ? text : "", text ? text + std::strlen(text) : "")
-    {}
-    bool isEmpty() const { return begin == end; }
 };
+
+Text wholeText(const char *text)
+{
+    const char *whole = text ? text : "";
+    return {whole, whole + std::strlen(whole)};
+}
 
 const char *beginOfTrailingLetters(const Text &text)
 {
@@ -190,7 +192,7 @@ bool readDecimal(const Text &text, Decimal *decimal)
     return at == text.end;
 }
 
-Parts toParts(Decimal decimal, AFrequency::Unit unit)
+Parts toParts(const Decimal &decimal, AFrequency::Unit unit)
 {
     constexpr int kWholeDigits = 19; // of 2^63
     if (decimal.digits.isEmpty())
@@ -254,7 +256,7 @@ const char *const AFrequency::MHz_Suffix = kSuffixes[AFrequency::MHz];
 
 AFrequency::AFrequency(const char *text)
 {
-    const Text whole(text);
+    const Text whole = wholeText(text);
     const char *suffix = beginOfTrailingLetters(whole);
     const Unit unit = unitNamed(suffix, whole.end);
     const bool hasUnknownUnit = unit == NoUnit && suffix != whole.end;
@@ -284,7 +286,7 @@ void AFrequency::setValue(double value, Unit unit)
     } else {
         const QByteArray shortest = QByteArray::number(value, 'g', QLocale::FloatingPointShortest);
         Decimal decimal;
-        readDecimal(Text(shortest.constData()), &decimal);
+        readDecimal(wholeText(shortest.constData()), &decimal);
         parts = toParts(decimal, unit);
     }
     m_hertz = parts.hertz;
@@ -350,7 +352,7 @@ const char *AFrequency::suffixForUnit(Unit unit) noexcept
 
 AFrequency::Unit AFrequency::unitForSuffix(const char *text) noexcept
 {
-    const Text whole(text);
+    const Text whole = wholeText(text);
     return unitNamed(beginOfTrailingLetters(whole), whole.end);
 }
 

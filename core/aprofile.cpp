@@ -9,15 +9,15 @@
 
 namespace {
 
-constexpr QLatin1String kRootTag("profile");
-constexpr QLatin1String kIdAttribute("id");
-constexpr QLatin1String kShowAttribute("showInChannelList");
-constexpr QLatin1String kLanguageAttribute("lang");
-constexpr QLatin1String kLabelTag("label");
-constexpr QLatin1String kDescriptionTag("description");
-constexpr QLatin1String kBeginTag("begin");
-constexpr QLatin1String kEndTag("end");
-constexpr QLatin1String kChannelsTag("channels");
+const QLatin1String kRootTag("profile");
+const QLatin1String kIdAttribute("id");
+const QLatin1String kShowAttribute("showInChannelList");
+const QLatin1String kLanguageAttribute("lang");
+const QLatin1String kLabelTag("label");
+const QLatin1String kDescriptionTag("description");
+const QLatin1String kBeginTag("begin");
+const QLatin1String kEndTag("end");
+const QLatin1String kChannelsTag("channels");
 
 QDomDocument emptyProfileDocument()
 {

@@ -1,41 +1,13 @@
 #include "core/calibrationfile.h"
 
+#include "core/boundedxmlreader.h"
 #include "core/xmldocument.h"
-
-#include <QtCore/QXmlStreamReader>
 
 namespace {
 
 constexpr char kRoot[] = "calibrations";
 constexpr char kObject[] = "calibration";
 constexpr char kEntry[] = "level";
-
-// Hands a file to the parser, and ends it where one token grows too long: the parser holds each of them as a whole.
-class TokenBoundedDevice : public QIODevice
-{
-public:
-    explicit TokenBoundedDevice(QIODevice *file)
-        : m_file(file)
-    {
-        open(QIODevice::ReadOnly | QIODevice::Unbuffered);
-    }
-    void tokenEnds() { m_left = CalibrationFile::kMaxPieceBytes; }
-    bool isSequential() const override { return true; }
-    bool atEnd() const override { return m_left == 0 || m_file->atEnd(); }
-
-protected:
-    qint64 readData(char *data, qint64 maxSize) override
-    {
-        const qint64 count = m_file->read(data, qMin(maxSize, m_left));
-        m_left -= qMax<qint64>(count, 0);
-        return count;
-    }
-    qint64 writeData(const char *, qint64) override { return -1; }
-
-private:
-    QIODevice *m_file;
-    qint64 m_left = CalibrationFile::kMaxPieceBytes;
-};
 
 // Takes the attributes of one element by name; what nobody asked for is no part of the form.
 class Attributes
@@ -49,8 +21,7 @@ public:
     QString take(const char *name)
     {
         m_left -= has(name) ? 1 : 0;
-        const QStringRef value = m_attributes.value(QLatin1String(name));
-        return QString(value.unicode(), value.size()); // toString() may keep the parser's whole buffer alive
+        return compactCopy(m_attributes.value(QLatin1String(name)));
     }
     bool allTaken() const { return m_left == 0; }
 
@@ -83,18 +54,16 @@ bool readEntry(Attributes attributes, ACalibrationData *object)
     return attributes.allTaken();
 }
 
-// `depth` is the number of open elements around the one that starts.
-bool startElement(const QXmlStreamReader &reader, int depth, const CalibrationFile::Defaults &defaults,
+bool startElement(const BoundedXmlReader &reader, const CalibrationFile::Defaults &defaults,
                   QList<ACalibrationData> *objects)
 {
-    const auto isNamed = [&](const char *name) { return reader.qualifiedName() == QLatin1String(name); };
-    switch (depth) {
-    case 0:
-        return isNamed(kRoot);
+    switch (reader.depth()) {
     case 1:
-        return isNamed(kObject) && startObject(Attributes(reader), defaults, objects);
+        return reader.isNamed(kRoot);
     case 2:
-        return isNamed(kEntry) && readEntry(Attributes(reader), &objects->last());
+        return reader.isNamed(kObject) && startObject(Attributes(reader.xml()), defaults, objects);
+    case 3:
+        return reader.isNamed(kEntry) && readEntry(Attributes(reader.xml()), &objects->last());
     default:
         return false;
     }
@@ -133,21 +102,14 @@ namespace CalibrationFile {
 
 bool readXml(QIODevice *device, const Defaults &defaults, QList<ACalibrationData> *objects)
 {
-    TokenBoundedDevice bounded(device);
-    QXmlStreamReader reader(&bounded);
-    reader.setNamespaceProcessing(false);
-    int depth = 0;
-    while (!reader.atEnd()) {
-        const QXmlStreamReader::TokenType token = reader.readNext();
-        bounded.tokenEnds();
-        if (token == QXmlStreamReader::StartElement && !startElement(reader, depth++, defaults, objects))
+    BoundedXmlReader reader(device);
+    while (reader.readNext()) {
+        if (reader.xml().isStartElement() && !startElement(reader, defaults, objects))
             return false;
-        if (token == QXmlStreamReader::EndElement)
-            --depth;
-        if (token == QXmlStreamReader::Characters && !reader.isWhitespace())
+        if (reader.xml().isCharacters() && !reader.xml().isWhitespace())
             return false;
     }
-    return !reader.hasError();
+    return !reader.xml().hasError();
 }
 
 void writeXml(const QList<ACalibrationData> &objects, Output *output)

@@ -1,4 +1,5 @@
 #include "core/alimit.h"
+#include "core/boundedxmlreader.h"
 #include "core/xmldocument.h"
 
 #include <QtCore/QFile>
@@ -6,12 +7,20 @@
 
 #include <algorithm>
 #include <limits>
+#include <memory>
+#include <vector>
 
 namespace {
 
-QString attribute(const QDomElement &element, const char *name, const char *absent)
+QString attribute(const QXmlStreamAttributes &attributes, const char *name, const QString &absent)
 {
-    return element.attribute(QLatin1String(name), QLatin1String(absent));
+    const QLatin1String key(name);
+    return attributes.hasAttribute(key) ? compactCopy(attributes.value(key)) : absent;
+}
+
+QString attribute(const QXmlStreamAttributes &attributes, const char *name, const char *absent = "")
+{
+    return attribute(attributes, name, QString::fromLatin1(absent));
 }
 
 AFrequency wholeHertz(const QString &text)
@@ -29,45 +38,88 @@ AFrequency hertz(const QString &text)
     return frequency;
 }
 
-ALimit::Section readSection(const QDomElement &element)
+ALimit::Section readSection(const QXmlStreamAttributes &attributes)
 {
     constexpr int kShownDigits = 6;
     ALimit::Section section;
-    section.begin = hertz(attribute(element, "beginFrequency", "0"));
-    section.end = hertz(attribute(element, "endFrequency", "0"));
-    section.beginValue = attribute(element, "beginValue", "0").toDouble();
+    section.begin = hertz(attribute(attributes, "beginFrequency", "0"));
+    section.end = hertz(attribute(attributes, "endFrequency", "0"));
+    section.beginValue = attribute(attributes, "beginValue", "0").toDouble();
     // Deliberately the rounded value: the limit editor shows and saves the same end for such a section.
     const QString beginText = QString::number(section.beginValue, 'g', kShownDigits);
-    section.endValue = element.attribute(QStringLiteral("endValue"), beginText).toDouble();
-    section.interpolation = attribute(element, "interpolation", "1").toUInt();
+    section.endValue = attribute(attributes, "endValue", beginText).toDouble();
+    section.interpolation = attribute(attributes, "interpolation", "1").toUInt();
     return section;
 }
 
-ALimit::Level readLevel(const QDomElement &element)
+ALimit::Level readLevel(const QXmlStreamAttributes &attributes, const QString &text)
 {
     ALimit::Level level;
-    level.frequency = wholeHertz(attribute(element, "frequency", "0"));
-    level.value = element.text().toDouble();
-    level.interpolation = attribute(element, "interpolation", "0").toUInt();
+    level.frequency = wholeHertz(attribute(attributes, "frequency", "0"));
+    level.value = text.toDouble();
+    level.interpolation = attribute(attributes, "interpolation", "0").toUInt();
     return level;
 }
 
-ALimit *readLimit(const QDomElement &element)
+std::unique_ptr<ALimit> startLimit(const QXmlStreamAttributes &attributes)
 {
-    auto *limit = new ALimit;
-    limit->setName(attribute(element, "name", ""));
-    limit->setRange(wholeHertz(attribute(element, "begin", "0")), wholeHertz(attribute(element, "end", "30000000000")));
-    limit->setUnit(attribute(element, "measureunit", "8"));
-    const QDomElement description = element.firstChildElement(QStringLiteral("description"));
-    limit->setDescription(description.isNull() ? attribute(element, "description", "") : description.text());
-    limit->setColor(attribute(element, "color", ""));
-    for (QDomElement child = element.firstChildElement(); !child.isNull(); child = child.nextSiblingElement()) {
-        if (child.tagName() == QLatin1String("section"))
-            limit->addSection(readSection(child));
-        else if (child.tagName() == QLatin1String("level"))
-            limit->addLevel(readLevel(child));
-    }
+    auto limit = std::make_unique<ALimit>();
+    limit->setName(attribute(attributes, "name"));
+    limit->setRange(wholeHertz(attribute(attributes, "begin", "0")),
+                    wholeHertz(attribute(attributes, "end", "30000000000")));
+    limit->setUnit(attribute(attributes, "measureunit", "8"));
+    limit->setDescription(attribute(attributes, "description"));
+    limit->setColor(attribute(attributes, "color"));
     return limit;
+}
+
+// The text up to the end of the element at which the reader stands, that of elements inside it included.
+QString readText(BoundedXmlReader *reader)
+{
+    const int depth = reader->depth();
+    QString text;
+    while (reader->readNext() && !(reader->xml().isEndElement() && reader->depth() == depth)) {
+        if (reader->xml().isCharacters())
+            text += reader->xml().text();
+    }
+    return text;
+}
+
+struct Document
+{
+    bool isData = false; // by the name of its root element
+    std::vector<std::unique_ptr<ALimit>> limits;
+};
+
+// The "limit" children of the root, and their children; all else is passed over.
+Document readDocument(BoundedXmlReader *reader)
+{
+    Document document;
+    ALimit *limit = nullptr; // the one that is open
+    bool isDescribed = false;
+    while (reader->readNext()) {
+        if (!reader->xml().isStartElement())
+            continue;
+        const QXmlStreamAttributes attributes = reader->xml().attributes();
+        if (reader->depth() == 1) {
+            document.isData = reader->isNamed("data");
+        } else if (reader->depth() == 2) {
+            if (reader->isNamed("limit"))
+                document.limits.push_back(startLimit(attributes));
+            limit = reader->isNamed("limit") ? document.limits.back().get() : nullptr;
+            isDescribed = false;
+        } else if (limit && reader->depth() == 3) {
+            if (reader->isNamed("section")) {
+                limit->addSection(readSection(attributes));
+            } else if (reader->isNamed("level")) {
+                limit->addLevel(readLevel(attributes, readText(reader)));
+            } else if (reader->isNamed("description") && !isDescribed) {
+                limit->setDescription(readText(reader));
+                isDescribed = true;
+            }
+        }
+    }
+    return document;
 }
 
 } // namespace
@@ -85,18 +137,17 @@ bool ALimit::readAll(const QString &filename, QList<const ALimit *> &list, QStri
     QString reason;
     if (!openRegularFile(&file, &reason))
         return fail(tr("Could not read file '%1': %2").arg(filename, reason));
-    XmlError error;
-    const QDomDocument document = readXmlDocument(&file, &error);
-    if (!error.text.isEmpty()) {
+    BoundedXmlReader reader(&file);
+    Document document = readDocument(&reader);
+    const QXmlStreamReader &xml = reader.xml();
+    if (xml.hasError()) {
         return fail(tr("Could not parse file '%1': %2 (line %3, col %4)")
-                        .arg(filename, error.text, QString::number(error.line), QString::number(error.column)));
+                        .arg(filename, xml.errorString(), QString::number(xml.lineNumber()),
+                             QString::number(xml.columnNumber())));
     }
-
-    const QDomElement root = document.documentElement();
-    QDomElement element = root.firstChildElement(QStringLiteral("limit"));
-    if (element.isNull() && root.tagName() != QLatin1String("data"))
+    if (document.limits.empty() && !document.isData)
         return fail(tr("File '%1' holds no limits").arg(filename));
-    for (; !element.isNull(); element = element.nextSiblingElement(QStringLiteral("limit")))
-        list.append(readLimit(element));
+    for (std::unique_ptr<ALimit> &limit : document.limits)
+        list.append(limit.release());
     return true;
 }

@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <set>
+#include <vector>
 
 namespace {
 
@@ -20,9 +21,11 @@ QString compactCopy(const QStringRef &text)
 struct Cursor
 {
     QDomDocument document;
-    QDomNode node; // the innermost open element, or the document
-    int depth = 0;
-    QString pendingBlank; // white space that is dropped if an element follows: it only indents
+    QDomNode node;             // the innermost open element, or the document
+    std::vector<char> hasText; // of each open element: whether text that is no white space stands in it
+    QString pendingBlank;      // white space that is dropped if an element follows: it only indents
+
+    int depth() const { return static_cast<int>(hasText.size()); }
 
     Cursor()
     {
@@ -54,7 +57,7 @@ void startElement(Cursor *cursor, const QXmlStreamReader &reader)
     cursor->pendingBlank.clear();
     cursor->append(element);
     cursor->node = element;
-    ++cursor->depth;
+    cursor->hasText.push_back(0);
 }
 
 void endElement(Cursor *cursor)
@@ -63,17 +66,17 @@ void endElement(Cursor *cursor)
         cursor->append(cursor->document.createTextNode(cursor->pendingBlank));
     cursor->pendingBlank.clear();
     cursor->node = cursor->node.parentNode();
-    --cursor->depth;
+    cursor->hasText.pop_back();
 }
 
 void characters(Cursor *cursor, const QXmlStreamReader &reader)
 {
     const QString text = compactCopy(reader.text());
+    if (!reader.isWhitespace())
+        cursor->hasText.back() = 1;
     if (reader.isCDATA())
         cursor->append(cursor->document.createCDATASection(text));
-    else if (!reader.isWhitespace())
-        cursor->append(cursor->document.createTextNode(text));
-    else if (cursor->node.lastChild().isText()) // white space inside mixed content is part of it
+    else if (cursor->hasText.back())
         cursor->append(cursor->document.createTextNode(text));
     else
         cursor->pendingBlank = text;
@@ -103,7 +106,7 @@ QDomDocument readXmlDocument(QIODevice *device, XmlError *error)
     while (!reader.atEnd()) {
         switch (reader.readNext()) {
         case QXmlStreamReader::StartElement:
-            if (cursor.depth == kMaxXmlDepth) {
+            if (cursor.depth() == kMaxXmlDepth) {
                 reader.raiseError(QCoreApplication::translate("AveldoranCore", "Elements are nested more than %1 deep")
                                       .arg(kMaxXmlDepth));
                 break;

@@ -1,0 +1,56 @@
+#include "core/boundedxmlreader.h"
+
+#include "core/xmldocument.h"
+
+#include <QtCore/QCoreApplication>
+
+// Hands on a file, and ends it where the current token has become too long.
+class BoundedXmlReader::Device : public QIODevice
+{
+public:
+    explicit Device(QIODevice *file)
+        : m_file(file)
+    {
+        open(QIODevice::ReadOnly | QIODevice::Unbuffered);
+    }
+    void tokenEnds() { m_left = kMaxXmlTokenBytes; }
+    bool isSequential() const override { return true; }
+    bool atEnd() const override { return m_left == 0 || m_file->atEnd(); }
+
+protected:
+    qint64 readData(char *data, qint64 maxSize) override
+    {
+        const qint64 count = m_file->read(data, qMin(maxSize, m_left));
+        m_left -= qMax<qint64>(count, 0);
+        return count;
+    }
+    qint64 writeData(const char *, qint64) override { return -1; }
+
+private:
+    QIODevice *m_file;
+    qint64 m_left = kMaxXmlTokenBytes;
+};
+
+BoundedXmlReader::BoundedXmlReader(QIODevice *file)
+    : m_device(std::make_unique<Device>(file))
+    , m_xml(m_device.get())
+{
+    m_xml.setNamespaceProcessing(false);
+}
+
+BoundedXmlReader::~BoundedXmlReader() = default;
+
+bool BoundedXmlReader::readNext()
+{
+    m_depth -= m_xml.isEndElement() ? 1 : 0;
+    if (m_xml.atEnd())
+        return false;
+    m_xml.readNext();
+    m_device->tokenEnds();
+    m_depth += m_xml.isStartElement() ? 1 : 0;
+    if (m_depth > kMaxXmlDepth) {
+        m_xml.raiseError(
+            QCoreApplication::translate("AveldoranCore", "Elements are nested more than %1 deep").arg(kMaxXmlDepth));
+    }
+    return !m_xml.hasError();
+}
