@@ -50,10 +50,9 @@ public:
     // calibration file, or is damaged anywhere, gives false and leaves the list as it was.
     static bool readAll(const QString &filename, QList<ACalibrationData> &list, CalibrationType type);
 
-    // Writes the list in the form that the name asks for: ".caldata", ".offsets", XML for every other. The file is
-    // replaced in one step; on failure the old file is whole and the result is false. The forms are described in
-    // docs/formats.md. What is read back equals the list, apart from characters in labels that are no text at all (an
-    // unpaired half of a surrogate pair).
+    // Writes the list in the form that the name asks for: ".caldata", ".offsets", XML for every other; docs/formats.md
+    // describes the forms. The file is replaced in one step; on failure the old file is whole and the result is false.
+    // What is read back equals the list. A label of more than 2^24 UTF-16 units is refused.
     static bool saveAll(const QString &filename, const QList<ACalibrationData> &list);
 
 private:

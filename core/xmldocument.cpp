@@ -1,5 +1,7 @@
 #include "core/xmldocument.h"
 
+#include "core/boundedxmlreader.h"
+
 #include <QtCore/QCoreApplication>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
@@ -11,12 +13,6 @@
 
 namespace {
 
-// QStringRef::toString() may share the reader's buffer and keep its reserve alive with each node.
-QString compactCopy(const QStringRef &text)
-{
-    return QString(text.unicode(), text.size());
-}
-
 // Where the reader stands in the tree that it builds.
 struct Cursor
 {
@@ -24,8 +20,6 @@ struct Cursor
     QDomNode node;             // the innermost open element, or the document
     std::vector<char> hasText; // of each open element: whether text that is no white space stands in it
     QString pendingBlank;      // white space that is dropped if an element follows: it only indents
-
-    int depth() const { return static_cast<int>(hasText.size()); }
 
     Cursor()
     {
@@ -47,11 +41,6 @@ struct Cursor
 void startElement(Cursor *cursor, const QXmlStreamReader &reader)
 {
     QDomElement element = cursor->document.createElement(cursor->shared(reader.qualifiedName()));
-    for (const QXmlStreamNamespaceDeclaration &declaration : reader.namespaceDeclarations()) {
-        const QString prefix = declaration.prefix().toString();
-        element.setAttribute(prefix.isEmpty() ? QStringLiteral("xmlns") : QLatin1String("xmlns:") + prefix,
-                             declaration.namespaceUri().toString());
-    }
     for (const QXmlStreamAttribute &attribute : reader.attributes())
         element.setAttribute(cursor->shared(attribute.qualifiedName()), compactCopy(attribute.value()));
     cursor->pendingBlank.clear();
@@ -72,6 +61,8 @@ void endElement(Cursor *cursor)
 void characters(Cursor *cursor, const QXmlStreamReader &reader)
 {
     const QString text = compactCopy(reader.text());
+    if (cursor->hasText.empty())
+        return; // white space around the root element
     if (!reader.isWhitespace())
         cursor->hasText.back() = 1;
     if (reader.isCDATA())
@@ -101,37 +92,32 @@ bool openRegularFile(QFile *file, QString *errorText)
 QDomDocument readXmlDocument(QIODevice *device, XmlError *error)
 {
     Cursor cursor;
-    QXmlStreamReader reader(device);
-    reader.setNamespaceProcessing(false);
-    while (!reader.atEnd()) {
-        switch (reader.readNext()) {
+    BoundedXmlReader reader(device);
+    const QXmlStreamReader &xml = reader.xml();
+    while (reader.readNext()) {
+        switch (xml.tokenType()) {
         case QXmlStreamReader::StartElement:
-            if (cursor.depth() == kMaxXmlDepth) {
-                reader.raiseError(QCoreApplication::translate("AveldoranCore", "Elements are nested more than %1 deep")
-                                      .arg(kMaxXmlDepth));
-                break;
-            }
-            startElement(&cursor, reader);
+            startElement(&cursor, xml);
             break;
         case QXmlStreamReader::EndElement:
             endElement(&cursor);
             break;
         case QXmlStreamReader::Characters:
-            characters(&cursor, reader);
+            characters(&cursor, xml);
             break;
         case QXmlStreamReader::Comment:
-            cursor.append(cursor.document.createComment(reader.text().toString()));
+            cursor.append(cursor.document.createComment(compactCopy(xml.text())));
             break;
         case QXmlStreamReader::ProcessingInstruction:
-            cursor.append(cursor.document.createProcessingInstruction(reader.processingInstructionTarget().toString(),
-                                                                      reader.processingInstructionData().toString()));
+            cursor.append(cursor.document.createProcessingInstruction(compactCopy(xml.processingInstructionTarget()),
+                                                                      compactCopy(xml.processingInstructionData())));
             break;
         default:
             break;
         }
     }
-    if (reader.hasError()) {
-        *error = {reader.errorString(), reader.lineNumber(), reader.columnNumber()};
+    if (xml.hasError()) {
+        *error = {xml.errorString(), xml.lineNumber(), xml.columnNumber()};
         return {};
     }
     return cursor.document;
