@@ -15,7 +15,7 @@ class QDomElement;
 
 // One node of the channel plan: a named frequency range with narrower ranges below it. A node owns its children, and
 // takes itself out of its parent when it is deleted, so a subtree is removed by deleting its top node. Trees of any
-// depth and width are walked without recursion, except by copying, comparing and reading.
+// depth and width are walked without recursion, except by comparing and reading.
 class AVELDORAN_DATA_EXPORT AChannelInfo
 {
 public:

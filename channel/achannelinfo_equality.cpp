@@ -47,7 +47,11 @@ bool hasEqualDefinitions(const QList<AChannelInfo::Definition> &left, const QLis
         const QList<int> candidates = rightByFingerprint.values(fingerprint(wanted));
         const bool found =
             std::any_of(candidates.cbegin(), candidates.cend(), [&](int k) { return wanted == right.at(k); });
-        if (!found && !right.contains(wanted)) // equal values may have different texts
+        if (found)
+            continue;
+        // Equal values may have different texts. Not QList::contains: it compares in the other direction, and the
+        // comparison of QVariants has one.
+        if (std::none_of(right.cbegin(), right.cend(), [&](const auto &other) { return wanted == other; }))
             return false;
     }
     return true;

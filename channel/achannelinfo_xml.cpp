@@ -81,6 +81,16 @@ std::vector<QDomElement> elementsBelow(const QDomElement &top)
     return elements;
 }
 
+// Long texts count as elements, since each copy has its own.
+qint64 textCost(const std::vector<QDomElement> &elements)
+{
+    constexpr qint64 kCharactersPerElement = 16;
+    qint64 characters = 0;
+    for (const QDomElement &element : elements)
+        characters += element.firstChild().nodeValue().size();
+    return characters / kCharactersPerElement;
+}
+
 bool liesInside(const QDomNode &node, const QDomNode &top)
 {
     QDomNode ancestor = node.parentNode();
@@ -276,7 +286,7 @@ QList<AChannelInfo *> AChannelReader::readMirror(const QDomElement &mirror, cons
     const QDomElement range = mirror.parentNode().toElement();
     const QDomElement copy = frame ? framedCopy(range, *frame) : range.cloneNode(true).toElement();
     const std::vector<QDomElement> elements = elementsBelow(copy);
-    m_mirrorBudget -= static_cast<qint64>(elements.size()) + 1;
+    m_mirrorBudget -= static_cast<qint64>(elements.size()) + 1 + textCost(elements);
     if (m_mirrorBudget < 0) {
         qWarning("channel section: more than %lld mirrored elements, further mirrors are left out",
                  static_cast<long long>(kMaxMirroredElements));
@@ -321,5 +331,9 @@ bool AChannelInfo::fromProfile(AProfile *profile, AChannelInfo *parent, bool exp
 QList<AChannelInfo *> AChannelInfo::processXmlElement(QDomElement *element, AChannelInfo *parent, bool selectable,
                                                       bool expandMirrors, bool expandAutoChannels)
 {
+    if (!element) {
+        qWarning("processXmlElement: the element is null");
+        return {};
+    }
     return AChannelReader(expandMirrors, expandAutoChannels).read(*element, parent, selectable);
 }

@@ -8,6 +8,7 @@ set(AVELDORAN_FOLDERS
 set(AVELDORAN_PRIVATE_HEADERS
     channel/achannelinfo_walk.h
     core/atomicfile.h
+    core/boundedxmlreader.h
     core/calibrationfile.h
     core/interpolation.h
     core/limitcurve.h

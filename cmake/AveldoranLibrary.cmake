@@ -10,7 +10,10 @@ function(aveldoran_add_library target export_name build_definition)
         SOVERSION ${PROJECT_VERSION_MAJOR})
     target_compile_features(${target} PUBLIC cxx_std_17)
     target_compile_definitions(${target} PRIVATE ${build_definition} QT_NO_CAST_FROM_ASCII)
-    target_link_options(${target} PRIVATE -Wl,--no-undefined)
+    # Under clang the sanitizers' own symbols come with the program.
+    if(NOT (CMAKE_CXX_COMPILER_ID MATCHES "Clang" AND (AVELDORAN_SANITIZERS OR AVELDORAN_FUZZ)))
+        target_link_options(${target} PRIVATE -Wl,--no-undefined)
+    endif()
     target_include_directories(${target} PUBLIC
         $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
         $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/aveldoran>)

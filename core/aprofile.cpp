@@ -3,6 +3,7 @@
 #include "core/atomicfile.h"
 #include "core/xmldocument.h"
 
+#include <QtCore/QBuffer>
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
@@ -24,6 +25,18 @@ QDomDocument emptyProfileDocument()
     QDomDocument document;
     document.appendChild(document.createElement(kRootTag));
     return document;
+}
+
+// Leaves out the characters that XML can't hold, from all texts and attributes.
+void cleanTexts(QDomNode node)
+{
+    const QDomNamedNodeMap attributes = node.attributes();
+    for (int i = 0; i < attributes.size(); ++i)
+        attributes.item(i).setNodeValue(xmlText(attributes.item(i).nodeValue()));
+    if (node.isCharacterData())
+        node.setNodeValue(xmlText(node.nodeValue()));
+    for (QDomNode child = node.firstChild(); !child.isNull(); child = child.nextSibling())
+        cleanTexts(child);
 }
 
 QDomElement elementForLanguage(const QDomElement &root, QLatin1String tag, const QString &language)
@@ -247,6 +260,7 @@ void AProfile::setChannelData(const QDomElement &channels)
     if (!channels.isNull()) {
         QDomElement section = d->document.importNode(channels, true).toElement();
         section.setTagName(kChannelsTag);
+        cleanTexts(section);
         d->root().insertAfter(section, old);
     }
     d->root().removeChild(old);
@@ -261,5 +275,13 @@ void AProfile::setShowInChannelList(bool show)
 
 bool AProfile::saveToFile(const QString &filename) const
 {
-    return writeFileAtomically(filename, writeXmlDocument(d->document));
+    if (!d->readError.isEmpty())
+        return false; // what was read is not held here, so writing would lose it
+    QByteArray content = writeXmlDocument(d->document);
+    QBuffer written(&content);
+    XmlError error;
+    if (!written.open(QIODevice::ReadOnly) || readXmlDocument(&written, &error).isNull())
+        return false; // a channel section that an application built may hold what XML can't
+    written.close();
+    return writeFileAtomically(filename, content);
 }

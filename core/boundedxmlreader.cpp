@@ -4,6 +4,24 @@
 
 #include <QtCore/QCoreApplication>
 
+#include <algorithm>
+
+namespace {
+
+constexpr int kMaxEntityLength = 100;
+
+// The parser bounds what one reference to an entity expands to, but not their sum: a small file could name a long
+// entity often enough to fill the memory.
+bool declaresOnlyShortEntities(const QXmlStreamReader &xml)
+{
+    const QXmlStreamEntityDeclarations entities = xml.entityDeclarations();
+    return std::all_of(entities.cbegin(), entities.cend(), [](const QXmlStreamEntityDeclaration &entity) {
+        return entity.value().size() <= kMaxEntityLength && !entity.value().contains(QLatin1Char('&'));
+    });
+}
+
+} // namespace
+
 // Hands on a file, and ends it where the current token has become too long.
 class BoundedXmlReader::Device : public QIODevice
 {
@@ -14,8 +32,9 @@ public:
         open(QIODevice::ReadOnly | QIODevice::Unbuffered);
     }
     void tokenEnds() { m_left = kMaxXmlTokenBytes; }
+    bool hasEndedFile() const { return m_left == 0; }
     bool isSequential() const override { return true; }
-    bool atEnd() const override { return m_left == 0 || m_file->atEnd(); }
+    bool atEnd() const override { return hasEndedFile() || m_file->atEnd(); }
 
 protected:
     qint64 readData(char *data, qint64 maxSize) override
@@ -46,8 +65,18 @@ bool BoundedXmlReader::readNext()
     if (m_xml.atEnd())
         return false;
     m_xml.readNext();
+    if (m_device->hasEndedFile()) {
+        m_xml.raiseError(QCoreApplication::translate("AveldoranCore", "A tag, comment or text is longer than %1 bytes")
+                             .arg(kMaxXmlTokenBytes));
+    }
     m_device->tokenEnds();
     m_depth += m_xml.isStartElement() ? 1 : 0;
+    if (m_xml.isDTD() && !declaresOnlyShortEntities(m_xml)) {
+        m_xml.raiseError(QCoreApplication::translate("AveldoranCore",
+                                                     "Entities longer than %1 characters, or that name "
+                                                     "others, are not read")
+                             .arg(kMaxEntityLength));
+    }
     if (m_depth > kMaxXmlDepth) {
         m_xml.raiseError(
             QCoreApplication::translate("AveldoranCore", "Elements are nested more than %1 deep").arg(kMaxXmlDepth));

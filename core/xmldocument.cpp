@@ -19,6 +19,7 @@ struct Cursor
     QDomDocument document;
     QDomNode node;             // the innermost open element, or the document
     std::vector<char> hasText; // of each open element: whether text that is no white space stands in it
+    bool isWritable = true;    // nothing was read that no parser would read back
     QString pendingBlank;      // white space that is dropped if an element follows: it only indents
 
     Cursor()
@@ -109,6 +110,8 @@ QDomDocument readXmlDocument(QIODevice *device, XmlError *error)
             cursor.append(cursor.document.createComment(compactCopy(xml.text())));
             break;
         case QXmlStreamReader::ProcessingInstruction:
+            if (xml.processingInstructionTarget().contains(QChar(0))) // the parser lets it pass, and no other does
+                cursor.isWritable = false;
             cursor.append(cursor.document.createProcessingInstruction(compactCopy(xml.processingInstructionTarget()),
                                                                       compactCopy(xml.processingInstructionData())));
             break;
@@ -118,6 +121,11 @@ QDomDocument readXmlDocument(QIODevice *device, XmlError *error)
     }
     if (xml.hasError()) {
         *error = {xml.errorString(), xml.lineNumber(), xml.columnNumber()};
+        return {};
+    }
+    if (!cursor.isWritable) {
+        *error = {QCoreApplication::translate("AveldoranCore", "Invalid name of a processing instruction"),
+                  xml.lineNumber(), xml.columnNumber()};
         return {};
     }
     return cursor.document;

@@ -1,0 +1,188 @@
+#pragma once
+
+#include "core/aprofile.h"
+
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QFile>
+#include <QtCore/QTemporaryDir>
+#include <QtCore/QXmlStreamReader>
+
+#include <csignal>
+#include <functional>
+#include <memory>
+
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+// What the tests of profile files share: files in a directory of their own, the content of XML as a list of texts, and
+// work in a child process that may be given limits or fewer rights.
+namespace profilefiles {
+
+using ProfilePtr = std::unique_ptr<AProfile>;
+
+inline AFrequency hertz(qint64 value)
+{
+    AFrequency frequency;
+    frequency.setValue(static_cast<long long>(value), AFrequency::Hz);
+    return frequency;
+}
+
+inline bool writeFile(const QString &name, const QByteArray &content)
+{
+    QFile file(name);
+    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush();
+}
+
+inline QByteArray readFile(const QString &name)
+{
+    QFile file(name);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+class ProfileDir
+{
+public:
+    QString path() const { return m_dir.path(); }
+    QString path(const QString &name) const { return m_dir.filePath(name); }
+
+    // What fromFile makes of a file with that content.
+    ProfilePtr read(const QByteArray &content) const
+    {
+        const QString name = path(QStringLiteral("read.profile"));
+        return ProfilePtr(writeFile(name, content) ? AProfile::fromFile(name) : nullptr);
+    }
+
+    // The profile as it is after saving and reading back; null if it couldn't be saved.
+    ProfilePtr saved(const AProfile &profile, QByteArray *content = nullptr) const
+    {
+        const QString name = path(QStringLiteral("saved.profile"));
+        QFile::remove(name);
+        if (!profile.saveToFile(name))
+            return nullptr;
+        if (content)
+            *content = readFile(name);
+        return ProfilePtr(AProfile::fromFile(name));
+    }
+
+private:
+    QTemporaryDir m_dir;
+};
+
+// A profile with that id and what stands in the body.
+inline QByteArray profileXml(const QByteArray &body, const QByteArray &attributes = "id=\"p\"")
+{
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<profile " + attributes + ">" + body + "</profile>\n";
+}
+
+// The content of an XML document in order: elements, attributes, texts, comments and processing instructions. Blanks
+// that only indent elements don't count. Empty if it is not well-formed.
+inline QStringList xmlEvents(const QByteArray &content)
+{
+    struct Level
+    {
+        QList<int> blanks;
+        bool hasText = false;
+        bool hasMarkup = false;
+    };
+    QXmlStreamReader reader(content);
+    reader.setNamespaceProcessing(false);
+    QStringList events;
+    QList<Level> levels = {Level()};
+    QString text;
+    const auto endText = [&] {
+        if (text.isEmpty())
+            return;
+        if (text.trimmed().isEmpty())
+            levels.last().blanks.append(events.size());
+        else
+            levels.last().hasText = true;
+        events.append(QStringLiteral("text ") + text);
+        text.clear();
+    };
+    while (!reader.atEnd()) {
+        const QXmlStreamReader::TokenType token = reader.readNext();
+        if (token == QXmlStreamReader::Characters) {
+            text += reader.text();
+            continue;
+        }
+        endText();
+        if (token == QXmlStreamReader::StartElement) {
+            levels.last().hasMarkup = true;
+            levels.append(Level());
+            events.append(QStringLiteral("start ") + reader.qualifiedName());
+            QStringList attributes;
+            const QXmlStreamAttributes all = reader.attributes();
+            for (const QXmlStreamAttribute &attribute : all)
+                attributes.append(QStringLiteral("attribute %1=").arg(attribute.qualifiedName()) + attribute.value());
+            attributes.sort();
+            events += attributes;
+        } else if (token == QXmlStreamReader::EndElement) {
+            const Level level = levels.takeLast();
+            if (level.hasMarkup && !level.hasText) {
+                for (int blank : level.blanks)
+                    events[blank].clear();
+            }
+            events.append(QStringLiteral("end ") + reader.qualifiedName());
+        } else if (token == QXmlStreamReader::Comment) {
+            levels.last().hasMarkup = true;
+            events.append(QStringLiteral("comment ") + reader.text());
+        } else if (token == QXmlStreamReader::ProcessingInstruction) {
+            levels.last().hasMarkup = true;
+            events.append(QStringLiteral("instruction %1 ").arg(reader.processingInstructionTarget()) +
+                          reader.processingInstructionData());
+        }
+    }
+    events.removeAll(QString());
+    return reader.hasError() ? QStringList() : events;
+}
+
+struct ChildResult
+{
+    int status = -1; // exit status, or -1 if the child died
+    qint64 megabytes = 0;
+    qint64 milliseconds = 0;
+};
+
+// Runs `work` in a child process, which ends with its result as exit status, or with -1 if it crashes, throws or takes
+// longer than two minutes.
+inline ChildResult inChild(const std::function<int()> &work)
+{
+    ChildResult result;
+    QElapsedTimer timer;
+    timer.start();
+    const pid_t child = fork();
+    if (child == 0) {
+        for (int signal : {SIGSEGV, SIGABRT, SIGBUS, SIGFPE, SIGTERM})
+            std::signal(signal, SIG_DFL); // Qt Test's own handlers wait for a thread that the child doesn't have
+        alarm(120);
+        try {
+            _exit(work());
+        } catch (...) {
+            kill(getpid(), SIGKILL);
+        }
+    }
+    int status = 0;
+    struct rusage usage = {};
+    if (child > 0 && wait4(child, &status, 0, &usage) == child) {
+        result.milliseconds = timer.elapsed();
+        result.megabytes = usage.ru_maxrss / 1024;
+        if (WIFEXITED(status))
+            result.status = WEXITSTATUS(status);
+    }
+    return result;
+}
+
+// The same, without the rights of the superuser.
+inline ChildResult inUnprivilegedChild(const std::function<int()> &work)
+{
+    return inChild([&work] {
+        constexpr uid_t kNobody = 65534;
+        if (geteuid() == 0 && (setgid(kNobody) != 0 || setuid(kNobody) != 0))
+            return 99;
+        return work();
+    });
+}
+
+} // namespace profilefiles
