@@ -33,7 +33,7 @@ void cleanTexts(QDomNode node)
     const QDomNamedNodeMap attributes = node.attributes();
     for (int i = 0; i < attributes.size(); ++i)
         attributes.item(i).setNodeValue(xmlText(attributes.item(i).nodeValue()));
-    if (node.isCharacterData())
+    if (!node.nodeValue().isEmpty())
         node.setNodeValue(xmlText(node.nodeValue()));
     for (QDomNode child = node.firstChild(); !child.isNull(); child = child.nextSibling())
         cleanTexts(child);

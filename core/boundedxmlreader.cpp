@@ -16,7 +16,10 @@ bool declaresOnlyShortEntities(const QXmlStreamReader &xml)
 {
     const QXmlStreamEntityDeclarations entities = xml.entityDeclarations();
     return std::all_of(entities.cbegin(), entities.cend(), [](const QXmlStreamEntityDeclaration &entity) {
-        return entity.value().size() <= kMaxEntityLength && !entity.value().contains(QLatin1Char('&'));
+        QString value = entity.value().toString();
+        for (const char *predefined : {"&amp;", "&lt;", "&gt;", "&quot;", "&apos;"})
+            value.remove(QLatin1String(predefined));
+        return entity.value().size() <= kMaxEntityLength && !value.contains(QLatin1Char('&'));
     });
 }
 

@@ -38,10 +38,11 @@ bool ADataManager::addProfileFile(const QString &filename, AProfile::Flag flag)
 
     AProfile *profile = read.release();
     profile->setFlags(profile->flags() | flag);
-    const std::unique_ptr<AProfile> replaced(d->profiles.take(profile->id())); // deleted after the signal
+    std::unique_ptr<AProfile> replaced(d->profiles.take(profile->id()));
     inheritInstalledFlag(profile, replaced.get(), flag);
     d->profiles[profile->id()] = profile;
     Q_EMIT profilesChanged();
+    replaced.reset(); // after the signal, unlike addProfilePath
     watchFile(filename);
     return true;
 }
