@@ -236,7 +236,8 @@ QString exactNumber(qint64 hertz, AFrequency::Unit unit, int decimals, const QLo
         text.prepend(locale.negativeSign());
     if (decimals > 0) {
         text += locale.decimalPoint();
-        for (const char digit : digits.right(kept).leftJustified(decimals, '0'))
+        const QByteArray fraction = digits.right(kept).leftJustified(decimals, '0');
+        for (const char digit : fraction)
             text += QChar(locale.zeroDigit().unicode() + (digit - '0'));
     }
     return text;

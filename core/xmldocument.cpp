@@ -42,7 +42,8 @@ struct Cursor
 void startElement(Cursor *cursor, const QXmlStreamReader &reader)
 {
     QDomElement element = cursor->document.createElement(cursor->shared(reader.qualifiedName()));
-    for (const QXmlStreamAttribute &attribute : reader.attributes())
+    const QXmlStreamAttributes attributes = reader.attributes();
+    for (const QXmlStreamAttribute &attribute : attributes)
         element.setAttribute(cursor->shared(attribute.qualifiedName()), compactCopy(attribute.value()));
     cursor->pendingBlank.clear();
     cursor->append(element);
