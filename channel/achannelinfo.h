@@ -144,8 +144,9 @@ private:
     bool isNamed(const QString &name) const;
     void copyFields(const AChannelInfo &other);
     bool hasEqualFields(const AChannelInfo &other) const;
-    bool hasEqualChildren(const AChannelInfo &other) const;
+    struct Side;
     qint64 expandedChildCount() const;
+    bool generatesLike(const AChannelInfo &other) const;
     void expandOwnDefinitions();
 
     AChannelInfo *m_parent;

@@ -65,6 +65,7 @@ private Q_SLOTS:
     void aHugeDefinitionDiffersAtOnce_data();
     void aHugeDefinitionDiffersAtOnce();
     void equalHugeDefinitionsAreNotExpanded();
+    void hugeDefinitionsBelowOthersAreNotExpanded();
     void hugeDefinitionsAreCounted();
 };
 
@@ -311,6 +312,24 @@ void TestAChannelInfoRobustness::equalHugeDefinitionsAreNotExpanded()
     copy.setChannelDefinitions({b});
     copy.setData(AChannelInfo::ColumnComment, QStringLiteral("x"));
     QVERIFY(!(*one == copy));
+}
+
+// Both sides count as expanded because one of them holds a generated channel, and their definitions say the same.
+void TestAChannelInfoRobustness::hugeDefinitionsBelowOthersAreNotExpanded()
+{
+    const auto plan = [](const QString &lastLabel, const char *width) {
+        AChannelInfo *root = node(nullptr, QStringLiteral("root"));
+        root->setChannelDefinitions({definition("1", width, "0", kHugeCount)});
+        node(root, QStringLiteral("1"), "1", "2", AChannelInfo::AutoChannel);
+        AChannelInfo *below = node(root, QStringLiteral("below"));
+        below->setChannelDefinitions({definition("5", width, "0", kHugeCount)});
+        node(below, lastLabel);
+        return Tree(root);
+    };
+    const Tree one = plan(QStringLiteral("a"), "1");
+    QVERIFY(*one == *plan(QStringLiteral("a"), "1"));
+    QVERIFY(*one == *plan(QStringLiteral("a"), "1.0")); // other texts, the same channels
+    QVERIFY(!(*one == *plan(QStringLiteral("b"), "1")));
 }
 
 void TestAChannelInfoRobustness::hugeDefinitionsAreCounted()
