@@ -155,6 +155,7 @@ bool readDecimal(const Text &text, Decimal *decimal)
     if (at != text.end && (*at == '-' || *at == '+'))
         decimal->negative = *at++ == '-';
 
+    decimal->digits.reserve(static_cast<int>(text.end - at));
     bool anyDigit = false;
     bool inFraction = false;
     qint64 position = 0;
