@@ -77,12 +77,22 @@ void characters(Cursor *cursor, const QXmlStreamReader &reader)
         cursor->pendingBlank = text;
 }
 
+// With the namespaces that a document built by an application names without declaring them.
 void writeAttributes(QXmlStreamWriter *xml, const QDomElement &element)
 {
-    const QDomNamedNodeMap attributes = element.attributes();
     std::map<QString, QString> byName; // QtXml keeps them in an order that differs from run to run
-    for (int i = 0; i < attributes.size(); ++i)
-        byName[attributes.item(i).nodeName()] = attributes.item(i).nodeValue();
+    const auto declareNamespace = [&byName](const QDomNode &node) {
+        const QString prefix = node.prefix().isEmpty() ? QString() : QLatin1Char(':') + node.prefix();
+        if (!node.namespaceURI().isEmpty())
+            byName[QLatin1String("xmlns") + prefix] = node.namespaceURI();
+    };
+    declareNamespace(element);
+    const QDomNamedNodeMap attributes = element.attributes();
+    for (int i = 0; i < attributes.size(); ++i) {
+        const QDomNode attribute = attributes.item(i);
+        declareNamespace(attribute);
+        byName[attribute.nodeName()] = attribute.nodeValue();
+    }
     for (const auto &[name, value] : byName)
         xml->writeAttribute(name, value);
 }

@@ -5,6 +5,8 @@
 #include <QtCore/QDir>
 #include <QtTest/QtTest>
 
+#include <sys/stat.h>
+
 #include <csignal>
 
 using namespace profilefiles;
@@ -92,6 +94,7 @@ private Q_SLOTS:
     void theChannelSectionLeavesThemOutAsWell();
     void whatIsSavedCanBeReadBack_data();
     void whatIsSavedCanBeReadBack();
+    void namespacesOfAnApplicationsSectionAreDeclared();
     void aDefaultProfileWithAnIdIsSaved();
     void aProfileThatCouldNotBeReadDoesNotWipeItsFile();
 
@@ -394,6 +397,24 @@ void TestAProfileSaving::whatIsSavedCanBeReadBack()
         QCOMPARE(readFile(name), rich());
 }
 
+void TestAProfileSaving::namespacesOfAnApplicationsSectionAreDeclared()
+{
+    QDomDocument document;
+    QDomElement channels = document.createElementNS(QStringLiteral("urn:x"), QStringLiteral("p:channels"));
+    channels.setAttributeNS(QStringLiteral("urn:y"), QStringLiteral("q:rank"), 3);
+    channels.appendChild(document.createElementNS(QStringLiteral("urn:x"), QStringLiteral("p:note")));
+    AProfile profile;
+    profile.setId(QStringLiteral("p"));
+    profile.setChannelData(channels);
+
+    QByteArray content;
+    const ProfilePtr again = m_dir.saved(profile, &content);
+    QVERIFY(again && again->isValid());
+    QVERIFY(!again->channelData().isNull());
+    QVERIFY2(content.contains("<channels q:rank=\"3\" xmlns=\"urn:x\" xmlns:q=\"urn:y\">"), content.constData());
+    QVERIFY2(content.contains("<p:note xmlns:p=\"urn:x\"/>"), content.constData());
+}
+
 void TestAProfileSaving::aDefaultProfileWithAnIdIsSaved()
 {
     AProfile profile;
@@ -512,6 +533,11 @@ void TestAProfileSaving::placesThatCannotHoldAFileFail()
     QVERIFY(!QFile::exists(dir.path(QStringLiteral("missing"))));
     QVERIFY(!profile->saveToFile(sub + QStringLiteral("/x/a.profile"))); // below a file
     QVERIFY(!profile->saveToFile(dir.path(QString(300, QLatin1Char('n')))));
+    const QString pipe = dir.path(QStringLiteral("pipe.profile"));
+    QCOMPARE(mkfifo(qPrintable(pipe), 0600), 0);
+    QVERIFY(!profile->saveToFile(pipe)); // it would become a plain file
+    QVERIFY(!QFileInfo(pipe).isFile());
+    QVERIFY(QFile::remove(pipe));
     QCOMPARE(QDir(dir.path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
              QStringList{QStringLiteral("sub.profile")});
 }
