@@ -149,7 +149,7 @@ void AChannelInfoModel::sort(int column, Qt::SortOrder order)
     m_rootItem->sortChildren(column, order);
     const QModelIndexList persistent = persistentIndexList();
     for (const QModelIndex &before : persistent) {
-        // Those at the top level are left as they are, deliberately: applications rely on the row that they name.
+        // Those at the top level are left as they are, deliberately: they keep the row that an application saved.
         AChannelInfo *node = nodeAt(before);
         if (before.parent().isValid() && node->row() >= 0)
             changePersistentIndex(before, indexOf(node, before.column()));
