@@ -175,6 +175,7 @@ int AChannelInfo::clearExpandedAutoChannels()
                               [](const AChannelInfo *child) { return (child->m_type & AutoChannel) == 0; });
     const std::vector<AChannelInfo *> expanded(firstExpanded, m_children.end());
     m_children.erase(firstExpanded, m_children.end());
+    numberChildren();
     for (AChannelInfo *child : expanded) {
         if (child->m_parent == this) // out of the list already, so it need not search it
             child->m_parent = nullptr;

@@ -57,6 +57,8 @@ private Q_SLOTS:
     void manyChildrenAreAppendedAndDeletedThroughTheParent();
     void manyChildrenAreDeletedOneByOne();
     void rowsOfManyChildren();
+    void rowsAreAskedWhileManyChildrenGo_data();
+    void rowsAreAskedWhileManyChildrenGo();
     void manyChildrenAreCopiedAndCompared();
     void manyGeneratedChildrenAreCleared();
     void manyChildrenAreStacked();
@@ -197,6 +199,32 @@ void TestAChannelInfoRobustness::rowsOfManyChildren()
     for (int row = moved->childCount() - 1; row >= 0; --row) {
         if (moved->child(row)->row() != row)
             QFAIL(QByteArray::number(row));
+    }
+}
+
+void TestAChannelInfoRobustness::rowsAreAskedWhileManyChildrenGo_data()
+{
+    QTest::addColumn<int>("first"); // of the children that are removed
+    QTest::newRow("at the front") << 0;
+    QTest::newRow("behind the first") << 1;
+    QTest::newRow("in the middle") << kWidth / 4;
+}
+
+void TestAChannelInfoRobustness::rowsAreAskedWhileManyChildrenGo()
+{
+    QFETCH(int, first);
+    const Tree root(wide(kWidth));
+    for (int left = kWidth - 1; left >= kWidth / 2; --left) {
+        delete root->child(first);
+        // each time another one, whose row was not asked yet or long ago
+        for (const int row : {left - 1, int(left * 7919LL % (left - 1)), left / 2}) {
+            if (root->child(row)->row() != row)
+                QFAIL(QByteArray::number(row).constData());
+        }
+    }
+    for (int row = 0; row < root->childCount(); ++row) {
+        if (root->child(row)->row() != row)
+            QFAIL(QByteArray::number(row).constData());
     }
 }
 
