@@ -157,9 +157,14 @@ int AChannelInfo::columnCount() const
 
 QColor AChannelInfo::color() const
 {
-    if (m_color.userType() != QMetaType::QString)
-        return m_color.value<QColor>();
-    const QString text = m_color.toString(); // asked first, since QColor warns about a text that is no colour
+    return colorFromVariant(m_color);
+}
+
+QColor AChannelInfo::colorFromVariant(const QVariant &value)
+{
+    if (value.userType() != QMetaType::QString)
+        return value.value<QColor>();
+    const QString text = value.toString(); // asked first, since QColor warns about a text that is no colour
     return QColor::isValidColor(text) ? QColor(text) : QColor();
 }
 

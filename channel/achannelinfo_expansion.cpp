@@ -21,14 +21,6 @@ int numberOf(const AChannelInfo::Definition &definition, QLatin1String key)
     return definition.value(key).toInt();
 }
 
-QColor colorOf(const AChannelInfo::Definition &definition)
-{
-    const QVariant value = definition.value(QLatin1String("color"));
-    if (value.userType() == QMetaType::QString && !QColor::isValidColor(value.toString()))
-        return {};
-    return value.value<QColor>();
-}
-
 qint64 channelCountOf(const AChannelInfo::Definition &definition)
 {
     return std::max(numberOf(definition, QLatin1String("count")), 0);
@@ -106,7 +98,7 @@ void AChannelInfo::expandOwnDefinitions()
         const AFrequency raster = width + frequencyOf(definition, QLatin1String("space"));
         const qint64 first = numberOf(definition, QLatin1String("first"));
         const qint64 step = numberOf(definition, QLatin1String("step"));
-        const QColor ownColor = colorOf(definition);
+        const QColor ownColor = colorFromVariant(definition.value(QLatin1String("color")));
         const QVariant color = ownColor.isValid() ? QVariant(ownColor) : m_color;
 
         for (qint64 n = 0; n < count; ++n) {
