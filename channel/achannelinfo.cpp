@@ -43,6 +43,13 @@ AChannelInfo::RangeType typeFromNumber(int number)
     }
 }
 
+// Shared: a QVariant keeps a colour on the heap.
+const QVariant &noColor()
+{
+    static const QVariant color = QVariant::fromValue(QColor());
+    return color;
+}
+
 } // namespace
 
 AChannelInfo::AChannelInfo(AChannelInfo *parent, RangeType type, const AFrequency &begin, const AFrequency &end,
@@ -52,7 +59,7 @@ AChannelInfo::AChannelInfo(AChannelInfo *parent, RangeType type, const AFrequenc
     , m_endFrequency(end)
     , m_label(label)
     , m_selectable(selectable)
-    , m_color(QVariant::fromValue(QColor()))
+    , m_color(noColor())
     , m_type(type)
 {}
 

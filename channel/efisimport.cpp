@@ -3,7 +3,9 @@
 #include "channel/achannelinfo.h"
 
 #include <QtCore/QDate>
+#include <QtCore/QFileDevice>
 #include <QtCore/QIODevice>
+#include <QtCore/QVarLengthArray>
 #include <QtCore/QtDebug>
 
 #include <algorithm>
@@ -32,14 +34,11 @@ constexpr std::size_t kRequiredFields = 10;
 constexpr qint64 kUnreadBytes = 5;       // at the end of a file, deliberately: a line ends there only
 constexpr qint64 kMergeGapHz = 10000000; // a wider gap begins a new group
 
-// A part of a line.
+// A part of a line, not ended by a zero byte.
 struct Field
 {
     const char *begin = nullptr;
     int size = 0;
-
-    // Valid while the line is.
-    QByteArray bytes() const { return QByteArray::fromRawData(begin, size); }
 };
 
 // Gives the fields of a line one by one, so that a line of millions costs no list of them.
@@ -120,12 +119,68 @@ bool isValidOn(const QDate &day, const Fields &fields)
     return dateFrom(fields[kFirstDayField]) <= day && day <= dateFrom(fields[kLastDayField]);
 }
 
+// One side of a frequency range, without the blanks around it and ended by a zero byte.
+class Edge
+{
+public:
+    Edge(const char *begin, const char *end)
+    {
+        while (begin != end && isBlank(*begin))
+            ++begin;
+        while (begin != end && isBlank(*(end - 1)))
+            --end;
+        m_text.append(begin, static_cast<int>(end - begin));
+        m_text.append('\0');
+        m_unit = static_cast<const char *>(memrchr(m_text.constData(), ' ', static_cast<size_t>(m_text.size())));
+    }
+
+    bool hasUnit() const { return m_unit; } // or what stands for one
+    AFrequency::Unit unit() const { return AFrequency::unitForSuffix(m_unit + 1); }
+    AFrequency withOwnUnit() const { return AFrequency(m_text.constData()); }
+    AFrequency inUnit(AFrequency::Unit unit) const
+    {
+        AFrequency frequency;
+        frequency.setValue(QByteArray::fromRawData(m_text.constData(), m_text.size() - 1).toDouble(), unit);
+        return frequency;
+    }
+
+private:
+    static bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
+
+    QVarLengthArray<char, 64> m_text;
+    const char *m_unit; // after the last blank; null if there is none
+};
+
+void readRange(const Field &field, EfisEntry *entry)
+{
+    const char *end = field.begin + field.size;
+    const auto length = static_cast<size_t>(field.size);
+    const auto *firstDash = static_cast<const char *>(length > 0 ? std::memchr(field.begin, '-', length) : nullptr);
+    const auto *lastDash = static_cast<const char *>(firstDash ? memrchr(field.begin, '-', length) : nullptr);
+    const Edge first(field.begin, firstDash ? firstDash : end);
+    const Edge last(lastDash ? lastDash + 1 : field.begin, end);
+
+    AFrequency::Unit unit = AFrequency::MHz;
+    if (first.hasUnit()) {
+        entry->begin = first.withOwnUnit();
+        unit = first.unit();
+    }
+    if (last.hasUnit()) {
+        entry->end = last.withOwnUnit();
+        unit = last.unit(); // it wins
+    }
+    if (entry->begin.isNull())
+        entry->begin = first.inUnit(unit);
+    if (entry->end.isNull())
+        entry->end = last.inUnit(unit);
+}
+
 EfisEntry entryFrom(const Fields &fields, std::size_t rangeField, Direction direction)
 {
     EfisEntry entry;
     entry.direction = direction;
     entry.name = QString::fromUtf8(fields[kNameField].begin, fields[kNameField].size);
-    parseEfisFrequencyRange(&entry, fields[rangeField].bytes());
+    readRange(fields[rangeField], &entry);
     return entry;
 }
 
@@ -144,38 +199,67 @@ void readLine(const QByteArray &line, const QDate &today, std::vector<EfisEntry>
     entries->push_back(entryFrom(fields, kRangeField, hasTwoDirections ? Downlink : NoDirection));
 }
 
+// bytesAvailable() without asking the file system for the size of a file at every line.
+class Remaining
+{
+public:
+    explicit Remaining(QIODevice *io)
+        : m_io(io)
+        , m_isFile(qobject_cast<QFileDevice *>(io) && !io->isSequential())
+    {}
+
+    bool isAbove(qint64 bytes)
+    {
+        if (!m_isFile || m_known <= bytes)
+            m_known = m_io->bytesAvailable(); // a file may have grown
+        return m_known > bytes;
+    }
+    void take(qint64 bytes) { m_known -= bytes; }
+
+private:
+    QIODevice *m_io;
+    bool m_isFile;
+    qint64 m_known = 0;
+};
+
 std::vector<EfisEntry> readEntries(QIODevice *io)
 {
     const QDate today = QDate::currentDate();
     std::vector<EfisEntry> entries;
-    while (io->bytesAvailable() > kUnreadBytes) {
+    Remaining remaining(io);
+    while (remaining.isAbove(kUnreadBytes)) {
         const QByteArray line = io->readLine(0);
         if (line.isEmpty())
             break; // a device that failed or was closed may go on telling of bytes
+        remaining.take(line.size());
         readLine(line, today, &entries);
     }
     return entries;
 }
 
-// Deliberately no order by the lower edge alone: an entry that lies within another one is neither before nor after it.
-bool isBefore(const EfisEntry *a, const EfisEntry *b)
+// What entries are sorted by; smaller than they are.
+struct SortKey
 {
-    return a->begin < b->begin && a->end < b->end;
-}
+    AFrequency begin;
+    AFrequency end;
+    const EfisEntry *entry;
+};
 
-// Since isBefore is no strict weak order, what becomes of entries within entries is up to the algorithm. The trees that
-// applications know are those of qStableSort; std::stable_sort would give others.
-std::vector<const EfisEntry *> sorted(const std::vector<EfisEntry> &entries)
+// Since "before" is no strict weak order (an entry that lies within another one is neither before nor after it), what
+// becomes of such pairs is up to the algorithm. The trees that applications know are those of qStableSort;
+// std::stable_sort gives others.
+std::vector<SortKey> sorted(const std::vector<EfisEntry> &entries)
 {
-    std::vector<const EfisEntry *> order;
-    order.reserve(entries.size());
+    std::vector<SortKey> keys;
+    keys.reserve(entries.size());
     for (const EfisEntry &entry : entries)
-        order.push_back(&entry);
+        keys.push_back({entry.begin, entry.end, &entry});
+    const auto isBefore = [](const SortKey &a, const SortKey &b) { return a.begin < b.begin && a.end < b.end; };
     QT_WARNING_PUSH
     QT_WARNING_DISABLE_DEPRECATED
-    qStableSort(order.begin(), order.end(), isBefore);
+    qStableSort(keys.begin(), keys.end(), isBefore);
     QT_WARNING_POP
-    return order;
+    return keys;
 }
 
 // The group that takes the entries of one direction, until a gap begins the next.
@@ -229,27 +313,7 @@ void parseEfisFrequencyRange(EfisEntry *entry, const QByteArray &text)
         qWarning("parseEfisFrequencyRange: the entry is null");
         return;
     }
-    // Copies of their own: what QByteArray::mid shares may not end in the zero byte that AFrequency looks for.
-    const auto piece = [&text](int from, int to) { return QByteArray(text.constData() + from, to - from).trimmed(); };
-    const int firstDash = text.indexOf('-');
-    const QByteArray first = piece(0, firstDash < 0 ? text.size() : firstDash);
-    const QByteArray last = piece(text.lastIndexOf('-') + 1, text.size());
-
-    AFrequency::Unit unit = AFrequency::MHz;
-    const auto parseWithUnit = [&unit](const QByteArray &number, AFrequency *edge) {
-        const int blank = number.lastIndexOf(' ');
-        if (blank < 0)
-            return;
-        *edge = AFrequency(number.constData());
-        unit = AFrequency::unitForSuffix(number.constData() + blank + 1);
-    };
-    parseWithUnit(first, &entry->begin);
-    parseWithUnit(last, &entry->end); // its unit wins
-
-    if (entry->begin.isNull())
-        entry->begin.setValue(first.toDouble(), unit);
-    if (entry->end.isNull())
-        entry->end.setValue(last.toDouble(), unit);
+    readRange({text.constData(), text.size()}, entry);
 }
 
 bool AChannelInfo::fromEfisCSV(QIODevice *io, AChannelInfo *parent)
@@ -268,10 +332,11 @@ bool AChannelInfo::fromEfisCSV(QIODevice *io, AChannelInfo *parent)
         return false;
     }
 
-    const std::vector<const EfisEntry *> order = sorted(entries);
+    const std::vector<SortKey> order = sorted(entries);
     Group downlink{QStringLiteral("Downlink")};
     Group uplink{QStringLiteral("Uplink")};
-    for (const EfisEntry *entry : order) {
+    for (const SortKey &key : order) {
+        const EfisEntry *entry = key.entry;
         AChannelInfo *node = parent;
         if (entry->direction == Downlink)
             node = groupFor(*entry, &downlink, parent);
@@ -279,7 +344,7 @@ bool AChannelInfo::fromEfisCSV(QIODevice *io, AChannelInfo *parent)
             node = groupFor(*entry, &uplink, parent);
         addNode(node, Provider, *entry, entry->name);
     }
-    parent->setData(ColumnStartFreq, order.front()->begin.intValue(AFrequency::Hz));
-    parent->setData(ColumnStopFreq, order.back()->end.intValue(AFrequency::Hz));
+    parent->setData(ColumnStartFreq, order.front().begin.intValue(AFrequency::Hz));
+    parent->setData(ColumnStopFreq, order.back().end.intValue(AFrequency::Hz));
     return true;
 }
