@@ -20,6 +20,12 @@ void require(bool condition)
 
 void ignoreMessages(QtMsgType, const QMessageLogContext &, const QString &) {}
 
+// QString::fromUtf8 of a QByteArray would end at a zero byte.
+QDate dateFrom(const QByteArray &field)
+{
+    return QDate::fromString(QString::fromUtf8(field.constData(), field.size()), QStringLiteral("yyyy-MM-dd"));
+}
+
 int allocationsIn(const QByteArray &line)
 {
     const QList<QByteArray> fields = parseEfisLine(line);
@@ -27,10 +33,8 @@ int allocationsIn(const QByteArray &line)
     if (fields.size() < 10)
         return 0;
     const QByteArray kind = fields.first().toLower();
-    const QString form = QStringLiteral("yyyy-MM-dd");
     const QDate today = QDate::currentDate();
-    if ((kind != "yes" && kind != "no") || QDate::fromString(QString::fromUtf8(fields.at(5)), form) > today ||
-        QDate::fromString(QString::fromUtf8(fields.at(6)), form) < today)
+    if ((kind != "yes" && kind != "no") || dateFrom(fields.at(5)) > today || dateFrom(fields.at(6)) < today)
         return 0;
     return kind == "yes" ? 2 : 1;
 }
