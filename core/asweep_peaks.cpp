@@ -43,7 +43,30 @@ struct Search
     double level(int index) const
     {
         const AMeasurementValue &value = points[index];
-        return asTheyStand || value.unit == unit ? value.level : value.convertTo(unit).level;
+        return value.unit == unit || asTheyStand ? value.level : value.convertTo(unit).level;
+    }
+
+    // The first index of [from, end) whose level is at or beyond a bound, else `end`. A bound that is NaN bounds nothing.
+    int firstOutside(int from, int end, double lower, double upper) const
+    {
+        const QList<AMeasurementValue>::const_iterator list = points; // all of the loop is in registers
+        const int comparedUnit = unit;
+        for (int i = from; i < end; ++i) {
+            const AMeasurementValue &value = list[i];
+            const double compared = value.unit == comparedUnit ? value.level : level(i);
+            if (compared >= upper || compared <= lower)
+                return i;
+        }
+        return end;
+    }
+
+    // The nearest level before the index that is a number; NaN if there is none.
+    double levelBefore(int index) const
+    {
+        double before = std::numeric_limits<double>::quiet_NaN();
+        while (--index >= 0 && std::isnan(before))
+            before = level(index);
+        return before;
     }
 
     // The first index of [from, to] for which `holds` is false, else to + 1; `holds` is true up to some point. The
@@ -103,10 +126,13 @@ public:
             const double wanted = kCellsPerPeak * m_capacity * (search.spacing / span);
             m_share = static_cast<int>(qBound(1.0, wanted, kMaxShare));
             m_cellWidth = search.spacing / m_share;
+            m_lastBegin.setValue(std::numeric_limits<qint64>::max(), AFrequency::Hz);
+            m_lastBegin -= m_cellWidth;
             m_maxCells = others * static_cast<std::size_t>(2 * m_share + 2) + 1;
         } else {
             m_maxCells = others + 1;
         }
+        m_forgetAt = m_maxCells;
     }
 
     // Only points at or above (for minima: at or below) this level can be peaks that matter, up to the index
@@ -114,28 +140,19 @@ public:
     double gate() const { return m_sign * m_gate; }
     int cellEnd() const { return m_cellEnd; }
 
-    void offer(int index)
+    // Takes in a point that passes the gate and is above (for minima: below) the level before it.
+    void offer(int index, double offered)
     {
-        const double level = levelAt(index);
+        const double level = m_sign * offered;
         if (m_cellEnd != kNever) {
-            if (level > m_cell.level && isPeak(index, level)) {
+            if (level > m_cell.level && isTop(index, level)) {
                 m_cell.best = index;
                 m_cell.level = level;
                 m_gate = level;
             }
-            return;
+        } else if (isTop(index, level)) {
+            openCell(index, level);
         }
-        if (!isPeak(index, level))
-            return;
-        m_cell = {index, index, index, level};
-        if (m_share == 0) {
-            keepCell();
-            return;
-        }
-        m_cellEnd = m_search.firstAbove(index, m_search.last, m_search.points[index].frequency, m_cellWidth);
-        m_cellEnd = qMax(m_cellEnd, index + 1);
-        m_cell.last = m_cellEnd - 1;
-        m_gate = level;
     }
 
     void closeCell()
@@ -152,7 +169,8 @@ public:
         if (m_capacity == 0)
             return 0;
         forgetWorstCells();
-        std::sort(m_cells.begin(), m_cells.end(), [](const Cell &a, const Cell &b) { return a.first < b.first; });
+        if (m_share > 0)
+            std::sort(m_cells.begin(), m_cells.end(), [](const Cell &a, const Cell &b) { return a.first < b.first; });
         std::vector<Candidate> candidates;
         candidates.reserve(m_cells.size());
         for (std::size_t i = 0; i < m_cells.size(); ++i)
@@ -191,8 +209,8 @@ private:
         int first = 0; // the points that can still give a peak
         int last = 0;
         int best = 0;
+        bool taken = false; // the best
         double level = 0.0; // of the best
-        bool taken = false;
     };
 
     struct Candidate
@@ -210,17 +228,10 @@ private:
 
     double levelAt(int index) const { return m_sign * m_search.level(index); }
 
-    // A flat top is looked along from its first point alone, and points without a level from the one behind them, so
-    // that asking for all points costs one pass.
-    bool isPeak(int index, double level) const
+    // Whether the level falls behind a point to which it has risen. A flat top has one such point, so that asking for
+    // all points costs one pass.
+    bool isTop(int index, double level) const
     {
-        for (int before = index - 1; before >= 0; --before) {
-            const double other = levelAt(before);
-            if (other < level)
-                break;
-            if (other >= level)
-                return false;
-        }
         for (int after = index + 1; after < m_search.size; ++after) {
             const double other = levelAt(after);
             if (other < level)
@@ -231,10 +242,29 @@ private:
         return true;
     }
 
+    void openCell(int index, double level)
+    {
+        m_cell = {index, index, index, false, level};
+        if (m_share == 0) {
+            keepCell();
+            return;
+        }
+        const AFrequency &begin = m_search.points[index].frequency;
+        const AFrequency end = begin + m_cellWidth;
+        m_cellEnd = m_search.last + 1;
+        if (begin <= m_lastBegin) {
+            m_cellEnd = m_search.firstWithout(index, m_search.last,
+                                              [&end](const AMeasurementValue &value) { return value.frequency < end; });
+        }
+        m_cellEnd = qMax(m_cellEnd, index + 1);
+        m_cell.last = m_cellEnd - 1;
+        m_gate = level;
+    }
+
     void keepCell()
     {
         m_cells.push_back(m_cell);
-        if (m_cells.size() >= 2 * m_maxCells)
+        if (m_cells.size() >= m_forgetAt)
             forgetWorstCells();
         m_gate = m_threshold;
     }
@@ -249,6 +279,7 @@ private:
         // Of equal levels the earlier one is better, so what comes later has to be above.
         m_threshold = std::nextafter(lastKept->level, kInfinity);
         m_cells.resize(m_maxCells);
+        m_forgetAt = m_maxCells + m_maxCells / 2 + 1;
     }
 
     // Takes out of a cell what taken peaks forbid. False if its best peak stays.
@@ -281,15 +312,17 @@ private:
     bool findBest(Cell *cell) const
     {
         bool found = false;
-        double gate = -kInfinity;
+        double previous = m_sign * m_search.levelBefore(cell->first);
         for (int i = cell->first; i <= cell->last; ++i) {
             const double level = levelAt(i);
-            if (level >= gate && (!found || level > gate) && isPeak(i, level)) {
+            if (std::isnan(level))
+                continue;
+            if (!(level <= previous) && (!found || level > cell->level) && isTop(i, level)) {
                 found = true;
-                gate = level;
                 cell->best = i;
                 cell->level = level;
             }
+            previous = level;
         }
         return found;
     }
@@ -299,8 +332,10 @@ private:
     int m_capacity;
     int m_share = 0; // cells in a spacing; 0 if peaks may be neighbours, and a cell is one peak
     AFrequency m_cellWidth;
+    AFrequency m_lastBegin; // behind it the end of a cell would be beyond all frequencies
     std::size_t m_maxCells = 0;
-    std::vector<Cell> m_cells; // at most twice as many, between two forgettings
+    std::size_t m_forgetAt = 0;
+    std::vector<Cell> m_cells; // up to half as many more between two forgettings, so that these cost little
     double m_threshold = -kInfinity;
     double m_gate = kNoGate;
     Cell m_cell; // the one that is open while m_cellEnd is an index
@@ -324,17 +359,16 @@ int ASweep::extractPeaks(const QList<AMeasurementValue> &data, int firstIndex, i
     if (maximaCapacity > 0 || minimaCapacity > 0) {
         int i = search.first;
         while (i <= search.last) {
-            int end = std::min({search.last + 1, highest.cellEnd(), lowest.cellEnd()});
-            for (; i < end; ++i) {
+            const int end = std::min({search.last + 1, highest.cellEnd(), lowest.cellEnd()});
+            i = search.firstOutside(i, end, lowest.gate(), highest.gate());
+            if (i < end) {
                 const double level = search.level(i);
-                if (level >= highest.gate()) {
-                    highest.offer(i);
-                    end = qMin(end, highest.cellEnd());
-                }
-                if (level <= lowest.gate()) {
-                    lowest.offer(i);
-                    end = qMin(end, lowest.cellEnd());
-                }
+                const double before = search.levelBefore(i);
+                if (level >= highest.gate() && !(level <= before))
+                    highest.offer(i, level);
+                if (level <= lowest.gate() && !(level >= before))
+                    lowest.offer(i, level);
+                ++i;
             }
             if (i == highest.cellEnd())
                 highest.closeCell();
