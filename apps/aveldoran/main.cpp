@@ -19,6 +19,7 @@ struct Command
 
 constexpr Command kCommands[] = {
     {"channels", "build a channel plan from profile files and print it", runChannels},
+    {"markers", "set markers on a trace and print what they read", runMarkers},
 };
 
 QString usage()
@@ -41,6 +42,15 @@ bool asksForPicture(const char *argument)
     return std::strncmp(argument, kOption, kLength) == 0 && (argument[kLength] == '\0' || argument[kLength] == '=');
 }
 
+QtMessageHandler defaultMessageHandler = nullptr;
+
+// A place for sockets is of no concern to a program that draws into files, and services have none.
+void withoutRuntimeDirectory(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    if (!text.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR")))
+        defaultMessageHandler(type, context, text);
+}
+
 // Drawing needs a QApplication. It goes to files alone, so no display is asked for, and options that would do so are
 // kept from it.
 std::unique_ptr<QCoreApplication> createApplication(int &argc, char **argv)
@@ -50,7 +60,10 @@ std::unique_ptr<QCoreApplication> createApplication(int &argc, char **argv)
     qputenv("QT_QPA_PLATFORM", "offscreen");
     static int count = 1;
     static char *name[] = {argv[0], nullptr};
-    return std::make_unique<QApplication>(count, name);
+    defaultMessageHandler = qInstallMessageHandler(withoutRuntimeDirectory);
+    auto application = std::make_unique<QApplication>(count, name);
+    qInstallMessageHandler(defaultMessageHandler);
+    return application;
 }
 
 } // namespace

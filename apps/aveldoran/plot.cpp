@@ -55,6 +55,7 @@ struct Marker
     double frequencyHz;
     double level;
     QString label;
+    Plot::MarkerSide side;
 };
 
 struct Curve
@@ -168,8 +169,8 @@ public:
         for (const Marker &marker : m_markers)
             points += QPointF(xMap.transform(marker.frequencyHz / m_hertzPerUnit), yMap.transform(marker.level));
         drawLabels(painter, points, canvas);
-        for (const QPointF &point : qAsConst(points))
-            drawSymbol(painter, point);
+        for (int i = 0; i < points.size(); ++i)
+            drawSymbol(painter, points[i], m_markers[i].side == Plot::AbovePoint ? -kSymbolSize : kSymbolSize);
     }
 
 private:
@@ -211,12 +212,12 @@ private:
         }
     }
 
-    static void drawSymbol(QPainter *painter, const QPointF &point)
+    static void drawSymbol(QPainter *painter, const QPointF &point, double height)
     {
         painter->setPen(QPen(Qt::white, 0.8));
         painter->setBrush(QColor(kMarkerColor));
-        const QPointF triangle[] = {point, point + QPointF(-kSymbolSize / 2, -kSymbolSize),
-                                    point + QPointF(kSymbolSize / 2, -kSymbolSize)};
+        const QPointF triangle[] = {point, point + QPointF(-kSymbolSize / 2, height),
+                                    point + QPointF(kSymbolSize / 2, height)};
         painter->drawPolygon(triangle, 3);
     }
 
@@ -449,10 +450,10 @@ void Plot::addCurve(const QString &name, const QVector<Point> &points, CurveRole
     d->curves.append({name, points, role});
 }
 
-void Plot::addMarker(double frequencyHz, double level, const QString &label)
+void Plot::addMarker(double frequencyHz, double level, const QString &label, MarkerSide side)
 {
     if (d->isShown({frequencyHz, level}))
-        d->markers.append({frequencyHz, level, label});
+        d->markers.append({frequencyHz, level, label, side});
 }
 
 QSize Plot::pictureSize()

@@ -25,6 +25,12 @@ public:
         LimitCurve  // what must not be crossed
     };
 
+    enum MarkerSide
+    {
+        AbovePoint,
+        BelowPoint // of a minimum
+    };
+
     struct Point
     {
         double frequencyHz;
@@ -46,9 +52,10 @@ public:
     // the picture, those are drawn that show.
     void addCurve(const QString &name, const QVector<Point> &points, CurveRole role);
 
-    // A marker on a point, with its label upright above it. Labels keep clear of each other; where there are too many
-    // for the width, the last ones added go without.
-    void addMarker(double frequencyHz, double level, const QString &label);
+    // A marker on a point, on that side of it, with its label upright above all curves. Labels keep clear of each
+    // other; where there are too many for the width, the last ones added go without. A marker without a level is left
+    // out.
+    void addMarker(double frequencyHz, double level, const QString &label, MarkerSide side);
 
     // Writes a PNG file, as a whole or not at all. False if it can't be written, with a text for the user that names
     // the file.

@@ -113,23 +113,6 @@ bool isFrequencyUnit(const QByteArray &text)
     return !text.isEmpty() && text == AFrequency::suffixForUnit(AFrequency::unitForSuffix(text.constData()));
 }
 
-bool readFrequency(const QByteArray &field, AFrequency::Unit defaultUnit, AFrequency *frequency)
-{
-    QByteArray number;
-    QByteArray unit;
-    splitNumber(field, &number, &unit);
-    bool ok = false;
-    const double value = number.toDouble(&ok);
-    if (!ok || !(value >= 0.0))
-        return false;
-    if (unit.isEmpty())
-        unit = AFrequency::suffixForUnit(defaultUnit);
-    else if (!isFrequencyUnit(unit))
-        return false;
-    *frequency = AFrequency((number + ' ' + unit).constData());
-    return frequency->floatValue(AFrequency::Hz) < kMaxFrequencyHz && (value == 0.0 || !frequency->isNull());
-}
-
 // Gaps and clipped levels are written as words.
 bool readLevelWord(const QByteArray &word, double *level)
 {
@@ -289,6 +272,23 @@ private:
 };
 
 } // namespace
+
+bool readFrequency(const QByteArray &text, AFrequency::Unit unitOfNumbers, AFrequency *frequency)
+{
+    QByteArray number;
+    QByteArray unit;
+    splitNumber(text, &number, &unit);
+    bool ok = false;
+    const double value = number.toDouble(&ok);
+    if (!ok || !(value >= 0.0))
+        return false;
+    if (unit.isEmpty())
+        unit = AFrequency::suffixForUnit(unitOfNumbers);
+    else if (!isFrequencyUnit(unit))
+        return false;
+    *frequency = AFrequency((number + ' ' + unit).constData());
+    return frequency->floatValue(AFrequency::Hz) < kMaxFrequencyHz && (value == 0.0 || !frequency->isNull());
+}
 
 bool readTrace(QIODevice *device, Trace *trace, QString *errorText)
 {

@@ -23,3 +23,6 @@ bool readTraceFile(const QString &fileName, Trace *trace, QString *errorText);
 
 // The same from an open device. The text then begins with the line's number, "3: expected ...".
 bool readTrace(QIODevice *device, Trace *trace, QString *errorText);
+
+// "88.5 MHz", or a number in `unit`: 0 or more. False for what is none, *frequency is then undefined.
+bool readFrequency(const QByteArray &text, AFrequency::Unit unit, AFrequency *frequency);
