@@ -21,11 +21,12 @@ struct XmlError
 bool openRegularFile(class QFile *file, QString *errorText);
 
 // Parses a whole XML document as it is read, without holding its text: damage early in a large file costs little.
-// Entities are expanded within the limits of QXmlStreamReader, the document type is dropped, and so is white space
-// that only indents elements. On failure the document is null and *error says where.
+// The document type is dropped, and so is white space that only indents elements. On failure the document is null and
+// *error says where.
 QDomDocument readXmlDocument(QIODevice *device, XmlError *error);
 
-// The document's text in UTF-8, indented, with the XML declaration.
+// The document's text in UTF-8 with the XML declaration, indented where that adds nothing to a text, and with the
+// attributes of each element by name: equal documents give equal bytes.
 QByteArray writeXmlDocument(const QDomDocument &document);
 
 // `text` without the characters that XML 1.0 can't hold, so that what is written can be read back.
