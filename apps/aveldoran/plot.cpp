@@ -390,7 +390,10 @@ void Plot::Private::setFrequencyAxis(QwtPlot *plot, const Range &shown, const Fr
     QList<double> numbered;
     QList<double> others;
     const bool few = std::log10(end / begin) <= 4.0;
-    for (double decade = std::pow(10.0, std::floor(std::log10(begin))); decade <= end; decade *= 10.0) {
+    const auto firstDecade = static_cast<int>(std::floor(std::log10(begin)));
+    const auto lastDecade = static_cast<int>(std::floor(std::log10(end)));
+    for (int exponent = firstDecade; exponent <= lastDecade; ++exponent) {
+        const double decade = std::pow(10.0, exponent);
         for (int i = 1; i < 10; ++i) {
             const double tick = i * decade;
             if (tick >= begin * (1 - 1e-9) && tick <= end * (1 + 1e-9))
