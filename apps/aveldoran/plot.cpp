@@ -355,7 +355,8 @@ void Plot::Private::addCurves(QwtPlot *plot, const Range &shown, double hertzPer
             if (stretch.isEmpty())
                 continue;
             QVector<QPointF> samples;
-            for (const Point &point : thinned(stretch, shown))
+            const Points drawn = thinned(stretch, shown);
+            for (const Point &point : drawn)
                 samples += QPointF(point.frequencyHz / hertzPerUnit, point.level);
 
             auto *item = new QwtPlotCurve(text(curve.name, kTextPoints, false)); // the plot's own, like all items
