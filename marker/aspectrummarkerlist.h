@@ -22,9 +22,9 @@ struct emu_entry;
 // and loads them as named setups. Used from the one thread that drives the display.
 //
 // Numbers run from 0 over all markers of one type, by trace and then by age. They come from sort keys that are distinct
-// while there are fewer than ten markers of a type. With more of them, on several traces, keys can be equal, and of such
-// markers only one is renumbered or listed. One that is not stays on its trace with its old number, and may be missing
-// from all(), at() and the setups.
+// while there are fewer than ten markers of a type. With more of them, on several traces, keys can be equal, and of
+// such markers only one is renumbered or listed. One that is not stays on its trace with its old number, and may be
+// missing from all(), at() and the setups.
 class AVELDORAN_DATA_EXPORT ASpectrumMarkerList
 {
 public:
