@@ -75,6 +75,7 @@ private Q_SLOTS:
     void changingTheTraceOfAForeignMarkerDoesNothing();
 
     void clearingForgetsMarkersCountersAndName();
+    void clearingRestartsTheCounters();
     void rebuildingAnUnusedTypeChangesNothing();
     void thePositionOfAForeignMarkerIsNone();
 };
@@ -478,6 +479,18 @@ void TestASpectrumMarkerList::clearingForgetsMarkersCountersAndName()
     QCOMPARE(list.findPeakFrequency(3, AFrequency(), Qt::LeftToRight, true), megahertz(2)); // data stay
     QCOMPARE(list.findCenterFrequency(), megahertz(500000));
     QCOMPARE(add(&list, Max, 0)->index(), 0);
+}
+
+void TestASpectrumMarkerList::clearingRestartsTheCounters()
+{
+    ASpectrumMarkerList list;
+    for (int i = 0; i < 12; ++i)
+        add(&list, Max, 0);
+    list.clear();
+    const ASpectrumMarker *older = add(&list, Max, 1);
+    const ASpectrumMarker *younger = add(&list, Max, 0); // before the other one, unless it began with a high number
+    QCOMPARE(younger->index(), 0);
+    QCOMPARE(older->index(), 1);
 }
 
 void TestASpectrumMarkerList::rebuildingAnUnusedTypeChangesNothing()

@@ -108,6 +108,8 @@ private Q_SLOTS:
     void moreOnOneTraceHaveNoCollision();
     void theLoserKeepsItsNumberAndItsPlace();
     void theLoserOfTheDisplayOrderIsNotListed();
+    void familiesLieTenThousandNumbersApart_data();
+    void familiesLieTenThousandNumbersApart();
     void typesOfOneFamilyShareTheirKeys();
     void aLoserIsNotClearedWithTheList();
     void aLoserIsFreedWithTheObject();
@@ -164,6 +166,31 @@ void TestASpectrumMarkerListCollisions::theLoserOfTheDisplayOrderIsNotListed()
     QCOMPARE(list.listcount(), 10);
     QCOMPARE(list.all().size(), 10);
     QVERIFY(list.trace(0)->contains(loser));
+}
+
+void TestASpectrumMarkerListCollisions::familiesLieTenThousandNumbersApart_data()
+{
+    QTest::addColumn<int>("maxima");
+    QTest::addColumn<int>("listed"); // of the maxima and a minimum
+    QTest::newRow("up to ten thousand") << 10000 << 10001;
+    QTest::newRow("beyond") << 10001 << 10001; // the last maximum has the key of the minimum, which comes later
+}
+
+void TestASpectrumMarkerListCollisions::familiesLieTenThousandNumbersApart()
+{
+    QFETCH(int, maxima);
+    const QTemporaryDir directory;
+    QSettings settings(directory.filePath(QStringLiteral("s.ini")), QSettings::IniFormat);
+    for (int i = 0; i <= maxima; ++i) {
+        const bool isLast = i == maxima;
+        settings.setValue(QStringLiteral("s/Marker/%1/Type").arg(i + 1), isLast ? 3 : 2);
+    }
+    settings.setValue(QStringLiteral("s/Marker/size"), maxima + 1);
+    ASpectrumMarkerList list;
+    list.loadSetup(&settings, QStringLiteral("s"));
+    QCOMPARE(list.trace(0)->size(), maxima + 1);
+    QTEST(list.listcount(), "listed");
+    QCOMPARE(list.at(list.listcount() - 1)->name(), QStringLiteral("Min 1"));
 }
 
 void TestASpectrumMarkerListCollisions::typesOfOneFamilyShareTheirKeys()
