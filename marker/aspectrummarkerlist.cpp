@@ -7,8 +7,8 @@
 
 namespace {
 
-// The families lie further apart in the order of display than in the renumbering. Which markers have equal keys, and
-// so which are passed over, depends on both factors and on the ten numbers of a trace.
+// Which markers have equal keys, and so which are passed over, depends on these: beyond ten numbers the keys of a trace
+// run into those of the next one, and beyond ten thousand those of a family into the next family's.
 constexpr unsigned kNumbersPerTrace = 10;
 constexpr unsigned kFamilyInRenumbering = 1000;
 constexpr unsigned kFamilyInDisplay = 10000;

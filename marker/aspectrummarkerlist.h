@@ -21,10 +21,10 @@ struct emu_entry;
 // The markers of one spectrum display. It owns them, numbers them by type, makes them follow the traces, and stores
 // and loads them as named setups. Used from the one thread that drives the display.
 //
-// Numbers run from 0 over all markers of one type, by trace and then by age. They come from sort keys that leave room
-// for ten markers of a type on a trace: with more of them, on several traces, keys can be equal, and of such markers
-// only one is renumbered or listed. Those that lose stay on their trace, with their old number, but may be missing
-// from all(), at() and the setups.
+// Numbers run from 0 over all markers of one type, by trace and then by age. They come from sort keys that are distinct
+// while there are fewer than ten markers of a type. With more of them, on several traces, keys can be equal, and of
+// such markers only one is renumbered or listed. One that is not stays on its trace with its old number, and may be
+// missing from all(), at() and the setups.
 class AVELDORAN_DATA_EXPORT ASpectrumMarkerList
 {
 public:
