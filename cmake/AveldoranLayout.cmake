@@ -14,4 +14,5 @@ set(AVELDORAN_PRIVATE_HEADERS
     core/limitcurve.h
     core/xmldocument.h
     datamanager/adatamanager_p.h
+    limit/boundeddom.h
 )

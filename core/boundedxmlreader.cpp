@@ -8,18 +8,11 @@
 
 namespace {
 
-constexpr int kMaxEntityLength = 100;
-
-// The parser bounds what one reference to an entity expands to, but not their sum: a small file could name a long
-// entity often enough to fill the memory.
 bool declaresOnlyShortEntities(const QXmlStreamReader &xml)
 {
     const QXmlStreamEntityDeclarations entities = xml.entityDeclarations();
     return std::all_of(entities.cbegin(), entities.cend(), [](const QXmlStreamEntityDeclaration &entity) {
-        QString value = entity.value().toString();
-        for (const char *predefined : {"&amp;", "&lt;", "&gt;", "&quot;", "&apos;"})
-            value.remove(QLatin1String(predefined));
-        return entity.value().size() <= kMaxEntityLength && !value.contains(QLatin1Char('&'));
+        return isShortEntity(entity.value().toString());
     });
 }
 
@@ -75,14 +68,9 @@ bool BoundedXmlReader::readNext()
     m_device->tokenEnds();
     m_depth += m_xml.isStartElement() ? 1 : 0;
     if (m_xml.isDTD() && !declaresOnlyShortEntities(m_xml)) {
-        m_xml.raiseError(QCoreApplication::translate("AveldoranCore",
-                                                     "Entities longer than %1 characters, or that name "
-                                                     "others, are not read")
-                             .arg(kMaxEntityLength));
+        m_xml.raiseError(entityErrorText());
     }
-    if (m_depth > kMaxXmlDepth) {
-        m_xml.raiseError(
-            QCoreApplication::translate("AveldoranCore", "Elements are nested more than %1 deep").arg(kMaxXmlDepth));
-    }
+    if (m_depth > kMaxXmlDepth)
+        m_xml.raiseError(nestingErrorText());
     return !m_xml.hasError();
 }

@@ -13,6 +13,8 @@
 
 namespace {
 
+constexpr int kMaxEntityLength = 100;
+
 // Where the reader stands in the tree that it builds.
 struct Cursor
 {
@@ -76,10 +78,30 @@ void characters(Cursor *cursor, const QXmlStreamReader &reader)
 
 } // namespace
 
+QString nestingErrorText()
+{
+    return QCoreApplication::translate("AveldoranCore", "Elements are nested more than %1 deep").arg(kMaxXmlDepth);
+}
+
+bool isShortEntity(const QString &value)
+{
+    QString rest = value;
+    for (const char *predefined : {"&amp;", "&lt;", "&gt;", "&quot;", "&apos;"})
+        rest.remove(QLatin1String(predefined));
+    return value.size() <= kMaxEntityLength && !rest.contains(QLatin1Char('&'));
+}
+
+QString entityErrorText()
+{
+    return QCoreApplication::translate("AveldoranCore", "Entities longer than %1 characters, or that name others, are "
+                                                        "not read")
+        .arg(kMaxEntityLength);
+}
+
 bool openRegularFile(QFile *file, QString *errorText)
 {
     const QFileInfo info(file->fileName());
-    if (info.exists() && !info.isFile()) {
+    if (info.exists() && !info.isFile() && !info.isDir()) { // opening a pipe would wait for its other end
         *errorText = QCoreApplication::translate("AveldoranCore", "Not a regular file");
         return false;
     }
