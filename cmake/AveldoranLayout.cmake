@@ -15,4 +15,5 @@ set(AVELDORAN_PRIVATE_HEADERS
     core/xmldocument.h
     datamanager/adatamanager_p.h
     limit/boundeddom.h
+    marker/aspectrummarkerlist_p.h
 )

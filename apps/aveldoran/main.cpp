@@ -2,8 +2,11 @@
 #include "apps/aveldoran/console.h"
 
 #include <QtCore/QCoreApplication>
+#include <QtWidgets/QApplication>
 
 #include <algorithm>
+#include <cstring>
+#include <memory>
 
 namespace {
 
@@ -16,6 +19,7 @@ struct Command
 
 constexpr Command kCommands[] = {
     {"channels", "build a channel plan from profile files and print it", runChannels},
+    {"markers", "set markers on a trace and print what they read", runMarkers},
 };
 
 QString usage()
@@ -30,16 +34,50 @@ QString usage()
                           "refused, 2 wrong usage.\n");
 }
 
+// Every subcommand that draws has this option.
+bool asksForPicture(const char *argument)
+{
+    constexpr char kOption[] = "--plot";
+    constexpr std::size_t kLength = sizeof kOption - 1;
+    return std::strncmp(argument, kOption, kLength) == 0 && (argument[kLength] == '\0' || argument[kLength] == '=');
+}
+
+QtMessageHandler defaultMessageHandler = nullptr;
+
+// A place for sockets is of no concern to a program that draws into files, and services have none.
+void withoutRuntimeDirectory(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    if (!text.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR")))
+        defaultMessageHandler(type, context, text);
+}
+
+// Drawing needs a QApplication. It goes to files alone, so no display is asked for, and options that would do so are
+// kept from it.
+std::unique_ptr<QCoreApplication> createApplication(int &argc, char **argv)
+{
+    if (std::none_of(argv + 1, argv + argc, asksForPicture))
+        return std::make_unique<QCoreApplication>(argc, argv);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    static int count = 1;
+    static char *name[] = {argv[0], nullptr};
+    defaultMessageHandler = qInstallMessageHandler(withoutRuntimeDirectory);
+    auto application = std::make_unique<QApplication>(count, name);
+    qInstallMessageHandler(defaultMessageHandler);
+    return application;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
-    const QCoreApplication application(argc, argv);
+    const std::unique_ptr<QCoreApplication> application = createApplication(argc, argv);
     QCoreApplication::setOrganizationName(QStringLiteral("Aveldoran"));
     QCoreApplication::setApplicationName(QStringLiteral("aveldoran"));
     QCoreApplication::setApplicationVersion(QStringLiteral(AVELDORAN_VERSION));
 
-    QStringList arguments = QCoreApplication::arguments();
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments += QString::fromLocal8Bit(argv[i]);
     const QString name = arguments.value(1);
     if (name == QLatin1String("--help") || name == QLatin1String("-h")) {
         Console::write(usage());
