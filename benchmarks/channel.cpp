@@ -1,3 +1,5 @@
+#include "channelplan.h"
+
 #include <channel/achannelinfo.h>
 #include <core/aprofile.h>
 
@@ -9,33 +11,15 @@
 
 #include <algorithm>
 #include <memory>
-#include <numeric>
 #include <random>
 #include <vector>
 
 // The channel plan at sizes beyond any real one. Each benchmark stands beside the peer or the smaller size that it is
 // measured against; docs/performance.md states the limits.
 
+using namespace channelplan;
+
 namespace {
-
-AFrequency hertz(qint64 value)
-{
-    AFrequency frequency;
-    frequency.setValue(value, AFrequency::Hz);
-    return frequency;
-}
-
-AChannelInfo *addRange(AChannelInfo *parent, qint64 begin, qint64 end, const QString &label)
-{
-    auto *node = new AChannelInfo(parent, AChannelInfo::Generic, hertz(begin), hertz(end), label, false);
-    parent->appendChild(node);
-    return node;
-}
-
-std::unique_ptr<AChannelInfo> emptyRoot()
-{
-    return std::make_unique<AChannelInfo>(nullptr, AChannelInfo::Generic, AFrequency(), AFrequency(), QString(), false);
-}
 
 std::unique_ptr<AChannelInfo> rootWithDefinition(int count)
 {
@@ -92,20 +76,41 @@ void clearExpandedChannels(benchmark::State &state)
     state.SetItemsProcessed(state.iterations() * count);
 }
 
-std::vector<int> shuffled(int count)
+// Every removal with a look at the row of a node behind it, as views do it.
+void askRowsWhileRemoving(benchmark::State &state, int (*victim)(int count, std::mt19937 &random))
 {
-    std::vector<int> order(static_cast<std::size_t>(count));
-    std::iota(order.begin(), order.end(), 0);
-    std::shuffle(order.begin(), order.end(), std::mt19937(1));
-    return order;
+    const auto count = static_cast<int>(state.range(0));
+    std::mt19937 random(2);
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto root = neighbours(shuffled(count), 500);
+        state.ResumeTiming();
+        for (int left = count; left > 1; --left) {
+            delete root->child(victim(left, random));
+            const int asked = static_cast<int>(random() % static_cast<unsigned>(left - 1));
+            if (root->child(asked)->row() != asked)
+                state.SkipWithError("not its row");
+        }
+    }
+    state.SetItemsProcessed(state.iterations() * count);
 }
 
-std::unique_ptr<AChannelInfo> neighbours(const std::vector<int> &order, qint64 width)
+int firstChild(int count, std::mt19937 &random)
 {
-    auto root = emptyRoot();
-    for (const int i : order)
-        addRange(root.get(), i * 1000LL, i * 1000LL + width, QString::number(i));
-    return root;
+    Q_UNUSED(count)
+    Q_UNUSED(random)
+    return 0;
+}
+
+int secondChild(int count, std::mt19937 &random)
+{
+    Q_UNUSED(random)
+    return count > 2 ? 1 : 0;
+}
+
+int anyChild(int count, std::mt19937 &random)
+{
+    return static_cast<int>(random() % static_cast<unsigned>(count));
 }
 
 constexpr int kStackedChildren = 20000;
@@ -294,6 +299,9 @@ void parseWithQDomDocument(benchmark::State &state)
 BENCHMARK(expandDefinition)->Arg(10000)->Arg(1000000)->Unit(benchmark::kMillisecond);
 BENCHMARK(deleteTree)->Arg(10000)->Arg(1000000)->Unit(benchmark::kMillisecond);
 BENCHMARK(clearExpandedChannels)->Arg(10000)->Arg(1000000)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(askRowsWhileRemoving, first, firstChild)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(askRowsWhileRemoving, second, secondChild)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(askRowsWhileRemoving, any, anyChild)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(sortOverlappingChildren)->Unit(benchmark::kMicrosecond);
 BENCHMARK(stackOverlappingChildren)->Unit(benchmark::kMicrosecond);
 BENCHMARK(compareShuffledTrees)->Arg(500)->Arg(2000)->Unit(benchmark::kMicrosecond);

@@ -2,6 +2,7 @@
 
 #include "channel/achannelinfo_walk.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace {
@@ -79,11 +80,8 @@ AChannelInfo::AChannelInfo(const AChannelInfo &other)
 
 AChannelInfo::~AChannelInfo()
 {
-    if (m_parent) {
-        const int position = row();
-        if (position >= 0)
-            m_parent->m_children.removeAt(position);
-    }
+    if (m_parent)
+        leaveParent();
 
     // Every node below is cut loose before any is deleted, so that the depth of the tree costs no stack and no node
     // searches its siblings.
@@ -122,7 +120,9 @@ void AChannelInfo::copyFields(const AChannelInfo &other)
 
 void AChannelInfo::appendChild(AChannelInfo *child)
 {
-    const bool standsInSomeList = child->m_rowHint >= 0;
+    if (child->m_parent == this && child->row() >= 0)
+        return;
+    const bool standsInSomeList = child->m_number >= 0;
     if (!standsInSomeList || !m_children.contains(child))
         enter(child);
 }
@@ -130,24 +130,53 @@ void AChannelInfo::appendChild(AChannelInfo *child)
 void AChannelInfo::enter(AChannelInfo *child)
 {
     child->m_parent = this;
-    child->m_rowHint = m_children.size();
+    child->m_number = m_firstNumber + m_children.size();
     m_children.append(child);
 }
 
+void AChannelInfo::leaveParent()
+{
+    const int position = row();
+    if (position < 0)
+        return;
+    m_parent->m_children.removeAt(position);
+    if (position == 0)
+        ++m_parent->m_firstNumber;
+}
+
+void AChannelInfo::numberChildren() const
+{
+    qint64 number = m_firstNumber;
+    for (const AChannelInfo *child : m_children) {
+        if (child->m_parent == this) // else it was given away, and its number is of the other parent
+            child->m_number = number;
+        ++number;
+    }
+}
+
+// Constant time. All siblings are numbered anew only when more than kSearched of them were removed since the last time.
 int AChannelInfo::row() const
 {
+    constexpr qint64 kSearched = 256;
     if (!m_parent)
         return 0;
-    if (m_rowHint < 0)
+    if (m_number < 0)
         return -1;
     const QList<AChannelInfo *> &siblings = m_parent->m_children;
-    if (m_rowHint >= siblings.size() || siblings.at(m_rowHint) != this) {
-        const int position = siblings.indexOf(const_cast<AChannelInfo *>(this));
-        if (position < 0)
-            return -1;
-        m_rowHint = position;
+    const auto numberedRow = [this] { return m_number - m_parent->m_firstNumber; };
+
+    // A number is never too small: nodes enter at the end, so siblings only move towards the front.
+    const qint64 last = std::min<qint64>(numberedRow(), siblings.size() - 1);
+    for (qint64 position = last; position >= 0 && position > last - kSearched; --position) {
+        if (siblings.at(static_cast<int>(position)) == this) {
+            m_number = m_parent->m_firstNumber + position;
+            return static_cast<int>(position);
+        }
     }
-    return m_rowHint;
+    m_parent->numberChildren();
+    const qint64 position = numberedRow();
+    const bool isThere = position >= 0 && position < siblings.size() && siblings.at(static_cast<int>(position)) == this;
+    return isThere ? static_cast<int>(position) : -1;
 }
 
 int AChannelInfo::columnCount() const

@@ -8,6 +8,7 @@
 #include <QtCore/QPair>
 #include <QtCore/QString>
 #include <QtCore/QVariant>
+#include <QtCore/qnamespace.h>
 #include <QtGui/QColor>
 
 class AProfile;
@@ -64,7 +65,7 @@ public:
     AChannelInfo *parent() const { return m_parent; }
     AChannelInfo *child(int row) { return m_children.at(row); } // `row` must be below childCount()
     int childCount() const { return m_children.size(); }
-    int row() const; // 0 without a parent, -1 if the parent doesn't list the node
+    int row() const; // 0 without a parent, -1 if the parent doesn't list the node; not searched from the front
     int columnCount() const;
 
     AFrequency beginFrequency() const { return m_beginFrequency; }
@@ -135,18 +136,30 @@ public:
     // The first node of the subtree with that profile id.
     const AChannelInfo *findByProfileId(const QString &id) const;
 
+    // --- sorting ---
+
+    // Sorts the children of this node and of all below by a column's text; the frequencies of columns 2 and 3 by
+    // number, the mirror frequency as text of digits. Children with equal texts keep their order, and a descending
+    // order is the ascending one reversed, equal ones included. A column without texts, or one that doesn't exist, has
+    // equal ones.
+    void sortChildren(int column, Qt::SortOrder order);
+
 private:
     friend class AChannelReader;
     class Walk;
 
     void enter(AChannelInfo *child);
+    void leaveParent();
+    void numberChildren() const;
     bool hasDefaultProfile() const;
     bool isNamed(const QString &name) const;
     void copyFields(const AChannelInfo &other);
     bool hasEqualFields(const AChannelInfo &other) const;
-    bool hasEqualChildren(const AChannelInfo &other) const;
+    struct Side;
     qint64 expandedChildCount() const;
+    bool generatesLike(const AChannelInfo &other) const;
     void expandOwnDefinitions();
+    QString sortKey(int column, bool showsTextAbove) const;
 
     AChannelInfo *m_parent;
     AFrequency m_beginFrequency;
@@ -160,5 +173,9 @@ private:
     QString m_comment;
     QList<Definition> m_channelDefinitions;
     AFrequency m_mirrorEntryFrequency;
-    mutable int m_rowHint = -1; // where the node last stood among its siblings; -1: in no list of children
+
+    // Children are numbered in their order. A removal at the front leaves the numbers as they are and raises the first
+    // one; one further back makes the numbers behind it too large, which row() mends. -1: in no list of children.
+    mutable qint64 m_number = -1;
+    qint64 m_firstNumber = 0; // of this node's children
 };

@@ -7,7 +7,9 @@
 #include <vector>
 
 // Equality of trees by content. It asks for each child of one side whether any child of the other equals it, so it is
-// a comparison of sets; candidates are found by their fields, which keeps it below the comparison of all pairs.
+// a comparison of sets; candidates are found by their fields, which keeps it below the comparison of all pairs. A tree
+// that has to be compared expanded is looked at as if it were: only the channels of one node at a time are made, and
+// none where both sides define the same.
 
 namespace {
 
@@ -59,36 +61,87 @@ bool hasEqualDefinitions(const QList<AChannelInfo::Definition> &left, const QLis
 
 } // namespace
 
+// A node as it stands, or as processChannelDefinitions(true, true) would leave it and all below it.
+struct AChannelInfo::Side
+{
+    const AChannelInfo *node;
+    bool expanded;
+
+    QList<Definition> definitions() const { return expanded ? QList<Definition>() : node->m_channelDefinitions; }
+    qint64 childCount() const { return expanded ? node->expandedChildCount() : node->m_children.size(); }
+
+    // `generated` keeps the channels that the definitions give; null leaves them out.
+    std::vector<Side> children(std::unique_ptr<AChannelInfo> *generated) const
+    {
+        std::vector<Side> list;
+        for (const AChannelInfo *child : node->m_children) {
+            if (!expanded || (child->m_type & AutoChannel) == 0)
+                list.push_back({child, expanded});
+        }
+        if (expanded && generated) {
+            *generated = std::make_unique<AChannelInfo>(nullptr, node->m_type, node->m_beginFrequency,
+                                                        node->m_endFrequency, QString(), false);
+            (*generated)->copyFields(*node);
+            (*generated)->expandOwnDefinitions();
+            for (const AChannelInfo *channel : qAsConst((*generated)->m_children))
+                list.push_back({channel, false});
+        }
+        return list;
+    }
+
+    bool equals(const Side &other) const;
+    static bool haveEqualChildren(const Side &left, const Side &right);
+};
+
 bool AChannelInfo::operator==(const AChannelInfo &other) const
 {
-    if (!hasEqualFields(other) || m_mirrorEntryFrequency != other.m_mirrorEntryFrequency)
-        return false;
+    return Side{this, false}.equals({&other, false});
+}
 
-    const bool definesDifferently = m_channelDefinitions.size() != other.m_channelDefinitions.size();
-    const bool mayBeExpanded =
-        !m_channelDefinitions.isEmpty() && (hasChildsWithType(AutoChannel) || other.hasChildsWithType(AutoChannel));
-    const AChannelInfo *left = this;
-    const AChannelInfo *right = &other;
-    std::unique_ptr<AChannelInfo> expandedLeft;
-    std::unique_ptr<AChannelInfo> expandedRight;
-    if (definesDifferently || mayBeExpanded) {
-        const auto childCount = [](const AChannelInfo *side) {
-            return side->m_channelDefinitions.isEmpty() ? side->m_children.size() : side->expandedChildCount();
-        };
-        if (childCount(left) != childCount(right)) // known without making the channels, however many they are
+bool AChannelInfo::Side::equals(const Side &other) const
+{
+    if (!node->hasEqualFields(*other.node) || node->m_mirrorEntryFrequency != other.node->m_mirrorEntryFrequency)
+        return false;
+    const QList<Definition> ownDefinitions = definitions();
+    const QList<Definition> otherDefinitions = other.definitions();
+    const bool definesDifferently = ownDefinitions.size() != otherDefinitions.size();
+    const bool mayBeExpanded = !ownDefinitions.isEmpty() &&
+                               (node->hasChildsWithType(AutoChannel) || other.node->hasChildsWithType(AutoChannel));
+    if (!definesDifferently && !mayBeExpanded)
+        return haveEqualChildren(*this, other) && hasEqualDefinitions(ownDefinitions, otherDefinitions);
+    return haveEqualChildren({node, expanded || !ownDefinitions.isEmpty()},
+                             {other.node, other.expanded || !otherDefinitions.isEmpty()});
+}
+
+// A child that matched is not used up: two children of this node may match the same child of the other.
+bool AChannelInfo::Side::haveEqualChildren(const Side &left, const Side &right)
+{
+    if (left.childCount() != right.childCount()) // known without making the channels, however many they are
+        return false;
+    // A channel of a definition equals no child of another type, so equal runs of channels need no look.
+    const bool generateEqually = left.expanded && right.expanded && left.node->generatesLike(*right.node);
+    std::unique_ptr<AChannelInfo> leftGenerated;
+    std::unique_ptr<AChannelInfo> rightGenerated;
+    const std::vector<Side> wanted = left.children(generateEqually ? nullptr : &leftGenerated);
+    const std::vector<Side> others = right.children(generateEqually ? nullptr : &rightGenerated);
+
+    std::vector<Side> candidates; // sorted when the first child stands at another place
+    const auto isBeforeSide = [](const Side &a, const Side &b) { return isBefore(a.node, b.node); };
+    for (std::size_t i = 0; i < wanted.size(); ++i) {
+        if (wanted[i].equals(others[i]))
+            continue;
+        if (candidates.empty()) {
+            candidates = others;
+            std::stable_sort(candidates.begin(), candidates.end(), isBeforeSide);
+        }
+        const auto [first, last] = std::equal_range(candidates.cbegin(), candidates.cend(), wanted[i], isBeforeSide);
+        const bool found = std::any_of(first, last, [&](const Side &candidate) {
+            return candidate.node != others[i].node && wanted[i].equals(candidate);
+        });
+        if (!found)
             return false;
-        const auto expandIfDefined = [](const AChannelInfo **side, std::unique_ptr<AChannelInfo> *expanded) {
-            if ((*side)->m_channelDefinitions.isEmpty())
-                return;
-            *expanded = std::make_unique<AChannelInfo>(**side);
-            (*expanded)->processChannelDefinitions(true, true);
-            *side = expanded->get();
-        };
-        expandIfDefined(&left, &expandedLeft);
-        expandIfDefined(&right, &expandedRight);
     }
-    return left->hasEqualChildren(*right) &&
-           hasEqualDefinitions(left->m_channelDefinitions, right->m_channelDefinitions);
+    return true;
 }
 
 bool AChannelInfo::hasEqualFields(const AChannelInfo &other) const
@@ -96,29 +149,4 @@ bool AChannelInfo::hasEqualFields(const AChannelInfo &other) const
     return m_beginFrequency == other.m_beginFrequency && m_endFrequency == other.m_endFrequency &&
            m_type == other.m_type && m_label == other.m_label && m_comment == other.m_comment &&
            m_color == other.m_color;
-}
-
-// A child that matched is not used up: two children of this node may match the same child of the other.
-bool AChannelInfo::hasEqualChildren(const AChannelInfo &other) const
-{
-    if (m_children.size() != other.m_children.size())
-        return false;
-    std::vector<const AChannelInfo *> candidates; // sorted when the first child stands at another place
-    for (int i = 0; i < m_children.size(); ++i) {
-        const AChannelInfo *wanted = m_children.at(i);
-        const AChannelInfo *atSamePlace = other.m_children.at(i);
-        if (*wanted == *atSamePlace)
-            continue;
-        if (candidates.empty()) {
-            candidates.assign(other.m_children.cbegin(), other.m_children.cend());
-            std::stable_sort(candidates.begin(), candidates.end(), isBefore);
-        }
-        const auto [first, last] = std::equal_range(candidates.cbegin(), candidates.cend(), wanted, isBefore);
-        const bool found = std::any_of(first, last, [&](const AChannelInfo *candidate) {
-            return candidate != atSamePlace && *wanted == *candidate;
-        });
-        if (!found)
-            return false;
-    }
-    return true;
 }

@@ -34,6 +34,36 @@ qint64 channelCountOf(const AChannelInfo::Definition &definition)
     return std::max(numberOf(definition, QLatin1String("count")), 0);
 }
 
+// What a definition says, with its texts and numbers read.
+struct ChannelRun
+{
+    explicit ChannelRun(const AChannelInfo::Definition &definition, const QVariant &inheritedColor)
+        : count(channelCountOf(definition))
+        , start(frequencyOf(definition, QLatin1String("start")))
+        , width(frequencyOf(definition, QLatin1String("width")))
+        , raster(width + frequencyOf(definition, QLatin1String("space")))
+        , first(numberOf(definition, QLatin1String("first")))
+        , step(numberOf(definition, QLatin1String("step")))
+    {
+        const QColor ownColor = colorOf(definition);
+        color = ownColor.isValid() ? QVariant(ownColor) : inheritedColor;
+    }
+
+    bool operator==(const ChannelRun &other) const
+    {
+        return count == other.count && start == other.start && width == other.width && raster == other.raster &&
+               first == other.first && step == other.step && color == other.color;
+    }
+
+    qint64 count;
+    AFrequency start;
+    AFrequency width;
+    AFrequency raster;
+    qint64 first;
+    qint64 step;
+    QVariant color;
+};
+
 struct Edges
 {
     AFrequency begin;
@@ -98,25 +128,24 @@ void AChannelInfo::processChannelDefinitions(bool clearDefinitions, bool clearEx
 void AChannelInfo::expandOwnDefinitions()
 {
     for (const Definition &definition : qAsConst(m_channelDefinitions)) {
-        const qint64 count = channelCountOf(definition);
-        if (count == 0)
-            continue;
-        const AFrequency start = frequencyOf(definition, QLatin1String("start"));
-        const AFrequency width = frequencyOf(definition, QLatin1String("width"));
-        const AFrequency raster = width + frequencyOf(definition, QLatin1String("space"));
-        const qint64 first = numberOf(definition, QLatin1String("first"));
-        const qint64 step = numberOf(definition, QLatin1String("step"));
-        const QColor ownColor = colorOf(definition);
-        const QVariant color = ownColor.isValid() ? QVariant(ownColor) : m_color;
-
-        for (qint64 n = 0; n < count; ++n) {
-            const AFrequency lowerEdge = start + raster * static_cast<double>(n);
-            auto *channel = new AChannelInfo(this, AutoChannel, lowerEdge, lowerEdge + width,
-                                             QString::number(n * step + first), false);
-            channel->m_color = color;
+        const ChannelRun run(definition, m_color);
+        for (qint64 n = 0; n < run.count; ++n) {
+            const AFrequency lowerEdge = run.start + run.raster * static_cast<double>(n);
+            auto *channel = new AChannelInfo(this, AutoChannel, lowerEdge, lowerEdge + run.width,
+                                             QString::number(n * run.step + run.first), false);
+            channel->m_color = run.color;
             enter(channel);
         }
     }
+}
+
+// Whether both define the same channels in the same order. It may be false where they are the same.
+bool AChannelInfo::generatesLike(const AChannelInfo &other) const
+{
+    return std::equal(m_channelDefinitions.cbegin(), m_channelDefinitions.cend(), other.m_channelDefinitions.cbegin(),
+                      other.m_channelDefinitions.cend(), [&](const Definition &own, const Definition &others) {
+                          return ChannelRun(own, m_color) == ChannelRun(others, other.m_color);
+                      });
 }
 
 qint64 AChannelInfo::definedChannelCount() const
@@ -146,6 +175,7 @@ int AChannelInfo::clearExpandedAutoChannels()
                               [](const AChannelInfo *child) { return (child->m_type & AutoChannel) == 0; });
     const std::vector<AChannelInfo *> expanded(firstExpanded, m_children.end());
     m_children.erase(firstExpanded, m_children.end());
+    numberChildren();
     for (AChannelInfo *child : expanded) {
         if (child->m_parent == this) // out of the list already, so it need not search it
             child->m_parent = nullptr;

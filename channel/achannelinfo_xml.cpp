@@ -12,9 +12,9 @@
 
 namespace {
 
-// Mirrored ranges inside mirrored ranges multiply. A section that asks for more copied elements than this in all gets
-// no further copies.
-constexpr qint64 kMaxMirroredElements = 2000000;
+// Mirrored ranges inside mirrored ranges multiply. A section that asks for more copies than this in all (see copyCost)
+// gets no further ones.
+constexpr qint64 kMaxMirrorCost = 2000000;
 
 QString lowerTag(const QDomElement &element)
 {
@@ -81,14 +81,42 @@ std::vector<QDomElement> elementsBelow(const QDomElement &top)
     return elements;
 }
 
-// Long texts count as elements, since each copy has its own.
-qint64 textCost(const std::vector<QDomElement> &elements)
+qint64 textCost(const QString &text)
 {
-    constexpr qint64 kCharactersPerElement = 16;
-    qint64 characters = 0;
-    for (const QDomElement &element : elements)
-        characters += element.firstChild().nodeValue().size();
-    return characters / kCharactersPerElement;
+    constexpr int kCharactersPerUnit = 16;
+    return text.size() / kCharactersPerUnit;
+}
+
+// What a copy of a node alone costs: one for itself and for each of its attributes, and its texts by their length. A
+// definition costs more, since it is read into a map of texts.
+qint64 copyCost(const QDomNode &node)
+{
+    constexpr qint64 kDefinitionUnits = 8;
+    qint64 cost = 1 + textCost(node.nodeValue());
+    const QDomNamedNodeMap attributes = node.attributes();
+    for (int i = 0; i < attributes.size(); ++i)
+        cost += 1 + textCost(attributes.item(i).nodeValue());
+    if (node.isElement() && lowerTag(node.toElement()) == QLatin1String("channels"))
+        cost += kDefinitionUnits;
+    return cost;
+}
+
+// Of the whole subtree, or of a part of it that costs more than `limit`.
+qint64 copyCost(const QDomNode &top, qint64 limit)
+{
+    qint64 cost = copyCost(top);
+    QDomNode node = top.firstChild();
+    while (!node.isNull() && cost <= limit) {
+        cost += copyCost(node);
+        QDomNode next = node.firstChild();
+        while (next.isNull() && node != top) {
+            next = node.nextSibling();
+            if (next.isNull())
+                node = node.parentNode();
+        }
+        node = next;
+    }
+    return cost;
 }
 
 bool liesInside(const QDomNode &node, const QDomNode &top)
@@ -152,8 +180,10 @@ QDomElement framedCopy(const QDomElement &section, const ProfileFrame &frame)
 class AChannelReader
 {
 public:
-    AChannelReader(bool expandMirrors, bool expandAutoChannels)
-        : m_expandMirrors(expandMirrors)
+    // `name` tells the section from others in a message.
+    AChannelReader(bool expandMirrors, bool expandAutoChannels, const QString &name = {})
+        : m_name(name)
+        , m_expandMirrors(expandMirrors)
         , m_expandAutoChannels(expandAutoChannels)
     {}
 
@@ -169,9 +199,10 @@ private:
     QList<AChannelInfo *> readMirror(const QDomElement &mirror, const ProfileFrame *frame, AChannelInfo *node,
                                      AChannelInfo *parent);
 
+    const QString m_name;
     const bool m_expandMirrors;
     const bool m_expandAutoChannels;
-    qint64 m_mirrorBudget = kMaxMirroredElements;
+    qint64 m_mirrorBudget = kMaxMirrorCost;
 };
 
 QList<AChannelInfo *> AChannelReader::read(const QDomElement &element, AChannelInfo *parent, bool selectable)
@@ -202,8 +233,10 @@ QList<AChannelInfo *> AChannelReader::readFramed(const QDomElement &section, con
     if (frame && !frame->comment.isEmpty())
         node->m_comment = frame->comment;
 
-    if (m_expandAutoChannels)
-        node->processChannelDefinitions(true, false);
+    if (m_expandAutoChannels) { // as processChannelDefinitions(true, false): the ranges below are finished
+        node->expandOwnDefinitions();
+        node->m_channelDefinitions.clear();
+    }
     if (node->m_parent) {
         parent->enter(node);
         nodes.append(node);
@@ -284,18 +317,20 @@ QList<AChannelInfo *> AChannelReader::readMirror(const QDomElement &mirror, cons
         return {};
 
     const QDomElement range = mirror.parentNode().toElement();
-    const QDomElement copy = frame ? framedCopy(range, *frame) : range.cloneNode(true).toElement();
-    const std::vector<QDomElement> elements = elementsBelow(copy);
-    m_mirrorBudget -= static_cast<qint64>(elements.size()) + 1 + textCost(elements);
+    m_mirrorBudget -= copyCost(range, m_mirrorBudget);
+    if (frame)
+        m_mirrorBudget -= textCost(frame->label) + textCost(frame->comment);
     if (m_mirrorBudget < 0) {
-        qWarning("channel section: more than %lld mirrored elements, further mirrors are left out",
-                 static_cast<long long>(kMaxMirroredElements));
+        qWarning("channel section%s: its mirrors ask for more copies than are made, further ones are left out",
+                 qPrintable(m_name));
         return {};
     }
 
+    const QDomElement copy = frame ? framedCopy(range, *frame) : range.cloneNode(true).toElement();
     const AFrequency mirrorEnd = mirrorBegin + (node->m_endFrequency - node->m_beginFrequency);
     setTextOfFirstChild(copy, QLatin1String("begin"), mirrorBegin.canonicalText());
     setTextOfFirstChild(copy, QLatin1String("end"), mirrorEnd.canonicalText());
+    const std::vector<QDomElement> elements = elementsBelow(copy); // without what stood inside the replaced texts
     const QString start = QStringLiteral("start");
     for (QDomElement element : elements) {
         if (lowerTag(element) == QLatin1String("channels") && element.hasAttribute(start)) {
@@ -320,7 +355,7 @@ bool AChannelInfo::fromProfile(AProfile *profile, AChannelInfo *parent, bool exp
     if (section.isNull())
         section = emptySection.createElement(QStringLiteral("range"));
 
-    AChannelReader reader(expandMirrors, expandAutoChannels);
+    AChannelReader reader(expandMirrors, expandAutoChannels, QStringLiteral(" of profile '%1'").arg(profile->id()));
     const QList<AChannelInfo *> nodes = reader.readFramed(section, &frame, parent, profile->showInChannelList());
     const QString id = profile->id();
     for (AChannelInfo *node : nodes)

@@ -13,6 +13,7 @@ set(AVELDORAN_PRIVATE_HEADERS
     core/interpolation.h
     core/limitcurve.h
     core/xmldocument.h
+    core/xmltagguard.h
     datamanager/adatamanager_p.h
     limit/boundeddom.h
     marker/aspectrummarkerlist_p.h

@@ -9,6 +9,6 @@ function(aveldoran_add_test name)
     target_compile_definitions(${name} PRIVATE AVELDORAN_EXAMPLES_DIR="${PROJECT_SOURCE_DIR}/examples")
     add_test(NAME ${name} COMMAND ${name})
     set_tests_properties(${name} PROPERTIES ENVIRONMENT
-        "QT_QPA_PLATFORM=offscreen;HOME=${CMAKE_CURRENT_BINARY_DIR}/${name}.home;XDG_CONFIG_HOME=;XDG_DATA_HOME=;LC_ALL=C.UTF-8;ASAN_OPTIONS=detect_leaks=1;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/leaks.supp")
+        "QT_QPA_PLATFORM=offscreen;HOME=${CMAKE_CURRENT_BINARY_DIR}/${name}.home;XDG_CONFIG_HOME=;XDG_DATA_HOME=;LC_ALL=C.UTF-8;ASAN_OPTIONS=detect_leaks=1;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/leaks.supp:print_suppressions=0")
     file(MAKE_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/${name}.home)
 endfunction()

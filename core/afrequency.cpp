@@ -155,6 +155,7 @@ bool readDecimal(const Text &text, Decimal *decimal)
     if (at != text.end && (*at == '-' || *at == '+'))
         decimal->negative = *at++ == '-';
 
+    decimal->digits.reserve(static_cast<int>(text.end - at));
     bool anyDigit = false;
     bool inFraction = false;
     qint64 position = 0;
@@ -236,7 +237,8 @@ QString exactNumber(qint64 hertz, AFrequency::Unit unit, int decimals, const QLo
         text.prepend(locale.negativeSign());
     if (decimals > 0) {
         text += locale.decimalPoint();
-        for (const char digit : digits.right(kept).leftJustified(decimals, '0'))
+        const QByteArray fraction = digits.right(kept).leftJustified(decimals, '0');
+        for (const char digit : fraction)
             text += QChar(locale.zeroDigit().unicode() + (digit - '0'));
     }
     return text;

@@ -169,7 +169,7 @@ AFrequency AProfile::frequencyFromText(const QString &text)
 
 bool AProfile::isValid() const
 {
-    return !id().isEmpty() && begin() <= end();
+    return d->readError.isEmpty() && !id().isEmpty() && begin() <= end();
 }
 
 QString AProfile::errorText() const
@@ -259,6 +259,7 @@ void AProfile::setChannelData(const QDomElement &channels)
     const QDomElement old = d->root().firstChildElement(kChannelsTag);
     if (!channels.isNull()) {
         QDomElement section = d->document.importNode(channels, true).toElement();
+        section.setPrefix(QString());
         section.setTagName(kChannelsTag);
         cleanTexts(section);
         d->root().insertAfter(section, old);

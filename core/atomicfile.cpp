@@ -1,9 +1,22 @@
 #include "core/atomicfile.h"
 
+#include <QtCore/QCoreApplication>
+#include <QtCore/QFileInfo>
 #include <QtCore/QSaveFile>
+
+bool isReplaceable(const QString &fileName)
+{
+    const QFileInfo info(fileName);
+    return !info.exists() || info.isFile();
+}
 
 bool writeFileAtomically(const QString &fileName, const QByteArray &content, QString *errorText)
 {
+    if (!isReplaceable(fileName)) {
+        if (errorText)
+            *errorText = QCoreApplication::translate("AveldoranCore", "Not a regular file");
+        return false;
+    }
     QSaveFile file(fileName);
     // write() may take less than it was given without an error, and commit() would then keep the truncated file.
     const bool written = file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush();

@@ -1,24 +1,22 @@
 #include "core/boundedxmlreader.h"
 
 #include "core/xmldocument.h"
+#include "core/xmltagguard.h"
 
 #include <QtCore/QCoreApplication>
 
-#include <algorithm>
-
 namespace {
 
-bool declaresOnlyShortEntities(const QXmlStreamReader &xml)
+constexpr qint64 kMaxCharacters = qint64(1) << 29; // half of what one QString holds
+
+QString tr(const char *text)
 {
-    const QXmlStreamEntityDeclarations entities = xml.entityDeclarations();
-    return std::all_of(entities.cbegin(), entities.cend(), [](const QXmlStreamEntityDeclaration &entity) {
-        return isShortEntity(entity.value().toString());
-    });
+    return QCoreApplication::translate("AveldoranCore", text);
 }
 
 } // namespace
 
-// Hands on a file, and ends it where the current token has become too long.
+// Hands on a file, and ends it where the current token has become too long or would cost too much.
 class BoundedXmlReader::Device : public QIODevice
 {
 public:
@@ -28,22 +26,28 @@ public:
         open(QIODevice::ReadOnly | QIODevice::Unbuffered);
     }
     void tokenEnds() { m_left = kMaxXmlTokenBytes; }
-    bool hasEndedFile() const { return m_left == 0; }
+    bool isTokenTooLong() const { return m_left == 0; }
+    XmlTagGuard::Finding finding() const { return m_finding; }
     bool isSequential() const override { return true; }
-    bool atEnd() const override { return hasEndedFile() || m_file->atEnd(); }
+    bool atEnd() const override { return isTokenTooLong() || m_finding != XmlTagGuard::Harmless || m_file->atEnd(); }
 
 protected:
     qint64 readData(char *data, qint64 maxSize) override
     {
+        if (m_finding != XmlTagGuard::Harmless)
+            return -1;
         const qint64 count = m_file->read(data, qMin(maxSize, m_left));
         m_left -= qMax<qint64>(count, 0);
-        return count;
+        m_finding = m_tagGuard.accept(data, count);
+        return m_finding == XmlTagGuard::Harmless ? count : -1;
     }
     qint64 writeData(const char *, qint64) override { return -1; }
 
 private:
     QIODevice *m_file;
     qint64 m_left = kMaxXmlTokenBytes;
+    XmlTagGuard m_tagGuard;
+    XmlTagGuard::Finding m_finding = XmlTagGuard::Harmless;
 };
 
 BoundedXmlReader::BoundedXmlReader(QIODevice *file)
@@ -61,16 +65,19 @@ bool BoundedXmlReader::readNext()
     if (m_xml.atEnd())
         return false;
     m_xml.readNext();
-    if (m_device->hasEndedFile()) {
-        m_xml.raiseError(QCoreApplication::translate("AveldoranCore", "A tag, comment or text is longer than %1 bytes")
-                             .arg(kMaxXmlTokenBytes));
-    }
+    if (m_device->finding() == XmlTagGuard::TooManyAttributes)
+        m_xml.raiseError(tr("A tag has more than %1 attributes").arg(kMaxXmlAttributes));
+    else if (m_device->finding() == XmlTagGuard::Declarations)
+        m_xml.raiseError(tr("Declarations inside a document type are not read"));
+    else if (m_device->isTokenTooLong())
+        m_xml.raiseError(tr("A tag, comment or text is longer than %1 bytes").arg(kMaxXmlTokenBytes));
     m_device->tokenEnds();
+
     m_depth += m_xml.isStartElement() ? 1 : 0;
-    if (m_xml.isDTD() && !declaresOnlyShortEntities(m_xml)) {
-        m_xml.raiseError(entityErrorText());
-    }
     if (m_depth > kMaxXmlDepth)
-        m_xml.raiseError(nestingErrorText());
+        m_xml.raiseError(tr("Elements are nested more than %1 deep").arg(kMaxXmlDepth));
+    m_characters += m_xml.isCharacters() ? m_xml.text().size() : 0;
+    if (m_characters > kMaxCharacters)
+        m_xml.raiseError(tr("The texts of the file are longer than %1 characters").arg(kMaxCharacters));
     return !m_xml.hasError();
 }

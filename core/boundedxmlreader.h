@@ -4,9 +4,11 @@
 
 #include <memory>
 
-// Reads an XML file of any size as a stream, for forms with too many elements to hold as a tree. An error is raised
-// where elements are nested more than kMaxXmlDepth deep (core/xmldocument.h), and where a token, which the parser
-// holds as a whole, is longer than kMaxXmlTokenBytes. Namespaces are not processed. Private to libaveldoran.
+// Reads an XML file of any size as a stream, for forms with too many elements to hold as a tree, and bounds what a file
+// can cost. An error is raised where elements are nested more than kMaxXmlDepth deep (core/xmldocument.h), where a
+// token, which the parser holds as a whole, is longer than kMaxXmlTokenBytes, where a tag has more than
+// kMaxXmlAttributes attributes or the document type declares anything, entities above all (core/xmltagguard.h), and
+// where all texts together are longer than 2^29 characters. Namespaces are not processed. Private to libaveldoran.
 constexpr qint64 kMaxXmlTokenBytes = qint64(1) << 28;
 
 class BoundedXmlReader
@@ -28,6 +30,7 @@ private:
     std::unique_ptr<Device> m_device;
     QXmlStreamReader m_xml;
     int m_depth = 0;
+    qint64 m_characters = 0;
 };
 
 // QStringRef::toString() may share the parser's buffer and keep all of it.

@@ -1,5 +1,6 @@
 #include "core/calibrationfile.h"
 
+#include "core/atomicfile.h"
 #include "core/xmldocument.h"
 
 #include <QtCore/QFile>
@@ -186,7 +187,7 @@ bool isBlankOrComment(const QByteArray &line)
 
 Output::Output(const QString &fileName)
     : m_file(fileName)
-    , m_ok(m_file.open(QIODevice::WriteOnly))
+    , m_ok(isReplaceable(fileName) && m_file.open(QIODevice::WriteOnly))
 {}
 
 Output &Output::operator<<(const QByteArray &bytes)

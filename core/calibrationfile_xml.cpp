@@ -59,7 +59,7 @@ bool startElement(const BoundedXmlReader &reader, const CalibrationFile::Default
 {
     switch (reader.depth()) {
     case 1:
-        return reader.isNamed(kRoot);
+        return reader.isNamed(kRoot) && Attributes(reader.xml()).allTaken();
     case 2:
         return reader.isNamed(kObject) && startObject(Attributes(reader.xml()), defaults, objects);
     case 3:

@@ -6,14 +6,14 @@
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QXmlStreamReader>
+#include <QtCore/QXmlStreamWriter>
 
 #include <functional>
+#include <map>
 #include <set>
 #include <vector>
 
 namespace {
-
-constexpr int kMaxEntityLength = 100;
 
 // Where the reader stands in the tree that it builds.
 struct Cursor
@@ -44,7 +44,8 @@ struct Cursor
 void startElement(Cursor *cursor, const QXmlStreamReader &reader)
 {
     QDomElement element = cursor->document.createElement(cursor->shared(reader.qualifiedName()));
-    for (const QXmlStreamAttribute &attribute : reader.attributes())
+    const QXmlStreamAttributes attributes = reader.attributes();
+    for (const QXmlStreamAttribute &attribute : attributes)
         element.setAttribute(cursor->shared(attribute.qualifiedName()), compactCopy(attribute.value()));
     cursor->pendingBlank.clear();
     cursor->append(element);
@@ -76,27 +77,110 @@ void characters(Cursor *cursor, const QXmlStreamReader &reader)
         cursor->pendingBlank = text;
 }
 
+// With the namespaces that a document built by an application names without declaring them.
+void writeAttributes(QXmlStreamWriter *xml, const QDomElement &element)
+{
+    std::map<QString, QString> byName; // QtXml keeps them in an order that differs from run to run
+    const auto declareNamespace = [&byName](const QDomNode &node) {
+        const QString prefix = node.prefix().isEmpty() ? QString() : QLatin1Char(':') + node.prefix();
+        if (!node.namespaceURI().isEmpty())
+            byName[QLatin1String("xmlns") + prefix] = node.namespaceURI();
+    };
+    declareNamespace(element);
+    const QDomNamedNodeMap attributes = element.attributes();
+    for (int i = 0; i < attributes.size(); ++i) {
+        const QDomNode attribute = attributes.item(i);
+        declareNamespace(attribute);
+        byName[attribute.nodeName()] = attribute.nodeValue();
+    }
+    for (const auto &[name, value] : byName)
+        xml->writeAttribute(name, value);
+}
+
+// A reader takes a bare carriage return for a line feed.
+void writeText(QXmlStreamWriter *xml, const QString &text)
+{
+    const QStringList lines = text.split(QLatin1Char('\r'));
+    for (int i = 0; i < lines.size(); ++i) {
+        if (i > 0)
+            xml->writeEntityReference(QStringLiteral("#xd"));
+        xml->writeCharacters(lines.at(i));
+    }
+}
+
+// Writes a node's beginning, which for all but an element with children is the whole node.
+void writeNode(QXmlStreamWriter *xml, const QDomNode &node)
+{
+    switch (node.nodeType()) {
+    case QDomNode::ElementNode:
+        if (node.hasChildNodes())
+            xml->writeStartElement(node.nodeName());
+        else
+            xml->writeEmptyElement(node.nodeName());
+        writeAttributes(xml, node.toElement());
+        break;
+    case QDomNode::TextNode:
+        writeText(xml, node.nodeValue());
+        break;
+    case QDomNode::CDATASectionNode:
+        xml->writeCDATA(node.nodeValue());
+        break;
+    case QDomNode::CommentNode:
+        xml->writeComment(node.nodeValue());
+        break;
+    case QDomNode::ProcessingInstructionNode:
+        xml->writeProcessingInstruction(node.nodeName(), node.nodeValue());
+        break;
+    default:
+        break;
+    }
+}
+
+// White space may be added to an element if nothing but elements and comments stands in it.
+bool holdsText(const QDomNode &element)
+{
+    for (QDomNode child = element.firstChild(); !child.isNull(); child = child.nextSibling()) {
+        if (child.nodeType() == QDomNode::TextNode || child.nodeType() == QDomNode::CDATASectionNode)
+            return true;
+    }
+    return false;
+}
+
+void breakLine(QXmlStreamWriter *xml, std::size_t depth)
+{
+    constexpr int kIndent = 2;
+    xml->writeCharacters(QLatin1Char('\n') + QString(kIndent * static_cast<int>(depth), QLatin1Char(' ')));
+}
+
+// Without recursion: an application may hand over a tree of any depth.
+void writeTree(QXmlStreamWriter *xml, const QDomNode &top)
+{
+    std::vector<char> indented; // of each open element: whether each of its children gets a line
+    QDomNode node = top;
+    writeNode(xml, node);
+    while (true) {
+        if (node.isElement() && node.hasChildNodes()) {
+            indented.push_back(!holdsText(node) && (indented.empty() || indented.back()));
+            node = node.firstChild();
+        } else {
+            while (node != top && node.nextSibling().isNull()) {
+                node = node.parentNode();
+                if (indented.back())
+                    breakLine(xml, indented.size() - 1);
+                indented.pop_back();
+                xml->writeEndElement();
+            }
+            if (node == top)
+                return;
+            node = node.nextSibling();
+        }
+        if (indented.back())
+            breakLine(xml, indented.size());
+        writeNode(xml, node);
+    }
+}
+
 } // namespace
-
-QString nestingErrorText()
-{
-    return QCoreApplication::translate("AveldoranCore", "Elements are nested more than %1 deep").arg(kMaxXmlDepth);
-}
-
-bool isShortEntity(const QString &value)
-{
-    QString rest = value;
-    for (const char *predefined : {"&amp;", "&lt;", "&gt;", "&quot;", "&apos;"})
-        rest.remove(QLatin1String(predefined));
-    return value.size() <= kMaxEntityLength && !rest.contains(QLatin1Char('&'));
-}
-
-QString entityErrorText()
-{
-    return QCoreApplication::translate("AveldoranCore", "Entities longer than %1 characters, or that name others, are "
-                                                        "not read")
-        .arg(kMaxEntityLength);
-}
 
 bool openRegularFile(QFile *file, QString *errorText)
 {
@@ -155,8 +239,15 @@ QDomDocument readXmlDocument(QIODevice *device, XmlError *error)
 
 QByteArray writeXmlDocument(const QDomDocument &document)
 {
-    constexpr int kIndent = 2;
-    return QByteArrayLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n") + document.toByteArray(kIndent);
+    QByteArray content;
+    QXmlStreamWriter xml(&content);
+    xml.writeStartDocument();
+    for (QDomNode node = document.firstChild(); !node.isNull(); node = node.nextSibling()) {
+        breakLine(&xml, 0);
+        writeTree(&xml, node);
+    }
+    breakLine(&xml, 0);
+    return content;
 }
 
 QString xmlText(const QString &text)

@@ -10,12 +10,6 @@ class QIODevice;
 
 // Deepest element nesting that is read. Qt's DOM and the channel tree recurse over it, so it bounds their stacks.
 constexpr int kMaxXmlDepth = 1000;
-AVELDORAN_CORE_EXPORT QString nestingErrorText();
-
-// Whether an entity is short enough to be read, and names no other. What a single reference expands to is bounded by
-// Qt's parsers, but a small file could name a long entity often enough to fill the memory.
-AVELDORAN_CORE_EXPORT bool isShortEntity(const QString &value);
-AVELDORAN_CORE_EXPORT QString entityErrorText();
 
 struct XmlError
 {
@@ -29,11 +23,12 @@ struct XmlError
 AVELDORAN_CORE_EXPORT bool openRegularFile(class QFile *file, QString *errorText);
 
 // Parses a whole XML document as it is read, without holding its text: damage early in a large file costs little.
-// Entities are expanded within the limits of QXmlStreamReader, the document type is dropped, and so is white space
-// that only indents elements. On failure the document is null and *error says where.
+// The document type is dropped, and so is white space that only indents elements. On failure the document is null and
+// *error says where.
 QDomDocument readXmlDocument(QIODevice *device, XmlError *error);
 
-// The document's text in UTF-8, indented, with the XML declaration.
+// The document's text in UTF-8 with the XML declaration, indented where that adds nothing to a text, and with the
+// attributes of each element by name: equal documents give equal bytes.
 QByteArray writeXmlDocument(const QDomDocument &document);
 
 // `text` without the characters that XML 1.0 can't hold, so that what is written can be read back.

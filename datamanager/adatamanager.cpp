@@ -36,6 +36,5 @@ ADataManager::~ADataManager()
 
 void ADataManager::watchFile(QString filename) // NOLINT(performance-unnecessary-value-param): a slot's signature
 {
-    if (!d->watcher.files().contains(filename))
-        d->watcher.addPath(filename);
+    d->watcher.addPath(filename); // once: a file that is watched already is passed over
 }

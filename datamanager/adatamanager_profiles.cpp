@@ -91,7 +91,9 @@ AProfile *ADataManager::getProfileForLabel(const QString &label, bool exact) con
         if (!profile)
             continue;
         const QString profileLabel = profile->label(QString());
-        if (exact ? profileLabel == label : profileLabel.toUpper().contains(upperLabel, Qt::CaseSensitive))
+        // Not a folded comparison: "ß" is found as "SS".
+        const QString upperProfileLabel = profileLabel.toUpper();
+        if (exact ? profileLabel == label : upperProfileLabel.contains(upperLabel))
             return profile;
     }
     return nullptr;

@@ -14,6 +14,30 @@ QT_WARNING_DISABLE_DEPRECATED
 
 namespace {
 
+constexpr int kMaxEntityLength = 100;
+
+QString nestingErrorText()
+{
+    return QCoreApplication::translate("ALimitModel", "Elements are nested more than %1 deep").arg(kMaxXmlDepth);
+}
+
+QString entityErrorText()
+{
+    return QCoreApplication::translate("ALimitModel",
+                                       "Entities longer than %1 characters, or that name others, are not read")
+        .arg(kMaxEntityLength);
+}
+
+// The parser bounds what one reference to an entity expands to, but not their sum: a small file could name a long
+// entity often enough to fill the memory.
+bool isShortEntity(const QString &value)
+{
+    QString rest = value;
+    for (const char *predefined : {"&amp;", "&lt;", "&gt;", "&quot;", "&apos;"})
+        rest.remove(QLatin1String(predefined));
+    return value.size() <= kMaxEntityLength && !rest.contains(QLatin1Char('&'));
+}
+
 // Hands all events on to the document, but those that go too deep.
 class BoundedContent : public QXmlContentHandler
 {

@@ -13,6 +13,6 @@ struct DomError
 };
 
 // QDomDocument::setContent without namespaces, with its results and its messages, for files of any content: refuses
-// elements nested more than kMaxXmlDepth deep, which would overflow the stack, and entities with which a small file
-// would fill the memory (core/xmldocument.h). Private to libaveldorandata.
+// elements nested more than kMaxXmlDepth (core/xmldocument.h) deep, which would overflow the stack, and entities with
+// which a small file would fill the memory. Private to libaveldorandata.
 bool setBoundedContent(QDomDocument *document, QIODevice *file, DomError *error);

@@ -80,7 +80,8 @@ bool addDirectory(ADataManager *manager, const QString &path)
     for (const AProfile *profile : profiles)
         takenOver.insert(profile->source());
 
-    const QFileInfoList files = QDir(path).entryInfoList({QStringLiteral("*.profile")}, QDir::Files);
+    const QFileInfoList files =
+        QDir(path).entryInfoList({QStringLiteral("*.profile")}, QDir::Files | QDir::CaseSensitive);
     if (files.isEmpty())
         Console::error(QStringLiteral("%1: no profile files (*.profile) in this directory").arg(path));
     bool complete = !files.isEmpty();
@@ -178,7 +179,7 @@ bool buildAndPrint(ADataManager *manager, const Options &options)
     const int leftOut = options.stacked ? plan->channels(0).size() - ranges.size() : 0;
     if (leftOut > 0)
         Console::error(QStringLiteral("channels: %L1 ranges found no level and are left out").arg(leftOut));
-    return written;
+    return written && leftOut == 0;
 }
 
 } // namespace
@@ -198,5 +199,5 @@ int runChannels(const QStringList &arguments)
     const QList<AProfile *> profiles = manager->getProfiles(); // they outlive the manager
     delete manager;
     qDeleteAll(profiles);
-    return complete && printed ? ExitDone : ExitFailed;
+    return complete && printed && !Console::hasWarned() ? ExitDone : ExitFailed;
 }

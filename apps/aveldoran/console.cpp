@@ -3,9 +3,12 @@
 #include "apps/aveldoran/commands.h"
 
 #include <QtCore/QCommandLineParser>
+#include <QtCore/QCoreApplication>
+#include <QtCore/QtDebug>
 
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <unistd.h>
 
@@ -14,6 +17,15 @@ namespace Console {
 namespace {
 
 bool progressIsShown = false;
+bool warningWasReported = false;
+
+void reportMessage(QtMsgType type, const QMessageLogContext &, const QString &text)
+{
+    error(text);
+    warningWasReported = warningWasReported || type == QtWarningMsg || type == QtCriticalMsg;
+    if (type == QtFatalMsg)
+        std::abort();
+}
 
 } // namespace
 
@@ -21,6 +33,16 @@ void error(const QString &text)
 {
     clearProgress();
     std::fprintf(stderr, "aveldoran: %s\n", oneLine(text).toLocal8Bit().constData());
+}
+
+void reportWarnings()
+{
+    qInstallMessageHandler(reportMessage);
+}
+
+bool hasWarned()
+{
+    return warningWasReported;
 }
 
 void progress(const QString &text)
@@ -56,14 +78,18 @@ bool finish()
 
 bool parse(QCommandLineParser *parser, const QStringList &arguments, int *exitStatus)
 {
-    const QCommandLineOption help = parser->addHelpOption();
+    const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this text."));
+    parser->addOption(help);
     if (!parser->parse(arguments)) {
         error(parser->errorText());
         *exitStatus = ExitUsage;
         return false;
     }
     if (parser->isSet(help)) {
-        write(parser->helpText());
+        const QString program = QCoreApplication::arguments().constFirst();
+        QString text = parser->helpText();
+        text.replace(text.indexOf(program), program.size(), arguments.constFirst());
+        write(text);
         *exitStatus = finish() ? ExitDone : ExitFailed;
         return false;
     }

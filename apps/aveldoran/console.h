@@ -10,6 +10,10 @@ namespace Console {
 // "aveldoran: TEXT" on standard error.
 void error(const QString &text);
 
+// From here on the warnings of the libraries are reported as errors; tells whether there were any.
+void reportWarnings();
+bool hasWarned();
+
 // A passing line on standard error, shown on a terminal only; the next one or an error replaces it.
 void progress(const QString &text);
 void clearProgress();
@@ -18,7 +22,8 @@ void clearProgress();
 void write(const QString &text);
 bool finish();
 
-// Parses a subcommand's arguments. False when the run ends here: after --help, or with a reported error.
+// Parses a subcommand's arguments, of which the first is the command as a user types it. False when the run ends here:
+// after --help, or with a reported error.
 bool parse(QCommandLineParser *parser, const QStringList &arguments, int *exitStatus);
 
 // A text on one line, without characters that a terminal would act on.

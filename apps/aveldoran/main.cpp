@@ -96,5 +96,7 @@ int main(int argc, char **argv)
         return ExitUsage;
     }
     arguments.removeAt(1);
+    arguments[0] = QStringLiteral("aveldoran %1").arg(name);
+    Console::reportWarnings();
     return command->run(arguments);
 }

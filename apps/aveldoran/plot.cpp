@@ -414,8 +414,11 @@ void Plot::Private::setLevelAxis(QwtPlot *plot, const Range &shown, double band)
     plot->setAxisMaxMinor(QwtPlot::yLeft, 5);
     const Range levels = levelRange(shown);
     const double step = niceStep(levels.end - levels.begin, 8);
-    const double lower = std::floor(levels.begin / step) * step;
-    double upper = std::ceil((levels.end + (levels.end - levels.begin) * 0.03) / step) * step;
+    const double symbol = (levels.end - levels.begin) * 0.03; // that much room has a symbol beyond the levels
+    const bool hasBelow =
+        std::any_of(markers.begin(), markers.end(), [](const Marker &marker) { return marker.side == BelowPoint; });
+    const double lower = std::floor((levels.begin - (hasBelow ? symbol : 0.0)) / step) * step;
+    double upper = std::ceil((levels.end + symbol) / step) * step;
     plot->setAxisScale(QwtPlot::yLeft, lower, upper, step);
     if (band <= 0.0)
         return;

@@ -1,33 +1,15 @@
+#include "apps/programrun.h"
+
 #include <QtTest/QtTest>
 
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
-#include <QtCore/QProcess>
 #include <QtCore/QTemporaryDir>
 
 #include <unistd.h>
 
 namespace {
-
-struct Run
-{
-    int exitStatus = -1;
-    QString output;
-    QString errors;
-};
-
-Run run(const QStringList &arguments, const QString &standardOutput = {})
-{
-    QProcess process;
-    if (!standardOutput.isEmpty())
-        process.setStandardOutputFile(standardOutput);
-    process.start(QStringLiteral(AVELDORAN_PROGRAM), arguments);
-    if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit)
-        return {};
-    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
-}
 
 constexpr char kPlan[] = R"(<?xml version="1.0" encoding="UTF-8"?>
 <profile id="plan">
@@ -72,6 +54,8 @@ private Q_SLOTS:
     void namesTheBadFilesOfADirectoryAndPrintsTheRest();
     void passesOverAProfileThatALaterOneReplaces();
     void refusesToExpandMoreThanTenMillionChannels();
+    void saysThatAPlanWasCutShort();
+    void takesOnlyTheSuffixInSmallLetters();
     void printsAnAbsurdCountUnexpanded();
     void keepsTerminalControlOutOfItsOutput();
     void reportsOutputThatCanNotBeWritten();
@@ -148,7 +132,7 @@ void TestChannelsCommand::saysWhenRangesFindNoLevel()
     const QString file =
         write("a.profile", "<profile id=\"a\"><end>3</end><channels>" + ranges + "</channels></profile>");
     const Run result = run({"channels", "--stacked", file});
-    QCOMPARE(result.exitStatus, 0);
+    QCOMPARE(result.exitStatus, 1);
     QCOMPARE(result.output.count('\n'), 1 + 49);
     QCOMPARE(result.errors, QStringLiteral("aveldoran: channels: 11 ranges found no level and are left out\n"));
 }
@@ -260,6 +244,27 @@ void TestChannelsCommand::refusesToExpandMoreThanTenMillionChannels()
 
     const Run absurd = run({"channels", "--expand", write("a.profile", planWithCount("2000000000"))});
     QCOMPARE(absurd.exitStatus, 1);
+}
+
+void TestChannelsCommand::saysThatAPlanWasCutShort()
+{
+    const QByteArray mirrors = QByteArray("<mirror>0</mirror>").repeated(32);
+    const QString file =
+        write("a.profile", "<profile id=\"wild\"><end>100</end><channels><range><comment>" + QByteArray(1000000, 'x') +
+                               "</comment>" + mirrors + "</range></channels></profile>");
+    const Run result = run({"channels", file});
+    QCOMPARE(result.exitStatus, 1);
+    QVERIFY2(result.errors.startsWith("aveldoran: channel section of profile 'wild': its mirrors ask for more"),
+             qPrintable(result.errors));
+    QVERIFY(!result.output.isEmpty());
+}
+
+void TestChannelsCommand::takesOnlyTheSuffixInSmallLetters()
+{
+    write("ONE.PROFILE", kPlan);
+    const Run result = run({"channels", m_directory->path()});
+    QCOMPARE(result.exitStatus, 1);
+    QVERIFY2(result.errors.contains("no profile files"), qPrintable(result.errors));
 }
 
 void TestChannelsCommand::printsAnAbsurdCountUnexpanded()

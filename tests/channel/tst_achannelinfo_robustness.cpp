@@ -57,6 +57,8 @@ private Q_SLOTS:
     void manyChildrenAreAppendedAndDeletedThroughTheParent();
     void manyChildrenAreDeletedOneByOne();
     void rowsOfManyChildren();
+    void rowsAreAskedWhileManyChildrenGo_data();
+    void rowsAreAskedWhileManyChildrenGo();
     void manyChildrenAreCopiedAndCompared();
     void manyGeneratedChildrenAreCleared();
     void manyChildrenAreStacked();
@@ -65,6 +67,7 @@ private Q_SLOTS:
     void aHugeDefinitionDiffersAtOnce_data();
     void aHugeDefinitionDiffersAtOnce();
     void equalHugeDefinitionsAreNotExpanded();
+    void hugeDefinitionsBelowOthersAreNotExpanded();
     void hugeDefinitionsAreCounted();
 };
 
@@ -199,6 +202,32 @@ void TestAChannelInfoRobustness::rowsOfManyChildren()
     }
 }
 
+void TestAChannelInfoRobustness::rowsAreAskedWhileManyChildrenGo_data()
+{
+    QTest::addColumn<int>("first"); // of the children that are removed
+    QTest::newRow("at the front") << 0;
+    QTest::newRow("behind the first") << 1;
+    QTest::newRow("in the middle") << kWidth / 4;
+}
+
+void TestAChannelInfoRobustness::rowsAreAskedWhileManyChildrenGo()
+{
+    QFETCH(int, first);
+    const Tree root(wide(kWidth));
+    for (int left = kWidth - 1; left >= kWidth / 2; --left) {
+        delete root->child(first);
+        // each time another one, whose row was not asked yet or long ago
+        for (const int row : {left - 1, int(left * 7919LL % (left - 1)), left / 2}) {
+            if (root->child(row)->row() != row)
+                QFAIL(QByteArray::number(row).constData());
+        }
+    }
+    for (int row = 0; row < root->childCount(); ++row) {
+        if (root->child(row)->row() != row)
+            QFAIL(QByteArray::number(row).constData());
+    }
+}
+
 void TestAChannelInfoRobustness::manyChildrenAreCopiedAndCompared()
 {
     const Tree root(wide(20000));
@@ -311,6 +340,24 @@ void TestAChannelInfoRobustness::equalHugeDefinitionsAreNotExpanded()
     copy.setChannelDefinitions({b});
     copy.setData(AChannelInfo::ColumnComment, QStringLiteral("x"));
     QVERIFY(!(*one == copy));
+}
+
+// Both sides count as expanded because one of them holds a generated channel, and their definitions say the same.
+void TestAChannelInfoRobustness::hugeDefinitionsBelowOthersAreNotExpanded()
+{
+    const auto plan = [](const QString &lastLabel, const char *width) {
+        AChannelInfo *root = node(nullptr, QStringLiteral("root"));
+        root->setChannelDefinitions({definition("1", width, "0", kHugeCount)});
+        node(root, QStringLiteral("1"), "1", "2", AChannelInfo::AutoChannel);
+        AChannelInfo *below = node(root, QStringLiteral("below"));
+        below->setChannelDefinitions({definition("5", width, "0", kHugeCount)});
+        node(below, lastLabel);
+        return Tree(root);
+    };
+    const Tree one = plan(QStringLiteral("a"), "1");
+    QVERIFY(*one == *plan(QStringLiteral("a"), "1"));
+    QVERIFY(*one == *plan(QStringLiteral("a"), "1.0")); // other texts, the same channels
+    QVERIFY(!(*one == *plan(QStringLiteral("b"), "1")));
 }
 
 void TestAChannelInfoRobustness::hugeDefinitionsAreCounted()

@@ -19,6 +19,7 @@ private Q_SLOTS:
     void aChildIsAppendedOnce();
     void appendingElsewhereLeavesTheFirstListAlone();
     void rowsFollowEveryChange();
+    void rowsFollowManyRemovals();
     void deletingANodeTakesItOutOfItsParent();
     void deletingANodeThatWasNeverEnteredLeavesTheParentAlone();
     void nodesAreDeletedInAnyOrder();
@@ -121,6 +122,32 @@ void TestAChannelInfoTree::rowsFollowEveryChange()
     }
     for (int row = 0; row < expected.size(); ++row)
         QCOMPARE(expected.at(row)->row(), row);
+}
+
+void TestAChannelInfoTree::rowsFollowManyRemovals()
+{
+    // more between two looks than a search around the last place would find
+    std::mt19937 random(3);
+    Tree root(band());
+    const Tree other(node(nullptr, QStringLiteral("other")));
+    AChannelInfo *givenAway = node(root.get(), QStringLiteral("given away"));
+    other->appendChild(givenAway);
+    for (int round = 0; round < 20; ++round) {
+        for (int i = 0; i < 3000; ++i)
+            node(root.get(), QString::number(i));
+        const int fromFront = int(random() % 1000);
+        for (int i = 0; i < 2900; ++i)
+            delete root->child(1 + (i < fromFront ? 0 : int(random() % uint(root->childCount() - 1))));
+        AChannelInfo *last = root->child(root->childCount() - 1);
+        QCOMPARE(last->row(), root->childCount() - 1);
+        for (int row = 1; row < root->childCount(); ++row)
+            QCOMPARE(root->child(row)->row(), row);
+        QCOMPARE(givenAway->row(), 0); // among the other one's children
+    }
+    QCOMPARE(root->childCount(), 2001);
+    QCOMPARE(root->child(0), givenAway);
+    root.reset();
+    QCOMPARE(other->childCount(), 0);
 }
 
 void TestAChannelInfoTree::deletingANodeTakesItOutOfItsParent()

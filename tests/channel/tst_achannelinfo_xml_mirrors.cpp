@@ -525,6 +525,17 @@ void TestAChannelInfoXmlMirrors::runawayMirrorsDoNotMultiplyLongTexts_data()
     QTest::newRow("nested label") << "<range><range label=\"" + text + "\"/>" + bomb + "</range>";
     QTest::newRow("edges") << "<range><begin>" + text + "</begin><end>" + text + "</end>" + bomb + "</range>";
     QTest::newRow("start") << "<range><channels start=\"" + text + "\"/>" + bomb + "</range>";
+    const QByteArray longText(300000, '1');
+    const QByteArray mirrors = QByteArray("<mirror>0</mirror>").repeated(32);
+    QTest::newRow("text behind an element") << "<range><comment><b/>" + longText + "</comment>" + mirrors + "</range>";
+    QTest::newRow("edge behind an element")
+        << "<range><begin/><begin><b/>" + longText + "</begin>" + mirrors + "</range>";
+    QTest::newRow("attribute") << "<range><channels width=\"" + longText + "\"/>" + mirrors + "</range>";
+    QTest::newRow("attributes") << "<range>" + ("<x a='" + QByteArray(9999, 'x') + "' b=''/>").repeated(30) + mirrors +
+                                       "</range>";
+    QTest::newRow("comments") << "<range>" + QByteArray("<!---->").repeated(100000) + mirrors + "</range>";
+    QTest::newRow("instructions") << "<range>" + QByteArray("<?x?>").repeated(100000) + mirrors + "</range>";
+    QTest::newRow("definitions") << "<range>" + QByteArray("<channels/>").repeated(1000) + mirrors + "</range>";
     QTest::newRow("text that is skipped") << "<range>" + text + "<!--" + text + "-->" + bomb + "</range>";
 }
 

@@ -11,6 +11,7 @@
 #include <random>
 
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -507,6 +508,9 @@ void TestACalibrationData::whatCannotBeWrittenIsRefused()
     QVERIFY(!QFile::exists(path("missing")));
     QVERIFY(!ACalibrationData::saveAll(m_dir->path(), smallList()));
     QVERIFY(!ACalibrationData::saveAll(QString(), smallList()));
+    QCOMPARE(mkfifo(qPrintable(path("pipe.xml")), 0600), 0);
+    QVERIFY(!ACalibrationData::saveAll(path("pipe.xml"), smallList())); // it would become a plain file
+    QVERIFY(!QFileInfo(path("pipe.xml")).isFile());
 
     QVERIFY(save("xml", smallList()));
     const ACalibrationData tooLong(QString((1 << 24) + 1, QLatin1Char('x')), ACalibrationData::Cable);

@@ -232,6 +232,8 @@ void TestACalibrationDataReading::otherFilesAreRefused_data()
     row("xml: text", inObject("text"));
     row("xml: text in an entry", inObject("<level frequency='5' gain='5'>x</level>"));
     row("xml: element in an entry", inObject("<level frequency='5' gain='5'><level/></level>"));
+    row("xml: attribute of the root", "<calibrations version='2'><calibration label='a'/></calibrations>");
+    row("xml: declared default", "<!DOCTYPE c [<!ATTLIST calibration label CDATA 'a'>]><calibrations/>");
     row("xml: undeclared entity", inObject("<level frequency='5' gain='&five;'/>"));
     row("xml: not UTF-8", "<calibrations><calibration label='\xff'/></calibrations>");
     row("xml: ever growing entities",

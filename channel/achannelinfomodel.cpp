@@ -1,0 +1,224 @@
+#include "channel/achannelinfomodel.h"
+
+#include "channel/achannelinfo.h"
+
+#include <QtGui/QBrush>
+
+#include <iterator>
+#include <utility>
+
+namespace {
+
+constexpr const char *kHeaders[] = {
+    // by AChannelInfo::Columns
+    QT_TRANSLATE_NOOP("AChannelInfoModel", "Name"),
+    QT_TRANSLATE_NOOP("AChannelInfoModel", "Qualified name"),
+    QT_TRANSLATE_NOOP("AChannelInfoModel", "Start Freq"),
+    QT_TRANSLATE_NOOP("AChannelInfoModel", "Stop Freq"),
+    QT_TRANSLATE_NOOP("AChannelInfoModel", "Type"),
+    QT_TRANSLATE_NOOP("AChannelInfoModel", "Selectable"),
+    QT_TRANSLATE_NOOP("AChannelInfoModel", "Color"),
+    QT_TRANSLATE_NOOP("AChannelInfoModel", "Profile ID"),
+    QT_TRANSLATE_NOOP("AChannelInfoModel", "Comment"),
+    QT_TRANSLATE_NOOP("AChannelInfoModel", "Auto Channel Definition"),
+    QT_TRANSLATE_NOOP("AChannelInfoModel", "Mirror Entry Freq"),
+};
+constexpr int kColumnCount = AChannelInfo::ColumnMirrorEntryFreq + 1;
+static_assert(std::size(kHeaders) == kColumnCount, "one header for each column");
+
+constexpr qreal kBackgroundAlpha = 0.5;
+
+bool isFrequencyColumn(int column)
+{
+    return column == AChannelInfo::ColumnStartFreq || column == AChannelInfo::ColumnStopFreq ||
+           column == AChannelInfo::ColumnMirrorEntryFreq;
+}
+
+bool isColouredColumn(int column)
+{
+    return column == AChannelInfo::ColumnName || column == AChannelInfo::ColumnQualifiedName ||
+           column == AChannelInfo::ColumnColor;
+}
+
+QString shownFrequency(const QVariant &hertz)
+{
+    AFrequency frequency;
+    frequency.setValue(hertz.toLongLong(), AFrequency::Hz);
+    return frequency.canonicalText();
+}
+
+qlonglong hertzFromText(const QString &text)
+{
+    return AFrequency(text.toLatin1().constData()).intValue(AFrequency::Hz);
+}
+
+} // namespace
+
+AChannelInfoModel::AChannelInfoModel(QObject *parent, const AChannelInfo *root)
+    : QAbstractItemModel(parent)
+    , m_rootItem(root ? const_cast<AChannelInfo *>(root)
+                      : new AChannelInfo(nullptr, AChannelInfo::Generic, {}, {}, {}, false))
+{}
+
+AChannelInfoModel::~AChannelInfoModel()
+{
+    delete m_rootItem;
+}
+
+QModelIndex AChannelInfoModel::index(int row, int column, const QModelIndex &parent) const
+{
+    if (!hasIndex(row, column, parent))
+        return {};
+    AChannelInfo *node = nodeAt(parent)->child(row);
+    return node ? createIndex(row, column, node) : QModelIndex();
+}
+
+QModelIndex AChannelInfoModel::parent(const QModelIndex &index) const
+{
+    const AChannelInfo *node = index.isValid() ? nodeAt(index) : nullptr;
+    if (!node || !node->parent() || node->parent() == m_rootItem)
+        return {};
+    return indexOf(node->parent(), 0);
+}
+
+int AChannelInfoModel::rowCount(const QModelIndex &parent) const
+{
+    const AChannelInfo *node = nodeAt(parent);
+    return node && parent.column() <= 0 ? node->childCount() : 0;
+}
+
+int AChannelInfoModel::columnCount(const QModelIndex &parent) const
+{
+    Q_UNUSED(parent)
+    return kColumnCount;
+}
+
+QVariant AChannelInfoModel::data(const QModelIndex &index, int role) const
+{
+    const AChannelInfo *node = index.isValid() ? nodeAt(index) : nullptr;
+    if (!node)
+        return {};
+    if (role == Qt::DisplayRole || role == Qt::EditRole) {
+        const QVariant value = node->data(index.column());
+        return isFrequencyColumn(index.column()) ? shownFrequency(value) : value;
+    }
+    if (role == Qt::BackgroundRole && isColouredColumn(index.column())) {
+        QColor color = node->color();
+        if (!color.isValid())
+            return {};
+        color.setAlphaF(kBackgroundAlpha);
+        return QBrush(color);
+    }
+    return {};
+}
+
+bool AChannelInfoModel::setData(const QModelIndex &index, const QVariant &value, int role)
+{
+    AChannelInfo *node = index.isValid() ? nodeAt(index) : nullptr;
+    if (!node || (role != Qt::DisplayRole && role != Qt::EditRole))
+        return false;
+    if (value.userType() == QMetaType::QString && isFrequencyColumn(index.column()))
+        return setData(index, hertzFromText(value.toString()), role);
+    node->setData(static_cast<AChannelInfo::Columns>(index.column()), value);
+    Q_EMIT dataChanged(index, index);
+    return true;
+}
+
+QVariant AChannelInfoModel::headerData(int section, Qt::Orientation orientation, int role) const
+{
+    if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section < 0 || section >= kColumnCount)
+        return {};
+    return tr(kHeaders[section]);
+}
+
+Qt::ItemFlags AChannelInfoModel::flags(const QModelIndex &index) const
+{
+    if (!index.isValid())
+        return Qt::NoItemFlags;
+    const bool isReadOnly = index.column() == AChannelInfo::ColumnQualifiedName ||
+                            index.column() == AChannelInfo::ColumnAutoChannelDefinition;
+    const Qt::ItemFlags shown = Qt::ItemIsSelectable | Qt::ItemIsEnabled;
+    return isReadOnly ? shown : shown | Qt::ItemIsEditable;
+}
+
+void AChannelInfoModel::sort(int column, Qt::SortOrder order)
+{
+    if (!m_rootItem)
+        return;
+    Q_EMIT layoutAboutToBeChanged();
+    m_rootItem->sortChildren(column, order);
+    const QModelIndexList persistent = persistentIndexList();
+    for (const QModelIndex &before : persistent) {
+        // Those at the top level are left as they are, deliberately: they keep the row that an application saved.
+        AChannelInfo *node = nodeAt(before);
+        if (before.parent().isValid() && node->row() >= 0)
+            changePersistentIndex(before, indexOf(node, before.column()));
+    }
+    Q_EMIT layoutChanged();
+}
+
+AChannelInfo *AChannelInfoModel::setModelRoot(AChannelInfo *root)
+{
+    if (root == m_rootItem)
+        return nullptr;
+    beginResetModel();
+    AChannelInfo *previous = std::exchange(m_rootItem, root);
+    endResetModel();
+    return previous;
+}
+
+AChannelInfo *AChannelInfoModel::getItem(const QModelIndex &index)
+{
+    return nodeAt(index);
+}
+
+QModelIndex AChannelInfoModel::addItem(const QModelIndex &parent, const QString &label)
+{
+    AChannelInfo *enclosing = nodeAt(parent);
+    if (!enclosing || parent.column() >= 1)
+        return {};
+    const int row = rowCount(parent);
+    beginInsertRows(parent, row, row);
+    const bool isSelectable = !enclosing->parent();
+    enclosing->appendChild(new AChannelInfo(enclosing, AChannelInfo::Generic, enclosing->beginFrequency(),
+                                            enclosing->endFrequency(), label, isSelectable));
+    endInsertRows();
+    return index(enclosing->childCount() - 1, 0, parent);
+}
+
+bool AChannelInfoModel::removeItem(const QModelIndex &index, bool recursive)
+{
+    AChannelInfo *node = index.isValid() ? nodeAt(index) : nullptr;
+    if (!node || node == m_rootItem || (node->childCount() > 0 && !recursive))
+        return false;
+    dropStaleIndexesOf(node);
+    const int row = node->row(); // not that of the index, which may be one that a sort left as it was
+    beginRemoveRows(parent(index), row, row);
+    delete node;
+    endRemoveRows();
+    return true;
+}
+
+// Null for an index of another model.
+AChannelInfo *AChannelInfoModel::nodeAt(const QModelIndex &index) const
+{
+    if (!index.isValid())
+        return m_rootItem;
+    return index.model() == this ? static_cast<AChannelInfo *>(index.internalPointer()) : nullptr;
+}
+
+QModelIndex AChannelInfoModel::indexOf(AChannelInfo *node, int column) const
+{
+    return createIndex(node->row(), column, node);
+}
+
+// Removing a row invalidates the persistent indexes that name this row. One that a sort left at another row would go on
+// to name a deleted node.
+void AChannelInfoModel::dropStaleIndexesOf(const AChannelInfo *node)
+{
+    const QModelIndexList persistent = persistentIndexList();
+    for (const QModelIndex &index : persistent) {
+        if (nodeAt(index) == node && index.row() != node->row())
+            changePersistentIndex(index, QModelIndex());
+    }
+}
