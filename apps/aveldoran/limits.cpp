@@ -217,7 +217,7 @@ bool checkTrace(const Limits &limits, const Trace &trace)
             verdict = QStringLiteral("exceeded");
         }
         isKept = isKept && found.isEmpty() && compared > 0;
-        Console::write(QStringLiteral("  %1: %2, %L3 points compared\n").arg(name, verdict).arg(compared));
+        Console::write(QStringLiteral("  %1: %2; points compared: %L3\n").arg(name, verdict).arg(compared));
         for (const LimitExcess &excess : found)
             printExcess(excess, trace.unit);
     }

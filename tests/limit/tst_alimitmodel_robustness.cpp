@@ -12,6 +12,13 @@ using profilefiles::inChild;
 
 namespace {
 
+// Sanitizers multiply the memory of items, of which a million limits have eight million.
+#ifdef __SANITIZE_ADDRESS__
+constexpr int kMany = 100000;
+#else
+constexpr int kMany = 1000000;
+#endif
+
 QByteArray nested(int depth)
 {
     return QByteArray("<data>").repeated(depth) + QByteArray("</data>").repeated(depth);
@@ -219,7 +226,7 @@ void TestALimitModelRobustness::longTextsAreRead()
 
 void TestALimitModelRobustness::manyLimitsAreReadAndSaved()
 {
-    constexpr int kLimits = 1000000;
+    constexpr int kLimits = kMany;
     QTemporaryDir directory;
     const QString name = directory.filePath("in.xml");
     writeBytes(name, "<data>" + QByteArray("<limit name='a'/>\n").repeated(kLimits) + "</data>");
@@ -233,7 +240,7 @@ void TestALimitModelRobustness::manyLimitsAreReadAndSaved()
 
 void TestALimitModelRobustness::manyPiecesAreReadAndSaved()
 {
-    constexpr int kPieces = 500000; // of each sort
+    constexpr int kPieces = kMany / 2; // of each sort
     QTemporaryDir directory;
     const QString name = directory.filePath("in.xml");
     writeBytes(name, "<data><limit>" +
@@ -262,7 +269,7 @@ void TestALimitModelRobustness::theParserDoesAsQDomDocument()
     ALimitModel model;
     QString error;
     connect(&model, &ALimitModel::loadError, this, [&error](const QString &text) { error = text; });
-    for (int round = 0; round < 3000; ++round) {
+    for (int round = 0; round < 1500; ++round) {
         QByteArray content = whole;
         for (unsigned int i = random() % 4; i > 0; --i) {
             const int at = int(random() % unsigned(content.size()));
@@ -295,8 +302,8 @@ void TestALimitModelRobustness::theParserDoesAsQDomDocument()
                                 .arg(column));
         }
     }
-    QVERIFY(accepted > 300);
-    QVERIFY(refused > 300);
+    QVERIFY(accepted > 150);
+    QVERIFY(refused > 150);
 }
 
 void TestALimitModelRobustness::damagedFilesNeverCrash()

@@ -1,6 +1,7 @@
 #include "limitfiles.h"
 
 #include "core/alimit.h"
+#include "core/documentedfiles.h"
 
 using namespace limitfiles;
 
@@ -32,6 +33,7 @@ private Q_SLOTS:
     void emptiedCellsAreWrittenEmpty();
     void anEditedEdgeKeepsItsDigits();
     void theCurveStaysTheSame();
+    void theDocumentedFileComesBackAsDocumented();
     void theExampleLimitsComeBack();
 };
 
@@ -202,6 +204,17 @@ void TestALimitModelRoundtrip::theCurveStaysTheSame()
         QVERIFY(!isFirst || first == second);
     }
     qDeleteAll(limits);
+}
+
+void TestALimitModelRoundtrip::theDocumentedFileComesBackAsDocumented()
+{
+    const QList<QByteArray> read = documentedFiles("Limit files");
+    const QList<QByteArray> written = documentedFiles("What a limit editor makes of a limit file");
+    QCOMPARE(read.size(), 1);
+    QCOMPARE(written.size(), 1);
+    LimitDir dir;
+    QVERIFY(dir.load(read.first()));
+    QCOMPARE(dir.saved(), written.first());
 }
 
 // All examples load, and a second save changes nothing that the first one left.
