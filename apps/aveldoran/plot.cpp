@@ -357,7 +357,8 @@ void Plot::Private::addCurves(QwtPlot *plot, const Range &shown, double hertzPer
             if (stretch.isEmpty())
                 continue;
             QVector<QPointF> samples;
-            for (const Point &point : thinned(stretch, shown))
+            const Points drawn = thinned(stretch, shown);
+            for (const Point &point : drawn)
                 samples += QPointF(point.frequencyHz / hertzPerUnit, point.level);
 
             auto *item = new QwtPlotCurve(text(curve.name, kTextPoints, false)); // the plot's own, like all items
@@ -392,7 +393,10 @@ void Plot::Private::setFrequencyAxis(QwtPlot *plot, const Range &shown, const Fr
     QList<double> numbered;
     QList<double> others;
     const bool few = std::log10(end / begin) <= 4.0;
-    for (double decade = std::pow(10.0, std::floor(std::log10(begin))); decade <= end; decade *= 10.0) {
+    const auto firstDecade = static_cast<int>(std::floor(std::log10(begin)));
+    const auto lastDecade = static_cast<int>(std::floor(std::log10(end)));
+    for (int exponent = firstDecade; exponent <= lastDecade; ++exponent) {
+        const double decade = std::pow(10.0, exponent);
         for (int i = 1; i < 10; ++i) {
             const double tick = i * decade;
             if (tick >= begin * (1 - 1e-9) && tick <= end * (1 + 1e-9))

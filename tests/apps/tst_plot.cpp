@@ -36,8 +36,9 @@ Extent extentOf(const QImage &image, QRgb color)
 {
     Extent extent;
     for (int y = 0; y < image.height(); ++y) {
+        const auto *line = reinterpret_cast<const QRgb *>(image.constScanLine(y));
         for (int x = 0; x < image.width(); ++x) {
-            if (isNear(image.pixel(x, y), color)) {
+            if (isNear(line[x], color)) {
                 ++extent.count;
                 extent.area |= QRect(x, y, 1, 1);
             }
@@ -49,23 +50,27 @@ Extent extentOf(const QImage &image, QRgb color)
 // The frame of the canvas: the longest dark lines.
 QRect canvasOf(const QImage &image)
 {
-    QRect canvas;
+    QVector<int> inColumn(image.width());
+    QVector<int> inRow(image.height());
+    for (int y = 0; y < image.height(); ++y) {
+        const auto *line = reinterpret_cast<const QRgb *>(image.constScanLine(y));
+        for (int x = 0; x < image.width(); ++x) {
+            const int dark = qGray(line[x]) < 100 ? 1 : 0;
+            inColumn[x] += dark;
+            inRow[y] += dark;
+        }
+    }
+    QRect columns;
     for (int x = 0; x < image.width(); ++x) {
-        int dark = 0;
-        for (int y = 0; y < image.height(); ++y)
-            dark += qGray(image.pixel(x, y)) < 100 ? 1 : 0;
-        if (dark > image.height() / 2)
-            canvas |= QRect(x, 0, 1, image.height());
+        if (inColumn[x] > image.height() / 2)
+            columns |= QRect(x, 0, 1, image.height());
     }
     QRect rows;
     for (int y = 0; y < image.height(); ++y) {
-        int dark = 0;
-        for (int x = 0; x < image.width(); ++x)
-            dark += qGray(image.pixel(x, y)) < 100 ? 1 : 0;
-        if (dark > image.width() / 2)
+        if (inRow[y] > image.width() / 2)
             rows |= QRect(0, y, image.width(), 1);
     }
-    return canvas & rows;
+    return columns & rows;
 }
 
 double relative(int value, int begin, int length)
