@@ -14,6 +14,19 @@ QString tr(const char *text)
     return QCoreApplication::translate("AveldoranCore", text);
 }
 
+// Whether XmlTagGuard sees the markup that a parser sees: in some encodings "<" is another byte, or several.
+bool isGuarded(const QString &encoding, bool isWideText)
+{
+    const QString name = encoding.toUpper();
+    if (isWideText)
+        return name.isEmpty() || name.startsWith(QLatin1String("UTF-16"));
+    for (const char *prefix : {"UTF-8", "US-ASCII", "ASCII", "ISO-8859-", "WINDOWS-125", "CP125", "KOI8-"}) {
+        if (name.startsWith(QLatin1String(prefix)))
+            return true;
+    }
+    return name.isEmpty();
+}
+
 } // namespace
 
 // Hands on a file, and ends it where the current token has become too long or would cost too much.
@@ -28,6 +41,7 @@ public:
     void tokenEnds() { m_left = kMaxXmlTokenBytes; }
     bool isTokenTooLong() const { return m_left == 0; }
     XmlTagGuard::Finding finding() const { return m_finding; }
+    bool isWideText() const { return m_tagGuard.isWideText(); }
     bool isSequential() const override { return true; }
     bool atEnd() const override { return isTokenTooLong() || m_finding != XmlTagGuard::Harmless || m_file->atEnd(); }
 
@@ -73,6 +87,8 @@ bool BoundedXmlReader::readNext()
         m_xml.raiseError(tr("A tag, comment or text is longer than %1 bytes").arg(kMaxXmlTokenBytes));
     m_device->tokenEnds();
 
+    if (m_xml.isStartDocument() && !isGuarded(m_xml.documentEncoding().toString(), m_device->isWideText()))
+        m_xml.raiseError(tr("The encoding '%1' is not read").arg(m_xml.documentEncoding()));
     m_depth += m_xml.isStartElement() ? 1 : 0;
     if (m_depth > kMaxXmlDepth)
         m_xml.raiseError(tr("Elements are nested more than %1 deep").arg(kMaxXmlDepth));

@@ -7,8 +7,9 @@
 // Reads an XML file of any size as a stream, for forms with too many elements to hold as a tree, and bounds what a file
 // can cost. An error is raised where elements are nested more than kMaxXmlDepth deep (core/xmldocument.h), where a
 // token, which the parser holds as a whole, is longer than kMaxXmlTokenBytes, where a tag has more than
-// kMaxXmlAttributes attributes or the document type declares anything, entities above all (core/xmltagguard.h), and
-// where all texts together are longer than 2^29 characters. Namespaces are not processed. Private to libaveldoran.
+// kMaxXmlAttributes attributes or the document type declares anything, entities above all (core/xmltagguard.h), where
+// the encoding is one in which that can't be seen, and where all texts together are longer than 2^29 characters.
+// Namespaces are not processed. Private to libaveldoran.
 constexpr qint64 kMaxXmlTokenBytes = qint64(1) << 28;
 
 class BoundedXmlReader

@@ -1,64 +1,113 @@
 #include "core/xmltagguard.h"
 
-// In UTF-16 all markup is ASCII with a zero byte beside it, so passing over the zeros reads both byte orders. A
-// character above ASCII may then look like markup; to be refused for it a text would need hundreds of such in a row.
+namespace {
+
+constexpr char kNotAscii = '\x80'; // stands for any character that is no markup
+
+} // namespace
+
 XmlTagGuard::Finding XmlTagGuard::accept(const char *data, qint64 size)
 {
-    for (qint64 i = 0; i < size; ++i) {
-        if (data[i] != 0)
-            accept(data[i]);
-    }
+    for (qint64 i = 0; i < size; ++i)
+        acceptByte(data[i]);
     return m_finding;
 }
 
-void XmlTagGuard::accept(char unit)
+// The first two bytes tell the encoding, as they do to the parser: a byte order mark, or a zero beside the first "<".
+void XmlTagGuard::acceptByte(char byte)
 {
+    const bool isSecond = m_bytes % 2 == 1;
+    if (m_encoding == Unknown && isSecond) {
+        if ((m_evenByte == '\xff' && byte == '\xfe') || byte == 0) {
+            m_encoding = Utf16Le;
+        } else if ((m_evenByte == '\xfe' && byte == '\xff') || m_evenByte == 0) {
+            m_encoding = Utf16Be;
+        } else {
+            m_encoding = AsciiBytes;
+            acceptUnit(m_evenByte);
+        }
+    }
+    ++m_bytes;
+    if (m_encoding == AsciiBytes)
+        acceptUnit(byte);
+    else if (!isSecond)
+        m_evenByte = byte;
+    else if (m_encoding == Utf16Le)
+        acceptUnit(byte == 0 ? m_evenByte : kNotAscii);
+    else
+        acceptUnit(m_evenByte == 0 ? byte : kNotAscii);
+}
+
+void XmlTagGuard::enter(State state)
+{
+    m_state = state;
+    m_last = 0;
+    m_beforeLast = 0;
+}
+
+void XmlTagGuard::acceptUnit(char unit)
+{
+    const bool isQuote = unit == '"' || unit == '\'';
+    const State before = m_state;
     switch (m_state) {
     case Text:
         if (unit == '<')
-            m_state = TagOpened;
+            enter(TagOpened);
         break;
     case TagOpened:
-        m_state = unit == '!' ? MarkupOpened : unit == '?' ? Instruction : Tag;
+        enter(unit == '!' ? MarkupOpened : unit == '?' ? Instruction : Tag);
         m_attributes = 0;
         break;
     case MarkupOpened:
-        m_state = unit == '-' ? Comment : unit == '[' ? Cdata : DocumentType;
+        enter(unit == '-' ? CommentOpened : unit == '[' ? Cdata : DocumentType);
+        break;
+    case CommentOpened:
+        enter(Comment);
         break;
     case Comment:
         if (unit == '>' && m_last == '-' && m_beforeLast == '-')
-            m_state = Text;
+            enter(Text);
         break;
     case Cdata:
         if (unit == '>' && m_last == ']' && m_beforeLast == ']')
-            m_state = Text;
+            enter(Text);
         break;
     case Instruction:
         if (unit == '>' && m_last == '?')
-            m_state = Text;
+            enter(Text);
         break;
     case DocumentType:
-        if (unit == '>')
-            m_state = Text;
-        else if (unit == '[' && m_finding == Harmless)
+        if (unit == '>') {
+            enter(Text);
+        } else if (unit == '[' && m_finding == Harmless) {
             m_finding = Declarations;
+        } else if (isQuote) {
+            m_quote = unit;
+            enter(DocumentTypeLiteral);
+        }
+        break;
+    case DocumentTypeLiteral:
+        if (unit == m_quote)
+            enter(DocumentType);
         break;
     case Tag:
         if (unit == '>') {
-            m_state = Text;
+            enter(Text);
         } else if (unit == '=') {
             if (++m_attributes > kMaxXmlAttributes && m_finding == Harmless)
                 m_finding = TooManyAttributes;
-        } else if (unit == '"' || unit == '\'') {
-            m_state = Value;
+        } else if (isQuote) {
             m_quote = unit;
+            enter(Value);
         }
         break;
     case Value:
         if (unit == m_quote)
-            m_state = Tag;
+            enter(Tag);
         break;
     }
-    m_beforeLast = m_last;
-    m_last = unit;
+    if (m_state == before) {
+        m_beforeLast = m_last;
+        m_last = unit;
+    }
 }

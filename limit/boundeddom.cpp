@@ -14,7 +14,8 @@ QT_WARNING_DISABLE_DEPRECATED
 
 namespace {
 
-constexpr int kMaxEntityLength = 100;
+constexpr int kMaxEntityLength = 16;
+constexpr int kMaxEntities = 256; // the parser's cost grows with their square
 
 QString nestingErrorText()
 {
@@ -24,8 +25,9 @@ QString nestingErrorText()
 QString entityErrorText()
 {
     return QCoreApplication::translate("ALimitModel",
-                                       "Entities longer than %1 characters, or that name others, are not read")
-        .arg(kMaxEntityLength);
+                                       "More than %1 entities, and entities longer than %2 characters or with "
+                                       "markup or others in them, are not read")
+        .arg(QString::number(kMaxEntities), QString::number(kMaxEntityLength));
 }
 
 // The parser bounds what one reference to an entity expands to, but not their sum: a small file could name a long
@@ -35,7 +37,7 @@ bool isShortEntity(const QString &value)
     QString rest = value;
     for (const char *predefined : {"&amp;", "&lt;", "&gt;", "&quot;", "&apos;"})
         rest.remove(QLatin1String(predefined));
-    return value.size() <= kMaxEntityLength && !rest.contains(QLatin1Char('&'));
+    return value.size() <= kMaxEntityLength && !rest.contains(QLatin1Char('&')) && !rest.contains(QLatin1Char('<'));
 }
 
 // Hands all events on to the document, but those that go too deep.
@@ -92,18 +94,19 @@ public:
     }
     bool internalEntityDecl(const QString &name, const QString &value) override
     {
-        m_isTooLong = !isShortEntity(value);
-        return !m_isTooLong && m_target->internalEntityDecl(name, value);
+        m_isRefused = ++m_entities > kMaxEntities || !isShortEntity(value);
+        return !m_isRefused && m_target->internalEntityDecl(name, value);
     }
     bool externalEntityDecl(const QString &name, const QString &publicId, const QString &systemId) override
     {
         return m_target->externalEntityDecl(name, publicId, systemId);
     }
-    QString errorString() const override { return m_isTooLong ? entityErrorText() : m_target->errorString(); }
+    QString errorString() const override { return m_isRefused ? entityErrorText() : m_target->errorString(); }
 
 private:
     QXmlDeclHandler *m_target = nullptr;
-    bool m_isTooLong = false;
+    bool m_isRefused = false;
+    int m_entities = 0;
 };
 
 // Puts itself between the parser and the handlers that the document installs.

@@ -71,6 +71,15 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
         Console::error(QStringLiteral("limits: --plot expects the name of a PNG file, not '%1'").arg(options->picture));
         return false;
     }
+    QStringList others = options->files;
+    others << options->traceFile << options->rewritten;
+    for (const QString &other : qAsConst(others)) {
+        if (parser.isSet(plot) &&
+            QFileInfo(other).absoluteFilePath() == QFileInfo(options->picture).absoluteFilePath()) {
+            Console::error(QStringLiteral("limits: the picture would replace '%1'").arg(other));
+            return false;
+        }
+    }
     return true;
 }
 
@@ -148,8 +157,9 @@ QString interpolationText(unsigned int interpolation)
 
 void printPiece(const QString &where, const QString &value)
 {
-    constexpr int kWidth = 32;
-    Console::write(QStringLiteral("    ") + where.leftJustified(kWidth) + value + QLatin1Char('\n'));
+    constexpr int kWidth = 30;
+    Console::write(QStringLiteral("    ") + where.leftJustified(kWidth) + QStringLiteral("  ") + value +
+                   QLatin1Char('\n'));
 }
 
 void printLimit(const ALimit &limit)
@@ -217,7 +227,8 @@ bool checkTrace(const Limits &limits, const Trace &trace)
             verdict = QStringLiteral("exceeded");
         }
         isKept = isKept && found.isEmpty() && compared > 0;
-        Console::write(QStringLiteral("  %1: %2; points compared: %L3\n").arg(name, verdict).arg(compared));
+        Console::write(
+            QStringLiteral("  %1: %2; points compared: %3\n").arg(name, verdict, QLocale().toString(compared)));
         for (const LimitExcess &excess : found)
             printExcess(excess, trace.unit);
     }
@@ -263,16 +274,15 @@ bool rewrite(const QString &fileName, const QString &target)
     }
     const QByteArray content = source.readAll();
     QSaveFile file(target);
-    if (!QDir().mkpath(QFileInfo(target).absolutePath()) || !file.open(QIODevice::WriteOnly) ||
-        file.write(content) != content.size() || !file.commit()) {
+    QDir().mkpath(QFileInfo(target).absolutePath()); // what becomes of it, open() tells
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit()) {
         Console::error(QStringLiteral("%1: can't be written: %2").arg(target, file.errorString()));
         return false;
     }
-    Console::write(QStringLiteral("%1: written; limits: %L2, pieces: %L3, descriptions left out: %L4\n")
-                       .arg(Console::oneLine(target))
-                       .arg(model.rowCount())
-                       .arg(countPieces(model))
-                       .arg(countDescriptions(model)));
+    const QLocale locale;
+    Console::write(QStringLiteral("%1: written; limits: %2, pieces: %3, descriptions left out: %4\n")
+                       .arg(Console::oneLine(target), locale.toString(model.rowCount()),
+                            locale.toString(countPieces(model)), locale.toString(countDescriptions(model))));
     return true;
 }
 

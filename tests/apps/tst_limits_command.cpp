@@ -66,6 +66,7 @@ private Q_SLOTS:
     void drawsEveryExample();
 
     void reportsOutputThatCanNotBeWritten();
+    void namesWithPlaceholdersStayWhole();
     void refusesWrongUsage_data();
     void refusesWrongUsage();
     void helps();
@@ -396,6 +397,18 @@ void TestLimitsCommand::reportsOutputThatCanNotBeWritten()
     QVERIFY(shell.readAllStandardError().contains("could not write the output"));
 }
 
+void TestLimitsCommand::namesWithPlaceholdersStayWhole()
+{
+    const QByteArray limits = "<data><limit name='L %1 at %2 %L3' unitId='0'><level frequency='1'>5</level>"
+                              "<level frequency='9'>5</level></limit></data>";
+    const Run checked = check("1 Hz,0,dBm\n5 Hz,1,dBm\n9 Hz,0,dBm\n", limits);
+    QVERIFY2(checked.output.contains("L %1 at %2 %L3: "), qPrintable(checked.output));
+    QVERIFY2(checked.output.contains("points compared: 3"), qPrintable(checked.output));
+
+    const Run rewritten = run({"limits", "--rewrite", path("o %1 %2.xml"), write("mask.xml", limits)});
+    QVERIFY2(rewritten.output.contains("o %1 %2.xml: written; limits: 1, pieces: 2"), qPrintable(rewritten.output));
+}
+
 void TestLimitsCommand::refusesWrongUsage_data()
 {
     QTest::addColumn<QStringList>("arguments");
@@ -405,6 +418,9 @@ void TestLimitsCommand::refusesWrongUsage_data()
     QTest::newRow("no trace") << QStringList{mask, "--check"};
     QTest::newRow("empty trace") << QStringList{"--check", "", mask};
     QTest::newRow("no PNG") << QStringList{"--plot", "a.jpg", mask};
+    QTest::newRow("picture over the rewritten file")
+        << QStringList{"--rewrite", "out.png", "--plot", "./out.png", mask};
+    QTest::newRow("picture over the limits") << QStringList{"--plot", "a.png", "a.png"};
     QTest::newRow("two to rewrite") << QStringList{"--rewrite", "out.xml", mask, mask};
     QTest::newRow("a directory to rewrite") << QStringList{"--rewrite", "out.xml", "."};
 }

@@ -60,6 +60,10 @@ private Q_SLOTS:
     void declarationsAreRefused();
     void attributesAreBounded_data();
     void attributesAreBounded();
+    void markupThatHidesAttributesIsSeenThrough_data();
+    void markupThatHidesAttributesIsSeenThrough();
+    void commonEncodingsAreRead_data();
+    void commonEncodingsAreRead();
     void aGigabyteOfZerosIsRefusedQuickly();
     void longTextsAreRead();
     void manyElementsAreReadInLinearTime();
@@ -349,7 +353,7 @@ void TestAProfileDamage::attributesAreBounded_data()
     QTest::newRow("few") << 200 << QByteArray(" ") << true;
     QTest::newRow("most") << 255 << QByteArray("\n") << true; // and the id
     QTest::newRow("one more") << 256 << QByteArray(" ") << false;
-    QTest::newRow("million") << 1000000 << QByteArray(" ") << false;
+    QTest::newRow("very many") << 20000 << QByteArray(" ") << false;
 }
 
 void TestAProfileDamage::attributesAreBounded()
@@ -375,6 +379,63 @@ void TestAProfileDamage::attributesAreBounded()
         if (!valid)
             QVERIFY2(profile->errorText().contains(QLatin1String("256 attributes")), qPrintable(profile->errorText()));
     }
+}
+
+void TestAProfileDamage::markupThatHidesAttributesIsSeenThrough_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QByteArray wide = "<profile id='p'><x";
+    for (int i = 0; i < 1000; ++i)
+        wide += " a" + QByteArray::number(i) + "=''";
+    wide += "/></profile>";
+    const auto utf16 = [](const QString &text) {
+        const QString marked = QChar(QChar::ByteOrderMark) + text;
+        return QByteArray(reinterpret_cast<const char *>(marked.utf16()), marked.size() * 2);
+    };
+    QTest::newRow("plain") << wide;
+    QTest::newRow("a comment that seems to end") << "<!--><![CDATA[-->" + wide;
+    QTest::newRow("a comment of dashes") << "<!---->" + wide;
+    QTest::newRow("a document type with a quoted end") << "<!DOCTYPE profile SYSTEM \">'\">" + wide;
+    QTest::newRow("wide characters with the bytes of a dash")
+        << utf16(QStringLiteral("<!--%1><![CDATA[-->").arg(QChar(0x2d2d)) + QString::fromLatin1(wide));
+    QTest::newRow("big endian") << QByteArray::fromHex("feff") + [&wide] {
+        QByteArray bytes;
+        for (const char c : qAsConst(wide))
+            bytes.append('\0').append(c);
+        return bytes;
+    }();
+    QTest::newRow("another encoding") << "<?xml version='1.0' encoding='UTF-7'?>" + wide.replace("<x", "+ADw-x");
+    QTest::newRow("two encodings") << QByteArray("<?xml version='1.0' encoding='UTF-16'?>") + wide;
+}
+
+void TestAProfileDamage::markupThatHidesAttributesIsSeenThrough()
+{
+    QFETCH(QByteArray, content);
+    const ProfilePtr profile = m_dir.read(content);
+    QVERIFY(profile);
+    QVERIFY(!profile->isValid());
+    QVERIFY2(profile->errorText().contains(QLatin1String("256 attributes")) ||
+                 profile->errorText().contains(QLatin1String("encoding")),
+             qPrintable(profile->errorText()));
+}
+
+void TestAProfileDamage::commonEncodingsAreRead_data()
+{
+    QTest::addColumn<QByteArray>("encoding");
+    QTest::addColumn<QByteArray>("letter");
+    QTest::newRow("UTF-8") << QByteArray("utf-8") << QByteArray("\xc3\xa4");
+    QTest::newRow("Latin-1") << QByteArray("ISO-8859-1") << QByteArray("\xe4");
+    QTest::newRow("Windows") << QByteArray("windows-1252") << QByteArray("\xe4");
+}
+
+void TestAProfileDamage::commonEncodingsAreRead()
+{
+    QFETCH(QByteArray, encoding);
+    QFETCH(QByteArray, letter);
+    const ProfilePtr profile = m_dir.read("<?xml version='1.0' encoding='" + encoding + "'?><profile id='p'><label>" +
+                                          letter + "</label></profile>");
+    QVERIFY(profile && profile->isValid());
+    QCOMPARE(profile->label(QString()), QString(QChar(0xe4)));
 }
 
 void TestAProfileDamage::aGigabyteOfZerosIsRefusedQuickly()

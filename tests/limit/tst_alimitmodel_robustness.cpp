@@ -65,8 +65,6 @@ void TestALimitModelRobustness::deepFilesAreRefused_data()
     QTest::newRow("100,000") << nested(100000);
     QTest::newRow("100,000, never closed") << QByteArray("<data>").repeated(100000);
     QTest::newRow("in a limit") << "<data><limit><level>" + nested(100000) + "</level></limit></data>";
-    QTest::newRow("by an entity") << "<!DOCTYPE d [<!ENTITY e '<a><a><a><a><a><a><a><a><a><a>'>]><d>" +
-                                         QByteArray("&e;").repeated(20000) + "</d>";
 }
 
 void TestALimitModelRobustness::deepFilesAreRefused()
@@ -120,6 +118,12 @@ void TestALimitModelRobustness::entitiesThatMultiplyAreRefused_data()
     QTest::newRow("one long entity, often") << "<!DOCTYPE d [<!ENTITY a '" + QByteArray(4000, 'x') + "'>]><data>" +
                                                    QByteArray("<limit name='&a;&a;&a;&a;'/>").repeated(100000) +
                                                    "</data>";
+    QTest::newRow("markup") << "<!DOCTYPE d [<!ENTITY a '<x/><x/>'>]><data>" + QByteArray("&a;").repeated(100000) +
+                                   "</data>";
+    QByteArray declarations;
+    for (int i = 0; i < 100000; ++i)
+        declarations += "<!ENTITY a" + QByteArray::number(i) + " 'x'>";
+    QTest::newRow("very many") << "<!DOCTYPE d [" + declarations + "]><data/>";
     QTest::newRow("a parameter entity") << "<!DOCTYPE d [<!ENTITY % a '" + QByteArray(4000, ' ') + "'>" +
                                                QByteArray("%a;").repeated(100000) + "]><data/>";
     QTest::newRow("itself") << QByteArray("<!DOCTYPE d [<!ENTITY a '&a;'>]><data><limit name='&a;'/></data>");
