@@ -399,9 +399,9 @@ void TestLimitsCommand::reportsOutputThatCanNotBeWritten()
 
 void TestLimitsCommand::namesWithPlaceholdersStayWhole()
 {
-    const QByteArray limits = "<data><limit name='L %1 at %2 %L3' unitId='0'><level frequency='1'>5</level>"
+    const QByteArray limits = "<data><limit name='L %1 at %2 %L3' measureunit='0'><level frequency='1'>5</level>"
                               "<level frequency='9'>5</level></limit></data>";
-    const Run checked = check("1 Hz,0,dBm\n5 Hz,1,dBm\n9 Hz,0,dBm\n", limits);
+    const Run checked = check("1 Hz;0\n5 Hz;1\n9 Hz;0\n", limits);
     QVERIFY2(checked.output.contains("L %1 at %2 %L3: "), qPrintable(checked.output));
     QVERIFY2(checked.output.contains("points compared: 3"), qPrintable(checked.output));
 

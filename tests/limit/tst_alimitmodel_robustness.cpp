@@ -290,6 +290,8 @@ void TestALimitModelRobustness::theParserDoesAsQDomDocument()
         const bool isRead = document.setContent(content, false, &message, &line, &column);
         error.clear();
         const bool loaded = model.loadFromFile(name);
+        if (error.contains("entities longer than")) // a damaged entity; see entitiesThatMultiplyAreRefused
+            continue;
         QCOMPARE(loaded, isRead);
         if (isRead) {
             ++accepted;
