@@ -7,6 +7,7 @@
 
 #include <QtCore/QList>
 #include <QtCore/QMap>
+#include <QtCore/QSet>
 #include <QtCore/QString>
 #include <QtCore/Qt>
 
@@ -108,6 +109,7 @@ public:
 
 private:
     ASpectrumMarker *appendMarker(ASpectrumMarker::Type type, int trace, const AFrequency &targetFrequency);
+    void rebuildIndicesOfTypes(const QSet<int> &types);
     QList<ASpectrumMarker *> *listForTrace(int trace);
     bool takeFromTrace(ASpectrumMarker *marker);
     void dropTraceIfEmpty(int trace);
