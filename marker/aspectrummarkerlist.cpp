@@ -140,7 +140,7 @@ int ASpectrumMarkerList::removeMarker(ASpectrumMarker *marker)
 
 void ASpectrumMarkerList::changeMarkerType(ASpectrumMarker *marker, ASpectrumMarker::Type type)
 {
-    if (!takeFromTrace(marker))
+    if (!marker || !takeFromTrace(marker))
         return;
     --d->counter(counterIndex(marker));
     rebuildMarkerIndices(marker->type());
@@ -153,7 +153,7 @@ void ASpectrumMarkerList::changeMarkerType(ASpectrumMarker *marker, ASpectrumMar
 
 void ASpectrumMarkerList::changeMarkerTrace(ASpectrumMarker *marker, int trace)
 {
-    if (!takeFromTrace(marker))
+    if (!marker || !takeFromTrace(marker))
         return;
     dropTraceIfEmpty(marker->trace());
     marker->setTrace(trace);

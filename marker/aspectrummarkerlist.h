@@ -42,8 +42,8 @@ public:
     // Deletes the marker; those that refer to it lose their reference. 0, or -1 if the marker is none of the list.
     int removeMarker(ASpectrumMarker *marker);
 
-    // The marker becomes the last of its type and keeps all else. Without effect for a marker of no list. Neither the
-    // type nor the trace is checked; markers on traces outside 0 to 9 are never updated.
+    // The marker becomes the last of its type and keeps all else. Without effect for null or a marker of no list.
+    // Neither the type nor the trace is checked; markers on traces outside 0 to 9 are never updated.
     void changeMarkerType(ASpectrumMarker *marker, ASpectrumMarker::Type type);
     void changeMarkerTrace(ASpectrumMarker *marker, int trace);
 
