@@ -1,8 +1,11 @@
 #include "marker/aspectrummarkerlist_p.h"
 
 #include <QtCore/QDebug>
+#include <QtCore/QSet>
 
 #include <algorithm>
+#include <map>
+#include <tuple>
 #include <vector>
 
 namespace {
@@ -45,6 +48,23 @@ std::vector<ASpectrumMarker *> sortAndTakeOutEqualKeys(std::vector<KeyedMarker> 
     markers->resize(kept);
     std::sort(passedOver.begin(), passedOver.end());
     return passedOver;
+}
+
+// Puts the markers of one type into the order of their keys and numbers them. Returned are those that are passed over.
+std::vector<ASpectrumMarker *> renumber(std::vector<KeyedMarker> *block)
+{
+    std::vector<ASpectrumMarker *> passedOver = sortAndTakeOutEqualKeys(block);
+    int count = 0;
+    for (const KeyedMarker &entry : *block)
+        entry.marker->setIndex(count++);
+    return passedOver;
+}
+
+// What growing step by step comes to; -1, no change, if there is room already.
+int grownPeakCount(int peakCount, std::size_t markerCount)
+{
+    const int missing = static_cast<int>(markerCount) - peakCount;
+    return missing > 0 ? peakCount + (missing + kPeakStep - 1) / kPeakStep * kPeakStep : -1;
 }
 
 bool isObsolete(ASpectrumMarker::Type type)
@@ -120,7 +140,7 @@ int ASpectrumMarkerList::removeMarker(ASpectrumMarker *marker)
 
 void ASpectrumMarkerList::changeMarkerType(ASpectrumMarker *marker, ASpectrumMarker::Type type)
 {
-    if (!takeFromTrace(marker))
+    if (!marker || !takeFromTrace(marker))
         return;
     --d->counter(counterIndex(marker));
     rebuildMarkerIndices(marker->type());
@@ -133,7 +153,7 @@ void ASpectrumMarkerList::changeMarkerType(ASpectrumMarker *marker, ASpectrumMar
 
 void ASpectrumMarkerList::changeMarkerTrace(ASpectrumMarker *marker, int trace)
 {
-    if (!takeFromTrace(marker))
+    if (!marker || !takeFromTrace(marker))
         return;
     dropTraceIfEmpty(marker->trace());
     marker->setTrace(trace);
@@ -150,11 +170,8 @@ void ASpectrumMarkerList::rebuildMarkerIndices(ASpectrumMarker::Type type)
                 block.push_back({sortKey(*marker, counterIndex(marker), kFamilyInRenumbering), it.key(), marker});
         }
     }
-    const std::vector<ASpectrumMarker *> passedOver = sortAndTakeOutEqualKeys(&block);
-    int count = 0;
-    for (const KeyedMarker &entry : block)
-        entry.marker->setIndex(count++);
-
+    const std::vector<ASpectrumMarker *> passedOver = renumber(&block);
+    const auto count = static_cast<int>(block.size());
     std::stable_sort(block.begin(), block.end(),
                      [](const KeyedMarker &a, const KeyedMarker &b) { return a.trace < b.trace; });
     auto next = block.cbegin();
@@ -183,6 +200,38 @@ void ASpectrumMarkerList::rebuildMarkerIndices(ASpectrumMarker::Type type)
     else if (isMinimum && count > d->minPeakCount)
         updateBufferSizes(-1, d->minPeakCount + kPeakStep);
 
+    d->allMarkers = all();
+}
+
+// The same for many types at once, in n log n for n markers however many the types are. A marker that is passed over
+// comes before those of its type that are not.
+void ASpectrumMarkerList::rebuildIndicesOfTypes(const QSet<int> &types)
+{
+    std::map<int, std::vector<KeyedMarker>> blocks;
+    for (auto it = m_traces.cbegin(); it != m_traces.cend(); ++it) {
+        for (ASpectrumMarker *marker : qAsConst(*it.value())) {
+            if (types.contains(marker->type()))
+                blocks[marker->type()].push_back(
+                    {sortKey(*marker, counterIndex(marker), kFamilyInRenumbering), it.key(), marker});
+        }
+    }
+    QSet<const ASpectrumMarker *> passedOver;
+    for (auto &block : blocks) {
+        for (const ASpectrumMarker *marker : renumber(&block.second))
+            passedOver.insert(marker);
+    }
+
+    const auto place = [&](const ASpectrumMarker *marker) {
+        const bool isNumbered = types.contains(marker->type()) && !passedOver.contains(marker);
+        return std::make_tuple(static_cast<int>(marker->type()), isNumbered ? marker->index() : -1);
+    };
+    for (QList<ASpectrumMarker *> *markers : qAsConst(m_traces)) {
+        std::stable_sort(markers->begin(), markers->end(),
+                         [&place](const ASpectrumMarker *a, const ASpectrumMarker *b) { return place(a) < place(b); });
+    }
+
+    updateBufferSizes(grownPeakCount(d->maxPeakCount, blocks[ASpectrumMarker::TypeMax].size()),
+                      grownPeakCount(d->minPeakCount, blocks[ASpectrumMarker::TypeMin].size()));
     d->allMarkers = all();
 }
 

@@ -7,6 +7,7 @@
 
 #include <QtCore/QList>
 #include <QtCore/QMap>
+#include <QtCore/QSet>
 #include <QtCore/QString>
 #include <QtCore/Qt>
 
@@ -41,8 +42,8 @@ public:
     // Deletes the marker; those that refer to it lose their reference. 0, or -1 if the marker is none of the list.
     int removeMarker(ASpectrumMarker *marker);
 
-    // The marker becomes the last of its type and keeps all else. Without effect for a marker of no list. Neither the
-    // type nor the trace is checked; markers on traces outside 0 to 9 are never updated.
+    // The marker becomes the last of its type and keeps all else. Without effect for null or a marker of no list.
+    // Neither the type nor the trace is checked; markers on traces outside 0 to 9 are never updated.
     void changeMarkerType(ASpectrumMarker *marker, ASpectrumMarker::Type type);
     void changeMarkerTrace(ASpectrumMarker *marker, int trace);
 
@@ -108,6 +109,7 @@ public:
 
 private:
     ASpectrumMarker *appendMarker(ASpectrumMarker::Type type, int trace, const AFrequency &targetFrequency);
+    void rebuildIndicesOfTypes(const QSet<int> &types);
     QList<ASpectrumMarker *> *listForTrace(int trace);
     bool takeFromTrace(ASpectrumMarker *marker);
     void dropTraceIfEmpty(int trace);

@@ -28,7 +28,8 @@ constexpr int kNoReference = -1;
 constexpr int kBelievedEntries = 100;
 
 // Setups that bring a list beyond this are numbered once at the end, since numbering after each marker has a cost that
-// grows with the square. The outcome is the same wherever the entries stand in the order in which they are stored.
+// grows with the square. In an empty list the outcome is the same if the entries of each type stand in the order of
+// their traces, as they are stored.
 constexpr int kNumberedOneByOne = 1000;
 
 // Of an array that is open for reading.
@@ -47,14 +48,6 @@ QVector<int> storedPositions(const QSettings &settings, int count)
     }
     std::sort(positions.begin(), positions.end());
     return positions;
-}
-
-// What growing step by step comes to; -1, no change, if there is room already.
-int grownPeakCount(int peakCount, int markerCount)
-{
-    if (markerCount <= peakCount)
-        return -1;
-    return peakCount + (markerCount - peakCount + kPeakStep - 1) / kPeakStep * kPeakStep;
 }
 
 } // namespace
@@ -137,17 +130,8 @@ void ASpectrumMarkerList::loadSetup(QSettings *settings, const QString &name)
     settings->endArray();
     settings->endGroup();
 
-    if (numberAtOnce) {
-        for (const int type : qAsConst(loadedTypes))
-            rebuildMarkerIndices(static_cast<ASpectrumMarker::Type>(type));
-        int maxima = 0;
-        int minima = 0;
-        for (const ASpectrumMarker *marker : qAsConst(d->allMarkers)) {
-            maxima += marker->type() == ASpectrumMarker::TypeMax ? 1 : 0;
-            minima += marker->type() == ASpectrumMarker::TypeMin ? 1 : 0;
-        }
-        updateBufferSizes(grownPeakCount(d->maxPeakCount, maxima), grownPeakCount(d->minPeakCount, minima));
-    }
+    if (numberAtOnce)
+        rebuildIndicesOfTypes(loadedTypes);
     if (name != kNoParticularSetup)
         d->setupName = name;
 }

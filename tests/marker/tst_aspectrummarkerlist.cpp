@@ -309,6 +309,8 @@ void TestASpectrumMarkerList::removingWhatIsNotHeldFails()
 {
     ASpectrumMarkerList list;
     QCOMPARE(list.removeMarker(nullptr), -1);
+    list.changeMarkerType(nullptr, ASpectrumMarker::TypeMin);
+    list.changeMarkerTrace(nullptr, 1);
     ASpectrumMarker foreign(Max);
     QCOMPARE(list.removeMarker(&foreign), -1);
     add(&list, Max, 0);

@@ -72,6 +72,11 @@ private Q_SLOTS:
     void stepsReachTheEdgesOfTheTrace();
     void stepsWithoutDataGoNowhere();
     void stepsConsiderTwentyPeaks();
+    void stepsConsiderNoMoreThanTwentyPeaks_data();
+    void stepsConsiderNoMoreThanTwentyPeaks();
+    void stepsToTheLeftOrAnywhereEndAtZeroHertz();
+    void stepsCompareInTheUnitOfTheFirstPoint();
+    void stepsReachPeaksHoweverNear();
     void aStepFromAPeakLeavesIt();
     void stepsNeedNoMarkers();
 
@@ -296,6 +301,63 @@ void TestASpectrumMarkerListPeaks::stepsConsiderTwentyPeaks()
     QCOMPARE(list.findPeakFrequency(0, megahertz(2), Qt::LayoutDirectionAuto, true), megahertz(4));
     // The range begins at the frequency itself, so the 20 peaks are those beyond it.
     QCOMPARE(list.findPeakFrequency(0, megahertz(44), Qt::LeftToRight, true), megahertz(46));
+}
+
+void TestASpectrumMarkerListPeaks::stepsConsiderNoMoreThanTwentyPeaks_data()
+{
+    QTest::addColumn<int>("maximaAtTheStart");
+    QTest::addColumn<AFrequency>("found");
+    QTest::newRow("the twentieth is another") << 19 << megahertz(4);
+    QTest::newRow("the twenty-first is") << 20 << AFrequency();
+}
+
+void TestASpectrumMarkerListPeaks::stepsConsiderNoMoreThanTwentyPeaks()
+{
+    QFETCH(int, maximaAtTheStart);
+    QList<AMeasurementValue> data = {point(0, megahertz(1))};
+    for (int i = 0; i < maximaAtTheStart; ++i)
+        data << point(9, megahertz(2)) << point(0, megahertz(2));
+    data << point(0, megahertz(3)) << point(5, megahertz(4)) << point(0, megahertz(5));
+    ASpectrumMarkerList list;
+    update(&list, data);
+    QTEST(list.findPeakFrequency(0, megahertz(2), Qt::LayoutDirectionAuto, true), "found");
+}
+
+void TestASpectrumMarkerListPeaks::stepsToTheLeftOrAnywhereEndAtZeroHertz()
+{
+    QList<AMeasurementValue> data = {point(0, megahertz(-3)), point(9, megahertz(-2)), point(0, megahertz(-1)),
+                                     point(5, megahertz(1)), point(0, megahertz(2))};
+    ASpectrumMarkerList list;
+    update(&list, data);
+    for (const auto direction : {Qt::RightToLeft, Qt::LayoutDirectionAuto}) {
+        QCOMPARE(list.findPeakFrequency(0, megahertz(2), direction, true), megahertz(1));
+        QVERIFY(list.findPeakFrequency(0, megahertz(1), direction, true).isNull());
+    }
+    QCOMPARE(list.findPeakFrequency(0, megahertz(-3), Qt::LeftToRight, true), megahertz(-2));
+}
+
+void TestASpectrumMarkerListPeaks::stepsCompareInTheUnitOfTheFirstPoint()
+{
+    // A level of another family is no number in the unit of the search, and so no peak.
+    const QList<AMeasurementValue> density = {point(1, megahertz(1), W_m2), point(5, megahertz(2), W_m2),
+                                              point(1, megahertz(3), W_m2)};
+    const QList<AMeasurementValue> power = {point(1, megahertz(4)), point(9, megahertz(5)), point(1, megahertz(6))};
+    ASpectrumMarkerList list;
+    update(&list, density + power);
+    QCOMPARE(list.findPeakFrequency(0, AFrequency(), Qt::LeftToRight, true), megahertz(2));
+    QCOMPARE(list.findPeakFrequency(0, megahertz(2), Qt::LayoutDirectionAuto, true), AFrequency());
+
+    update(&list, traceOf({1, 5, 1}, 200)); // no unit has this number: the levels count as they stand
+    QCOMPARE(list.findPeakFrequency(0, AFrequency(), Qt::LeftToRight, true), megahertz(2));
+}
+
+void TestASpectrumMarkerListPeaks::stepsReachPeaksHoweverNear()
+{
+    ASpectrumMarkerList list;
+    update(&list, {point(0, hertz(1000)), point(9, hertz(1001)), point(0, hertz(1002)), point(8, hertz(1003)),
+                   point(0, hertz(1004))});
+    QCOMPARE(list.findPeakFrequency(0, hertz(1001), Qt::LayoutDirectionAuto, true), hertz(1003));
+    QCOMPARE(list.findPeakFrequency(0, hertz(1003), Qt::LayoutDirectionAuto, true), hertz(1001));
 }
 
 void TestASpectrumMarkerListPeaks::aStepFromAPeakLeavesIt()

@@ -66,6 +66,9 @@ private Q_SLOTS:
     void negativeTargetsSurviveInMemory();
     void manyMarkersComeBackAsTheyWere();
     void manyMarkersHaveRoomForTheirPeaks();
+    void manyMarkersOfManyTypesLoadAsOneByOne_data();
+    void manyMarkersOfManyTypesLoadAsOneByOne();
+    void manyMarkersPassedOverStandBeforeTheirBlock();
 
 private:
     void writeEntry(int i, const QVariantMap &values)
@@ -404,6 +407,78 @@ void TestASpectrumMarkerListSetup::manyMarkersHaveRoomForTheirPeaks()
         for (int i = 0; i < count; ++i)
             QVERIFY(!list.at(i)->value().isEmpty());
     }
+}
+
+void TestASpectrumMarkerListSetup::manyMarkersOfManyTypesLoadAsOneByOne_data()
+{
+    QTest::addColumn<int>("types"); // from 100 on, beside the current ones
+    QTest::newRow("no other type") << 0;
+    QTest::newRow("one other type") << 1;
+    QTest::newRow("hundreds of other types") << 300;
+}
+
+void TestASpectrumMarkerListSetup::manyMarkersOfManyTypesLoadAsOneByOne()
+{
+    QFETCH(int, types);
+    QList<int> order;
+    for (int i = 0; i < types; ++i)
+        order.append(100 + i * 7 % types); // neither up nor down
+    order << Cal << Max << Std << Min;
+    ASpectrumMarkerList oneByOne;
+    int count = 0;
+    for (int trace = 0; trace < 4; ++trace) {
+        for (int i = 0; i < 1204 / order.size(); ++i) {
+            const int type = order.at(i % order.size());
+            writeEntry(count++, {{QStringLiteral("Type"), type}, {QStringLiteral("Trace"), trace}});
+            oneByOne.addMarker(static_cast<Type>(type), trace, AFrequency())
+                ->setDisplayOptions(ASpectrumMarker::ShowSymbol | ASpectrumMarker::ShowLabel);
+        }
+    }
+    for (int repeated = 0; repeated < 1001; ++repeated) {
+        const int type = order.at(repeated % order.size());
+        writeEntry(count++, {{QStringLiteral("Type"), type}, {QStringLiteral("Trace"), 4}});
+        oneByOne.addMarker(static_cast<Type>(type), 4, AFrequency())
+            ->setDisplayOptions(ASpectrumMarker::ShowSymbol | ASpectrumMarker::ShowLabel);
+    }
+    m_settings->setValue(QStringLiteral("s/Marker/size"), count);
+    ASpectrumMarkerList list;
+    list.loadSetup(m_settings.get(), QStringLiteral("s"));
+    QCOMPARE(describe(list), describe(oneByOne));
+    const auto typesAndNumbers = [](const QList<ASpectrumMarker *> &markers) {
+        QList<QList<int>> result;
+        for (const ASpectrumMarker *marker : markers)
+            result.append({marker->type(), marker->index()});
+        return result;
+    };
+    int held = 0;
+    for (int trace = 0; trace < 5; ++trace) {
+        QCOMPARE(typesAndNumbers(*list.trace(trace)), typesAndNumbers(*oneByOne.trace(trace)));
+        held += list.trace(trace)->size();
+    }
+    QCOMPARE(held, count);
+}
+
+void TestASpectrumMarkerListSetup::manyMarkersPassedOverStandBeforeTheirBlock()
+{
+    // Ten markers on trace 0 have the keys of the last ten on trace 1, which come first and so have lower numbers.
+    int count = 0;
+    for (int i = 0; i < 600; ++i)
+        writeEntry(count++, {{QStringLiteral("Trace"), 1}});
+    writeEntry(count++, {{QStringLiteral("Type"), int(Std)}});
+    for (int i = 0; i < 600; ++i)
+        writeEntry(count++, {{QStringLiteral("Trace"), 0}});
+    m_settings->setValue(QStringLiteral("s/Marker/size"), count);
+    ASpectrumMarkerList list;
+    list.loadSetup(m_settings.get(), QStringLiteral("s"));
+    QStringList expected;
+    for (int number = 602; number < 612; ++number) // counted on from trace 1, and never numbered
+        expected.append(QStringLiteral("Max %1").arg(number));
+    for (int number = 601; number < 1191; ++number)
+        expected.append(QStringLiteral("Max %1").arg(number));
+    expected.append(QStringLiteral("Std 1"));
+    QCOMPARE(namesOnTrace(list, 0), expected);
+    QCOMPARE(list.trace(1)->size(), 600);
+    QCOMPARE(list.trace(1)->last()->index(), 599);
 }
 
 QTEST_GUILESS_MAIN(TestASpectrumMarkerListSetup)
