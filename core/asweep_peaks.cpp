@@ -73,6 +73,36 @@ struct Search
         return before;
     }
 
+    // The last index of [from, end) up to which the levels rise, fall or stay as they do from `before` to `at`. No
+    // point before it is a peak. Moves both levels along.
+    int endOfSlope(int from, int end, double *before, double *at) const
+    {
+        const QList<AMeasurementValue>::const_iterator list = points; // as in firstOutside
+        const int comparedUnit = unit;
+        double previous = *before;
+        double current = *at;
+        int i = from;
+        const auto follow = [&](auto goesOn) {
+            for (; i + 1 < end; ++i) {
+                const AMeasurementValue &value = list[i + 1];
+                const double next = value.unit == comparedUnit ? value.level : level(i + 1);
+                if (!goesOn(current, next))
+                    break;
+                previous = current;
+                current = next;
+            }
+        };
+        if (current > previous)
+            follow([](double a, double b) { return b > a; });
+        else if (current < previous)
+            follow([](double a, double b) { return b < a; });
+        else if (current == previous)
+            follow([](double a, double b) { return b == a; });
+        *before = previous;
+        *at = current;
+        return i;
+    }
+
     // The first index of [from, to] for which `holds` is false, else to + 1; `holds` is true up to some point. The
     // steps double, since the answer is mostly near.
     template<typename Holds>
@@ -403,8 +433,9 @@ int ASweep::extractPeaks(const QList<AMeasurementValue> &data, int firstIndex, i
             const int end = std::min({search.last + 1, highest.cellEnd(), lowest.cellEnd()});
             i = search.firstOutside(i, end, lowest.gate(), highest.gate());
             if (i < end) {
-                const double level = search.level(i);
-                const double before = search.levelBefore(i);
+                double level = search.level(i);
+                double before = search.levelBefore(i);
+                i = search.endOfSlope(i, end, &before, &level);
                 if (level >= highest.gate() && !(level <= before))
                     highest.offer(i, level);
                 if (level <= lowest.gate() && !(level >= before))
