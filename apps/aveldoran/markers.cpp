@@ -139,6 +139,12 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
             QStringLiteral("markers: --plot expects the name of a PNG file, not '%1'").arg(options->picture));
         return false;
     }
+    const QString replaced = QFileInfo(options->picture).canonicalFilePath(); // empty if there is no such file
+    if (parser.isSet(plot) && !replaced.isEmpty() && replaced == QFileInfo(options->traceFile).canonicalFilePath()) {
+        Console::error(
+            QStringLiteral("markers: --plot would replace the trace file %1 by the picture").arg(options->traceFile));
+        return false;
+    }
     return true;
 }
 

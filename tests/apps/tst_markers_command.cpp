@@ -67,6 +67,8 @@ private Q_SLOTS:
     void drawsWhereNothingIsToBeSeen();
     void reportsAPictureThatCanNotBeWritten();
     void keepsAnOldPictureThatItCanNotReplace();
+    void neverReplacesTheTrace_data();
+    void neverReplacesTheTrace();
     void namesFileAndLineOfABadTrace_data();
     void namesFileAndLineOfABadTrace();
     void reportsOutputThatCanNotBeWritten();
@@ -313,6 +315,30 @@ void TestMarkersCommand::keepsAnOldPictureThatItCanNotReplace()
     QFile file(picture);
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.readAll(), QByteArray("an old picture"));
+}
+
+void TestMarkersCommand::neverReplacesTheTrace_data()
+{
+    QTest::addColumn<QString>("picture"); // in the directory of the trace
+    QTest::newRow("the same name") << "trace.png";
+    QTest::newRow("another way to it") << "folder/../trace.png";
+    QTest::newRow("a link to it") << "link.png";
+}
+
+void TestMarkersCommand::neverReplacesTheTrace()
+{
+    QFETCH(QString, picture);
+    const QString trace = write("trace.png", kTrace);
+    QVERIFY(QDir(m_directory->path()).mkdir("folder"));
+    QVERIFY(QFile::link(trace, path("link.png")));
+    const Run result = run({"markers", trace, "--plot", path(picture)});
+    QCOMPARE(result.exitStatus, 2);
+    QCOMPARE(result.output, QString());
+    QCOMPARE(result.errors,
+             QStringLiteral("aveldoran: markers: --plot would replace the trace file %1 by the picture\n").arg(trace));
+    QFile file(trace);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), QByteArray(kTrace));
 }
 
 void TestMarkersCommand::namesFileAndLineOfABadTrace_data()
