@@ -14,6 +14,7 @@
 #include <QtCore/QJsonObject>
 
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -156,6 +157,11 @@ void setMarkers(const Trace &trace, const Options &options, ASpectrumMarkerList 
         list->addMarker(ASpectrumMarker::TypeMin, kTrace, AFrequency());
     for (const AFrequency &frequency : options.frequencies)
         list->addMarker(ASpectrumMarker::TypeStd, kTrace, frequency);
+    // A marker without a value keeps it if its peak has the level 0, so there are values that no peak equals.
+    const AMeasurementValue noLevel(std::numeric_limits<double>::quiet_NaN(), static_cast<unsigned char>(trace.unit),
+                                    trace.values.constFirst().frequency, 0, 0.0);
+    for (int i = 0; i < options.maxima + options.minima; ++i)
+        list->at(i)->setValue(noLevel); // maxima and minima come first
     list->updateMarkerValues(trace.values, kTrace, trace.values.constFirst().frequency,
                              trace.values.constLast().frequency, trace.unit, options.spacing);
     if (options.reference == 0)

@@ -56,6 +56,8 @@ private Q_SLOTS:
     void setsSixMaximaIfNothingIsAskedFor();
     void readsTheLevelAtFrequencies();
     void showsDifferencesToTheReference();
+    void showsPeaksOfLevelZero_data();
+    void showsPeaksOfLevelZero();
     void keepsPeaksApart();
     void printsJson();
     void numbersThatAreNoneAreNullInJson();
@@ -146,6 +148,31 @@ void TestMarkersCommand::showsDifferencesToTheReference()
         QStringList({"1 Max 1 103 MHz -35.00 dBm +5.00 dBm +5.00 dBm @ +2.000 MHz (Δ Max 2)",
                      "2 Max 2 101 MHz -40.00 dBm - -40.00 dBm @ 101.000 MHz",
                      "3 Std 1 104 MHz -85.00 dBm -45.00 dBm -45.00 dBm @ +3.000 MHz (Δ Max 2)", "4 Std 2 - - - -"}));
+}
+
+void TestMarkersCommand::showsPeaksOfLevelZero_data()
+{
+    QTest::addColumn<QString>("sort");
+    QTest::addColumn<QByteArray>("trace");
+    QTest::addColumn<QStringList>("lines");
+
+    QTest::newRow("maxima") << "--max" << QByteArray("100 MHz;-50\n101 MHz;0\n102 MHz;-50\n103 MHz;-20\n104 MHz;-60\n")
+                            << QStringList({"1 Max 1 101 MHz 0.00 dBm - 0.00 dBm @ 101.000 MHz",
+                                            "2 Max 2 103 MHz -20.00 dBm - -20.00 dBm @ 103.000 MHz",
+                                            "3 Max 3 - - - -"});
+    QTest::newRow("minima") << "--min" << QByteArray("100 MHz;50\n101 MHz;0\n102 MHz;50\n103 MHz;20\n104 MHz;60\n")
+                            << QStringList({"1 Min 1 101 MHz 0.00 dBm - 0.00 dBm @ 101.000 MHz",
+                                            "2 Min 2 103 MHz 20.00 dBm - 20.00 dBm @ 103.000 MHz", "3 Min 3 - - - -"});
+}
+
+void TestMarkersCommand::showsPeaksOfLevelZero()
+{
+    QFETCH(QString, sort);
+    QFETCH(QByteArray, trace);
+    QFETCH(QStringList, lines);
+    const Run result = run({"markers", sort, "3", write("a.csv", trace)});
+    QCOMPARE(result.exitStatus, 0);
+    QCOMPARE(simplifiedLines(result.output).mid(2), lines);
 }
 
 void TestMarkersCommand::keepsPeaksApart()
