@@ -56,6 +56,7 @@ private Q_SLOTS:
     void setsSixMaximaIfNothingIsAskedFor();
     void readsTheLevelAtFrequencies();
     void showsDifferencesToTheReference();
+    void showsADifferenceOfFrequenciesInItsOwnUnit();
     void showsPeaksOfLevelZero_data();
     void showsPeaksOfLevelZero();
     void keepsPeaksApart();
@@ -150,6 +151,34 @@ void TestMarkersCommand::showsDifferencesToTheReference()
                      "3 Std 1 104 MHz -85.00 dBm -45.00 dBm -45.00 dBm @ +3.000 MHz (Δ Max 2)", "4 Std 2 - - - -"}));
 }
 
+void TestMarkersCommand::showsADifferenceOfFrequenciesInItsOwnUnit()
+{
+    const QString file = write("a.csv", kTrace);
+    const QStringList arguments = {"markers", "--min", "1", "--at",        "100.25 MHz", "--at",
+                                   "101 MHz", "--at",  "1", "--reference", "1",          file};
+    Run result = run(arguments);
+    QCOMPARE(result.exitStatus, 0);
+    QCOMPARE(
+        simplifiedLines(result.output).mid(2),
+        QStringList({"1 Min 1 100.5 MHz -90.00 dBm - -90.00 dBm @ 100.500 MHz",
+                     "2 Std 1 100.25 MHz -60.00 dBm +30.00 dBm +30.00 dBm @ -250.000 kHz (Δ Min 1)",
+                     "3 Std 2 101 MHz -40.00 dBm +50.00 dBm +50.00 dBm @ +500.000 kHz (Δ Min 1)", "4 Std 3 - - - -"}));
+
+    result = run(arguments + QStringList({"--format", "json"}));
+    QCOMPARE(result.exitStatus, 0);
+    const QJsonArray printed = QJsonDocument::fromJson(result.output.toUtf8()).array();
+    QCOMPARE(printed.size(), 4);
+    QVERIFY(!printed.at(0).toObject().contains("deltaHz"));
+    QCOMPARE(printed.at(1).toObject().value("deltaHz"), QJsonValue(-250000));
+    QCOMPARE(printed.at(2).toObject().value("deltaHz"), QJsonValue(500000));
+    QVERIFY(!printed.at(3).toObject().contains("deltaHz"));
+
+    // A reference without a value is where it is pinned.
+    result = run({"markers", "--max", "1", "--at", "1 MHz", "--reference", "2", "--format", "json", file});
+    QCOMPARE(QJsonDocument::fromJson(result.output.toUtf8()).array().at(0).toObject().value("deltaHz"),
+             QJsonValue(102000000));
+}
+
 void TestMarkersCommand::showsPeaksOfLevelZero_data()
 {
     QTest::addColumn<QString>("sort");
@@ -205,6 +234,7 @@ void TestMarkersCommand::printsJson()
                     {"level", -85.0},
                     {"unit", "dBm"},
                     {"reference", "Max 1"},
+                    {"deltaHz", 1e6},
                     {"valueText", "-85.00 dBm"},
                     {"deltaText", "-50.00 dBm"},
                     {"labelItems", QJsonArray{"Std 1", "-50.00", "dBm", "@", "+1.000", "MHz", "(Δ Max 1)"}},
