@@ -14,6 +14,7 @@
 #include <QtCore/QJsonObject>
 
 #include <cmath>
+#include <limits>
 
 namespace {
 
@@ -66,7 +67,7 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral(
         "Sets markers on a trace and prints them, one a line: number, name, level, difference to the reference\n"
-        "marker, and the label as a display shows it. Maxima come highest first, minima lowest first, from the second\n"
+        "marker, and a label for a display. Maxima come highest first, minima lowest first, from the second\n"
         "point of the trace on; a marker at a frequency reads the level between the points beside it.\n\n"
         "Example: aveldoran markers trace.csv --max 3 --at 100.5MHz --reference 1 --plot trace.png"));
     const auto number = QStringLiteral("N");
@@ -139,6 +140,12 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
             QStringLiteral("markers: --plot expects the name of a PNG file, not '%1'").arg(options->picture));
         return false;
     }
+    const QString replaced = QFileInfo(options->picture).canonicalFilePath(); // empty if there is no such file
+    if (parser.isSet(plot) && !replaced.isEmpty() && replaced == QFileInfo(options->traceFile).canonicalFilePath()) {
+        Console::error(
+            QStringLiteral("markers: --plot would replace the trace file %1 by the picture").arg(options->traceFile));
+        return false;
+    }
     return true;
 }
 
@@ -150,6 +157,11 @@ void setMarkers(const Trace &trace, const Options &options, ASpectrumMarkerList 
         list->addMarker(ASpectrumMarker::TypeMin, kTrace, AFrequency());
     for (const AFrequency &frequency : options.frequencies)
         list->addMarker(ASpectrumMarker::TypeStd, kTrace, frequency);
+    // A marker without a value keeps it if its peak has the level 0, so there are values that no peak equals.
+    const AMeasurementValue noLevel(std::numeric_limits<double>::quiet_NaN(), static_cast<unsigned char>(trace.unit),
+                                    trace.values.constFirst().frequency, 0, 0.0);
+    for (int i = 0; i < options.maxima + options.minima; ++i)
+        list->at(i)->setValue(noLevel); // maxima and minima come first
     list->updateMarkerValues(trace.values, kTrace, trace.values.constFirst().frequency,
                              trace.values.constLast().frequency, trace.unit, options.spacing);
     if (options.reference == 0)
@@ -162,13 +174,40 @@ void setMarkers(const Trace &trace, const Options &options, ASpectrumMarkerList 
     }
 }
 
+bool hasFrequencyDifference(const ASpectrumMarker &marker)
+{
+    const ASpectrumMarker *reference = marker.referenceMarker();
+    return reference && !marker.value().isEmpty() &&
+           (!reference->value().isEmpty() || reference->targetFrequency() > AFrequency());
+}
+
+// To where the reference was pinned if it has no value.
+AFrequency frequencyDifference(const ASpectrumMarker &marker)
+{
+    const ASpectrumMarker &reference = *marker.referenceMarker();
+    return marker.value().frequency -
+           (reference.value().isEmpty() ? reference.targetFrequency() : reference.value().frequency);
+}
+
+// The label items, where number and unit of a difference of frequencies belong together: in the library's items the
+// unit is that of the marker's own frequency.
+QStringList labelItems(const ASpectrumMarker &marker, const emu_entry *unit)
+{
+    constexpr int kFrequency = 4;
+    constexpr int kFrequencyUnit = 5;
+    QStringList items = marker.labelItems(unit, nullptr);
+    if (hasFrequencyDifference(marker) && !items.at(kFrequency).isEmpty())
+        items[kFrequencyUnit] = QLatin1String(AFrequency::suffixForUnit(frequencyDifference(marker).autoUnit()));
+    return items;
+}
+
 // The texts of one line, a cell for each column.
 QStringList rowOf(int number, const ASpectrumMarker &marker, const emu_entry *unit)
 {
     const QString frequency = marker.value().isEmpty() ? QStringLiteral("-") : shortFrequency(marker.value().frequency);
     QStringList row = {QString::number(number), marker.name(), frequency, marker.valueAsString(unit, nullptr, true),
                        marker.deltaAsString(unit, nullptr, true)};
-    QStringList items = marker.labelItems(unit, nullptr);
+    QStringList items = labelItems(marker, unit);
     items.removeFirst(); // the name
     while (items.size() < 6)
         items += QString();
@@ -226,6 +265,8 @@ QJsonObject markerAsJson(const ASpectrumMarker &marker, const emu_entry *unit)
         object[QStringLiteral("targetHz")] = marker.targetFrequency().floatValue(AFrequency::Hz);
     if (marker.referenceMarker())
         object[QStringLiteral("reference")] = marker.referenceMarker()->name();
+    if (hasFrequencyDifference(marker))
+        object[QStringLiteral("deltaHz")] = frequencyDifference(marker).floatValue(AFrequency::Hz);
     object[QStringLiteral("valueText")] = marker.valueAsString(unit, nullptr, true);
     object[QStringLiteral("deltaText")] = marker.deltaAsString(unit, nullptr, true);
     object[QStringLiteral("labelItems")] = QJsonArray::fromStringList(marker.labelItems(unit, nullptr));
@@ -259,7 +300,7 @@ bool drawPicture(const Trace &trace, const Markers &markers, const Options &opti
     for (const ASpectrumMarker *marker : markers) {
         if (!marker->value().isEmpty())
             plot.addMarker(marker->value().frequency.floatValue(AFrequency::Hz), marker->value().level,
-                           marker->labelItems(unit, nullptr).join(QLatin1Char(' ')).trimmed(),
+                           labelItems(*marker, unit).join(QLatin1Char(' ')).trimmed(),
                            marker->type() == ASpectrumMarker::TypeMin ? Plot::BelowPoint : Plot::AbovePoint);
     }
     QString errorText;

@@ -56,6 +56,9 @@ private Q_SLOTS:
     void setsSixMaximaIfNothingIsAskedFor();
     void readsTheLevelAtFrequencies();
     void showsDifferencesToTheReference();
+    void showsADifferenceOfFrequenciesInItsOwnUnit();
+    void showsPeaksOfLevelZero_data();
+    void showsPeaksOfLevelZero();
     void keepsPeaksApart();
     void printsJson();
     void numbersThatAreNoneAreNullInJson();
@@ -67,6 +70,8 @@ private Q_SLOTS:
     void drawsWhereNothingIsToBeSeen();
     void reportsAPictureThatCanNotBeWritten();
     void keepsAnOldPictureThatItCanNotReplace();
+    void neverReplacesTheTrace_data();
+    void neverReplacesTheTrace();
     void namesFileAndLineOfABadTrace_data();
     void namesFileAndLineOfABadTrace();
     void reportsOutputThatCanNotBeWritten();
@@ -146,6 +151,59 @@ void TestMarkersCommand::showsDifferencesToTheReference()
                      "3 Std 1 104 MHz -85.00 dBm -45.00 dBm -45.00 dBm @ +3.000 MHz (Δ Max 2)", "4 Std 2 - - - -"}));
 }
 
+void TestMarkersCommand::showsADifferenceOfFrequenciesInItsOwnUnit()
+{
+    const QString file = write("a.csv", kTrace);
+    const QStringList arguments = {"markers", "--min", "1", "--at",        "100.25 MHz", "--at",
+                                   "101 MHz", "--at",  "1", "--reference", "1",          file};
+    Run result = run(arguments);
+    QCOMPARE(result.exitStatus, 0);
+    QCOMPARE(
+        simplifiedLines(result.output).mid(2),
+        QStringList({"1 Min 1 100.5 MHz -90.00 dBm - -90.00 dBm @ 100.500 MHz",
+                     "2 Std 1 100.25 MHz -60.00 dBm +30.00 dBm +30.00 dBm @ -250.000 kHz (Δ Min 1)",
+                     "3 Std 2 101 MHz -40.00 dBm +50.00 dBm +50.00 dBm @ +500.000 kHz (Δ Min 1)", "4 Std 3 - - - -"}));
+
+    result = run(arguments + QStringList({"--format", "json"}));
+    QCOMPARE(result.exitStatus, 0);
+    const QJsonArray printed = QJsonDocument::fromJson(result.output.toUtf8()).array();
+    QCOMPARE(printed.size(), 4);
+    QVERIFY(!printed.at(0).toObject().contains("deltaHz"));
+    QCOMPARE(printed.at(1).toObject().value("deltaHz"), QJsonValue(-250000));
+    QCOMPARE(printed.at(2).toObject().value("deltaHz"), QJsonValue(500000));
+    QVERIFY(!printed.at(3).toObject().contains("deltaHz"));
+
+    // A reference without a value is where it is pinned.
+    result = run({"markers", "--max", "1", "--at", "1 MHz", "--reference", "2", "--format", "json", file});
+    QCOMPARE(QJsonDocument::fromJson(result.output.toUtf8()).array().at(0).toObject().value("deltaHz"),
+             QJsonValue(102000000));
+}
+
+void TestMarkersCommand::showsPeaksOfLevelZero_data()
+{
+    QTest::addColumn<QString>("sort");
+    QTest::addColumn<QByteArray>("trace");
+    QTest::addColumn<QStringList>("lines");
+
+    QTest::newRow("maxima") << "--max" << QByteArray("100 MHz;-50\n101 MHz;0\n102 MHz;-50\n103 MHz;-20\n104 MHz;-60\n")
+                            << QStringList({"1 Max 1 101 MHz 0.00 dBm - 0.00 dBm @ 101.000 MHz",
+                                            "2 Max 2 103 MHz -20.00 dBm - -20.00 dBm @ 103.000 MHz",
+                                            "3 Max 3 - - - -"});
+    QTest::newRow("minima") << "--min" << QByteArray("100 MHz;50\n101 MHz;0\n102 MHz;50\n103 MHz;20\n104 MHz;60\n")
+                            << QStringList({"1 Min 1 101 MHz 0.00 dBm - 0.00 dBm @ 101.000 MHz",
+                                            "2 Min 2 103 MHz 20.00 dBm - 20.00 dBm @ 103.000 MHz", "3 Min 3 - - - -"});
+}
+
+void TestMarkersCommand::showsPeaksOfLevelZero()
+{
+    QFETCH(QString, sort);
+    QFETCH(QByteArray, trace);
+    QFETCH(QStringList, lines);
+    const Run result = run({"markers", sort, "3", write("a.csv", trace)});
+    QCOMPARE(result.exitStatus, 0);
+    QCOMPARE(simplifiedLines(result.output).mid(2), lines);
+}
+
 void TestMarkersCommand::keepsPeaksApart()
 {
     const Run result = run({"markers", "--max", "3", "--spacing", "2.5 MHz", write("a.csv", kTrace)});
@@ -176,6 +234,7 @@ void TestMarkersCommand::printsJson()
                     {"level", -85.0},
                     {"unit", "dBm"},
                     {"reference", "Max 1"},
+                    {"deltaHz", 1e6},
                     {"valueText", "-85.00 dBm"},
                     {"deltaText", "-50.00 dBm"},
                     {"labelItems", QJsonArray{"Std 1", "-50.00", "dBm", "@", "+1.000", "MHz", "(Δ Max 1)"}},
@@ -313,6 +372,30 @@ void TestMarkersCommand::keepsAnOldPictureThatItCanNotReplace()
     QFile file(picture);
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.readAll(), QByteArray("an old picture"));
+}
+
+void TestMarkersCommand::neverReplacesTheTrace_data()
+{
+    QTest::addColumn<QString>("picture"); // in the directory of the trace
+    QTest::newRow("the same name") << "trace.png";
+    QTest::newRow("another way to it") << "folder/../trace.png";
+    QTest::newRow("a link to it") << "link.png";
+}
+
+void TestMarkersCommand::neverReplacesTheTrace()
+{
+    QFETCH(QString, picture);
+    const QString trace = write("trace.png", kTrace);
+    QVERIFY(QDir(m_directory->path()).mkdir("folder"));
+    QVERIFY(QFile::link(trace, path("link.png")));
+    const Run result = run({"markers", trace, "--plot", path(picture)});
+    QCOMPARE(result.exitStatus, 2);
+    QCOMPARE(result.output, QString());
+    QCOMPARE(result.errors,
+             QStringLiteral("aveldoran: markers: --plot would replace the trace file %1 by the picture\n").arg(trace));
+    QFile file(trace);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), QByteArray(kTrace));
 }
 
 void TestMarkersCommand::namesFileAndLineOfABadTrace_data()
