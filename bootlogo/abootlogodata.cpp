@@ -1,6 +1,5 @@
 #include "bootlogo/abootlogodata.h"
 
-#include <QtCore/QtDebug>
 #include <QtGui/QBitmap>
 #include <QtGui/QImage>
 #include <QtGui/QPainter>
@@ -124,25 +123,22 @@ LetterBits ABootlogoData::textToBits(const QString &text)
     return result;
 }
 
+// What textToBits gives, painted by column without making the points. Reads no further than the picture is wide.
 void ABootlogoData::writeText(int col, int row, const QString &text)
 {
-    writeFittingText(col, row, text);
-}
-
-// What textToBits gives, painted by column without making the points. Reads no further than the picture is wide.
-void ABootlogoData::writeFittingText(qint64 col, qint64 row, const QString &text)
-{
-    for (int i = 0; i < text.size() && col < m_cols; ++i) {
+    qint64 atCol = col;
+    for (int i = 0; i < text.size() && atCol < m_cols; ++i) {
         const FontLetter *letter = findLetter(text.at(i));
         const int glyphColumns = columnsOf(letter);
         const int columns = glyphColumns + (i < text.size() - 1 ? 1 : 0);
-        for (int column = 0; column < columns; ++column, ++col) {
-            if (col < 0 || col >= m_cols)
+        for (int column = 0; column < columns; ++column, ++atCol) {
+            if (atCol < 0 || atCol >= m_cols)
                 continue;
             for (int y = 0; y < kGlyphRows; ++y) {
-                if (row + y >= 0 && row + y < m_rows) {
+                const qint64 atRow = qint64{row} + y;
+                if (atRow >= 0 && atRow < m_rows) {
                     const bool lit = column < glyphColumns && isLit(*letter, column, y);
-                    setPixel(static_cast<int>(col), static_cast<int>(row + y), lit);
+                    setPixel(static_cast<int>(atCol), static_cast<int>(atRow), lit);
                 }
             }
         }

@@ -103,8 +103,6 @@ Q_SIGNALS:
 private:
     Q_DISABLE_COPY(ABootlogoData)
 
-    void writeFittingText(qint64 col, qint64 row, const QString &text);
-
     QBitArray m_bits; // the pixel (col, row) is bit row * cols + col; a loaded stream makes it shorter or longer
     int m_rows = 0;
     int m_cols = 0;

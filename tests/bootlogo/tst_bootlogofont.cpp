@@ -20,41 +20,30 @@ struct Band
 };
 
 constexpr Band kBands[] = {
-    {"ABCDEFGHI",
-     ".#.  ##.  .##  ##.  ###  ###  ###  #.#  ###",
-     "#.#  #.#  #..  #.#  #..  #..  #..  #.#  .#.",
-     "###  ##.  #..  #.#  ##.  ###  #.#  ###  .#.",
-     "#.#  #.#  #..  #.#  #..  #..  #.#  #.#  .#.",
+    {"ABCDEFGHI", ".#.  ##.  .##  ##.  ###  ###  ###  #.#  ###", "#.#  #.#  #..  #.#  #..  #..  #..  #.#  .#.",
+     "###  ##.  #..  #.#  ##.  ###  #.#  ###  .#.", "#.#  #.#  #..  #.#  #..  #..  #.#  #.#  .#.",
      "#.#  ##.  .##  ##.  ###  #..  ###  #.#  ###"},
-    {"JKLMNOPQR",
-     "..#  #..#  #..  ##.##  #..#  ###  ##.  .##.  ##.",
-     "..#  #.#.  #..  #.#.#  ##.#  #.#  #.#  #..#  #.#",
-     "..#  ##..  #..  #.#.#  #.##  #.#  ##.  #..#  ##.",
-     "#.#  #.#.  #..  #...#  #..#  #.#  #..  #.##  #.#",
-     "###  #..#  ###  #...#  #..#  ###  #..  .###  #.#"},
-    {"STUVWXYZ0",
-     "###  ###  #.#  #.#  #...#  #.#  #.#  ###  .#.",
-     "#..  .#.  #.#  #.#  #...#  .#.  #.#  ..#  #.#",
-     "###  .#.  #.#  #.#  #.#.#  .#.  .#.  .#.  #.#",
-     "..#  .#.  #.#  #.#  #.#.#  .#.  .#.  #..  #.#",
+    {"JKLMNOPQR", "..#  #..#  #..  ##.##  #..#  ###  ##.  .##.  ##.",
+     "..#  #.#.  #..  #.#.#  ##.#  #.#  #.#  #..#  #.#", "..#  ##..  #..  #.#.#  #.##  #.#  ##.  #..#  ##.",
+     "#.#  #.#.  #..  #...#  #..#  #.#  #..  #.##  #.#", "###  #..#  ###  #...#  #..#  ###  #..  .###  #.#"},
+    {"STUVWXYZ0", "###  ###  #.#  #.#  #...#  #.#  #.#  ###  .#.", "#..  .#.  #.#  #.#  #...#  .#.  #.#  ..#  #.#",
+     "###  .#.  #.#  #.#  #.#.#  .#.  .#.  .#.  #.#", "..#  .#.  #.#  #.#  #.#.#  .#.  .#.  #..  #.#",
      "###  .#.  ###  .#.  .#.#.  #.#  .#.  ###  .#."},
-    {"123456789",
-     ".#  .#.  ##.  #.#  ###  .##  ###  ###  ###",
-     "##  #.#  ..#  #.#  #..  #..  ..#  #.#  #.#",
-     ".#  ..#  .#.  ###  ##.  ###  .#.  ###  ###",
-     ".#  .#.  ..#  ..#  ..#  #.#  .#.  #.#  ..#",
+    {"123456789", ".#  .#.  ##.  #.#  ###  .##  ###  ###  ###", "##  #.#  ..#  #.#  #..  #..  ..#  #.#  #.#",
+     ".#  ..#  .#.  ###  ##.  ###  .#.  ###  ###", ".#  .#.  ..#  ..#  ..#  #.#  .#.  #.#  ..#",
      ".#  ###  ##.  ..#  ##.  ###  #..  ###  .#."},
-    {".:-!+ _",
-     ".  .  ..  #  ...  .  ...",
-     ".  .  ..  #  .#.  .  ...",
-     ".  #  ##  #  ###  .  ...",
-     ".  .  ..  .  .#.  .  ...",
-     "#  #  ..  #  ...  .  ###"},
+    {".:-!+ _", ".  .  ..  #  ...  .  ...", ".  .  ..  #  .#.  .  ...", ".  #  ##  #  ###  .  ...",
+     ".  .  ..  .  .#.  .  ...", "#  #  ..  #  ...  .  ###"},
 };
 
 const FontLetter *const kRecords[] = {
-&letter_A, &letter_B, &letter_C, &letter_D, &letter_E, &letter_F, &letter_G, &letter_H, &letter_I, &letter_J, &letter_K, &letter_L, &letter_M, &letter_N, &letter_O, &letter_P, &letter_Q, &letter_R, &letter_S, &letter_T, &letter_U, &letter_V, &letter_W, &letter_X, &letter_Y, &letter_Z, &letter_0, &letter_1, &letter_2, &letter_3, &letter_4, &letter_5, &letter_6, &letter_7, &letter_8, &letter_9, &letter_dot, &letter_colon, &letter_dash, &letter_exclamation, &letter_plus, &letter_space, &letter_underscore
-};
+    &letter_A,         &letter_B,   &letter_C,     &letter_D,    &letter_E,           &letter_F,    &letter_G,
+    &letter_H,         &letter_I,   &letter_J,     &letter_K,    &letter_L,           &letter_M,    &letter_N,
+    &letter_O,         &letter_P,   &letter_Q,     &letter_R,    &letter_S,           &letter_T,    &letter_U,
+    &letter_V,         &letter_W,   &letter_X,     &letter_Y,    &letter_Z,           &letter_0,    &letter_1,
+    &letter_2,         &letter_3,   &letter_4,     &letter_5,    &letter_6,           &letter_7,    &letter_8,
+    &letter_9,         &letter_dot, &letter_colon, &letter_dash, &letter_exclamation, &letter_plus, &letter_space,
+    &letter_underscore};
 
 constexpr int kGlyphs = 43;
 
@@ -265,8 +254,8 @@ void TestBootlogoFont::rendersTexts_data()
                                                    "..#.", //
                                                    "..#.", //
                                                    ".###"};
-    QTest::newRow("a character of two units counts twice") << QString::fromUtf8("\xf0\x9f\x98\x80.")
-                                                           << QStringList{"...", "...", "...", "...", "..#"};
+    QTest::newRow("a character of two units counts twice")
+        << QString::fromUtf8("\xf0\x9f\x98\x80.") << QStringList{"...", "...", "...", "...", "..#"};
 }
 
 void TestBootlogoFont::rendersTexts()
