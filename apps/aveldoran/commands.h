@@ -12,3 +12,4 @@ enum ExitStatus
 };
 
 int runChannels(const QStringList &arguments);
+int runLogo(const QStringList &arguments);

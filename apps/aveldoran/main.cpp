@@ -1,9 +1,11 @@
 #include "apps/aveldoran/commands.h"
 #include "apps/aveldoran/console.h"
 
-#include <QtCore/QCoreApplication>
+#include <QtGui/QGuiApplication>
 
 #include <algorithm>
+#include <iterator>
+#include <memory>
 
 namespace {
 
@@ -12,11 +14,38 @@ struct Command
     const char *name;
     const char *summary;
     int (*run)(const QStringList &arguments);
+    bool draws = false; // needs a GUI application
 };
 
 constexpr Command kCommands[] = {
     {"channels", "build a channel plan from profile files and print it", runChannels},
+    {"logo", "compose the boot logo of a device", runLogo, true},
 };
+
+const Command *findCommand(const QString &name)
+{
+    const auto *command = std::find_if(std::begin(kCommands), std::end(kCommands),
+                                       [&name](const Command &known) { return name == QLatin1String(known.name); });
+    return command != std::end(kCommands) ? command : nullptr;
+}
+
+void dropWarning(QtMsgType type, const QMessageLogContext &, const QString &text)
+{
+    if (type == QtFatalMsg)
+        Console::error(text);
+}
+
+// Pictures are drawn without a display. What Qt warns of while it looks for a desktop is of no use to a user.
+std::unique_ptr<QCoreApplication> makeApplication(bool draws, int &argc, char **argv)
+{
+    if (!draws)
+        return std::make_unique<QCoreApplication>(argc, argv);
+    qputenv("QT_QPA_PLATFORM", "minimal");
+    const QtMessageHandler before = qInstallMessageHandler(dropWarning);
+    auto application = std::make_unique<QGuiApplication>(argc, argv);
+    qInstallMessageHandler(before);
+    return application;
+}
 
 QString usage()
 {
@@ -34,7 +63,8 @@ QString usage()
 
 int main(int argc, char **argv)
 {
-    const QCoreApplication application(argc, argv);
+    const Command *command = findCommand(argc > 1 ? QString::fromLocal8Bit(argv[1]) : QString());
+    const auto application = makeApplication(command && command->draws, argc, argv);
     QCoreApplication::setOrganizationName(QStringLiteral("Aveldoran"));
     QCoreApplication::setApplicationName(QStringLiteral("aveldoran"));
     QCoreApplication::setApplicationVersion(QStringLiteral(AVELDORAN_VERSION));
@@ -49,9 +79,7 @@ int main(int argc, char **argv)
         Console::write(QStringLiteral("aveldoran %1\n").arg(QCoreApplication::applicationVersion()));
         return Console::finish() ? ExitDone : ExitFailed;
     }
-    const auto *command = std::find_if(std::begin(kCommands), std::end(kCommands),
-                                       [&name](const Command &known) { return name == QLatin1String(known.name); });
-    if (command == std::end(kCommands)) {
+    if (!command) {
         Console::error(name.isEmpty() ? QStringLiteral("a command is missing; see 'aveldoran --help'")
                                       : QStringLiteral("unknown command '%1'; see 'aveldoran --help'").arg(name));
         return ExitUsage;
