@@ -44,6 +44,13 @@ AChannelInfo::RangeType typeFromNumber(int number)
     }
 }
 
+// Shared: a QVariant keeps a colour on the heap.
+const QVariant &noColor()
+{
+    static const QVariant color = QVariant::fromValue(QColor());
+    return color;
+}
+
 } // namespace
 
 AChannelInfo::AChannelInfo(AChannelInfo *parent, RangeType type, const AFrequency &begin, const AFrequency &end,
@@ -53,7 +60,7 @@ AChannelInfo::AChannelInfo(AChannelInfo *parent, RangeType type, const AFrequenc
     , m_endFrequency(end)
     , m_label(label)
     , m_selectable(selectable)
-    , m_color(QVariant::fromValue(QColor()))
+    , m_color(noColor())
     , m_type(type)
 {}
 
@@ -186,9 +193,14 @@ int AChannelInfo::columnCount() const
 
 QColor AChannelInfo::color() const
 {
-    if (m_color.userType() != QMetaType::QString)
-        return m_color.value<QColor>();
-    const QString text = m_color.toString(); // asked first, since QColor warns about a text that is no colour
+    return colorFromVariant(m_color);
+}
+
+QColor AChannelInfo::colorFromVariant(const QVariant &value)
+{
+    if (value.userType() != QMetaType::QString)
+        return value.value<QColor>();
+    const QString text = value.toString(); // asked first, since QColor warns about a text that is no colour
     return QColor::isValidColor(text) ? QColor(text) : QColor();
 }
 

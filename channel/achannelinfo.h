@@ -12,7 +12,9 @@
 #include <QtGui/QColor>
 
 class AProfile;
+class QDomDocument;
 class QDomElement;
+class QIODevice;
 
 // One node of the channel plan: a named frequency range with narrower ranges below it. A node owns its children, and
 // takes itself out of its parent when it is deleted, so a subtree is removed by deleting its top node. Trees of any
@@ -110,6 +112,20 @@ public:
     static QList<AChannelInfo *> processXmlElement(QDomElement *element, AChannelInfo *parent, bool selectable,
                                                    bool expandMirrors, bool expandAutoChannels);
 
+    // --- writing, and reading EFIS exports ---
+
+    // A "Range" element for this node and all below it, in the form that processXmlElement reads; the caller attaches
+    // it. The document, which must not be null, only makes the nodes. Texts are taken as they stand, with characters
+    // that XML can't hold: AProfile::setChannelData leaves those out. Not all comes back when it is read: generated
+    // channels become plain ranges, and colours of definitions, profile ids, edges below 0, parts of a hertz from 1 MHz
+    // on and texts that are no colour are lost.
+    QDomElement toDomNode(QDomDocument *document) const;
+
+    // Reads an EFIS export (docs/formats.md) until fewer than six bytes are available and adds the allocations that are
+    // valid today below `parent`, which must not be null and gets the range of the first and the last of them. False,
+    // and nothing changed, if the device can't be read or holds no such allocation. The caller owns both.
+    static bool fromEfisCSV(QIODevice *io, AChannelInfo *parent);
+
     // --- expansion and flat views ---
 
     // Turns the definitions of this node and all below into channels. Costs time and memory by the number of channels.
@@ -148,6 +164,9 @@ private:
     friend class AChannelReader;
     class Walk;
 
+    static QColor colorFromVariant(const QVariant &value);
+    QDomElement fieldsToDomNode(QDomDocument *document) const;
+    void appendDefinitions(QDomDocument *document, QDomElement *element) const;
     void enter(AChannelInfo *child);
     void leaveParent();
     void numberChildren() const;
@@ -157,6 +176,7 @@ private:
     bool hasEqualFields(const AChannelInfo &other) const;
     struct Side;
     qint64 expandedChildCount() const;
+    QVariant channelColor(const Definition &definition) const;
     bool generatesLike(const AChannelInfo &other) const;
     void expandOwnDefinitions();
     QString sortKey(int column, bool showsTextAbove) const;

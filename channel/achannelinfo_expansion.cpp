@@ -21,14 +21,6 @@ int numberOf(const AChannelInfo::Definition &definition, QLatin1String key)
     return definition.value(key).toInt();
 }
 
-QColor colorOf(const AChannelInfo::Definition &definition)
-{
-    const QVariant value = definition.value(QLatin1String("color"));
-    if (value.userType() == QMetaType::QString && !QColor::isValidColor(value.toString()))
-        return {};
-    return value.value<QColor>();
-}
-
 qint64 channelCountOf(const AChannelInfo::Definition &definition)
 {
     return std::max(numberOf(definition, QLatin1String("count")), 0);
@@ -37,17 +29,15 @@ qint64 channelCountOf(const AChannelInfo::Definition &definition)
 // What a definition says, with its texts and numbers read.
 struct ChannelRun
 {
-    explicit ChannelRun(const AChannelInfo::Definition &definition, const QVariant &inheritedColor)
+    ChannelRun(const AChannelInfo::Definition &definition, const QVariant &channelColor)
         : count(channelCountOf(definition))
         , start(frequencyOf(definition, QLatin1String("start")))
         , width(frequencyOf(definition, QLatin1String("width")))
         , raster(width + frequencyOf(definition, QLatin1String("space")))
         , first(numberOf(definition, QLatin1String("first")))
         , step(numberOf(definition, QLatin1String("step")))
-    {
-        const QColor ownColor = colorOf(definition);
-        color = ownColor.isValid() ? QVariant(ownColor) : inheritedColor;
-    }
+        , color(channelColor)
+    {}
 
     bool operator==(const ChannelRun &other) const
     {
@@ -125,10 +115,16 @@ void AChannelInfo::processChannelDefinitions(bool clearDefinitions, bool clearEx
     }
 }
 
+QVariant AChannelInfo::channelColor(const Definition &definition) const
+{
+    const QColor ownColor = colorFromVariant(definition.value(QLatin1String("color")));
+    return ownColor.isValid() ? QVariant(ownColor) : m_color;
+}
+
 void AChannelInfo::expandOwnDefinitions()
 {
     for (const Definition &definition : qAsConst(m_channelDefinitions)) {
-        const ChannelRun run(definition, m_color);
+        const ChannelRun run(definition, channelColor(definition));
         for (qint64 n = 0; n < run.count; ++n) {
             const AFrequency lowerEdge = run.start + run.raster * static_cast<double>(n);
             auto *channel = new AChannelInfo(this, AutoChannel, lowerEdge, lowerEdge + run.width,
@@ -144,7 +140,7 @@ bool AChannelInfo::generatesLike(const AChannelInfo &other) const
 {
     return std::equal(m_channelDefinitions.cbegin(), m_channelDefinitions.cend(), other.m_channelDefinitions.cbegin(),
                       other.m_channelDefinitions.cend(), [&](const Definition &own, const Definition &others) {
-                          return ChannelRun(own, m_color) == ChannelRun(others, other.m_color);
+                          return ChannelRun(own, channelColor(own)) == ChannelRun(others, other.channelColor(others));
                       });
 }
 

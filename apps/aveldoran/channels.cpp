@@ -1,14 +1,17 @@
 #include "apps/aveldoran/commands.h"
 #include "apps/aveldoran/console.h"
 #include "apps/aveldoran/plantext.h"
+#include "apps/aveldoran/planxml.h"
 
 #include <datamanager/adatamanager.h>
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QDir>
+#include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QHash>
 #include <QtCore/QJsonDocument>
+#include <QtCore/QLoggingCategory>
 #include <QtCore/QSet>
 
 #include <memory>
@@ -16,49 +19,80 @@
 namespace {
 
 constexpr qint64 kMaxExpandedChannels = 10000000;
+constexpr qint64 kMaxExpandedChannelsAsXml = 250000; // a document of them takes 700 MB
 
-// The root and the group of all profiles are of no use to a reader: the plan begins with the profiles.
+// The root and the group of all profiles are of no use to a reader: the plan begins with the profiles, and with the
+// ranges of EFIS exports, which stand in the same group.
 constexpr int kHiddenLevels = 2;
+
+enum class Format
+{
+    Text,
+    Json,
+    Xml,
+};
 
 struct Options
 {
     bool expand = false;
     bool stacked = false;
-    bool asJson = false;
+    Format format = Format::Text;
+    QStringList efisFiles;
     QStringList paths;
 };
+
+bool formatNamed(const QString &name, Format *format)
+{
+    const QStringList names{QStringLiteral("text"), QStringLiteral("json"), QStringLiteral("xml")};
+    if (!names.contains(name))
+        return false;
+    *format = static_cast<Format>(names.indexOf(name));
+    return true;
+}
 
 bool readOptions(const QStringList &arguments, Options *options, int *exitStatus)
 {
     QCommandLineParser parser;
     parser.setApplicationDescription(
-        QStringLiteral("Reads profile files, builds their channel plan and prints it, one range a line.\n\n"
-                       "Example: aveldoran channels --expand --format json fm-broadcast.profile"));
-    const QCommandLineOption expand(
-        QStringLiteral("expand"),
-        QStringLiteral("Turn channel definitions into channels (at most %L1).").arg(kMaxExpandedChannels));
+        QStringLiteral("Reads profile files and EFIS exports, builds their channel plan and prints it, one range a "
+                       "line.\n\n"
+                       "Example: aveldoran channels --expand --format json fm-broadcast.profile\n"
+                       "Example: aveldoran channels --format xml --efis export.csv > plan.xml"));
+    const QCommandLineOption expand(QStringLiteral("expand"),
+                                    QStringLiteral("Turn channel definitions into channels (at most %L1, as xml %L2).")
+                                        .arg(kMaxExpandedChannels)
+                                        .arg(kMaxExpandedChannelsAsXml));
     const QCommandLineOption stacked(QStringLiteral("stacked"),
                                      QStringLiteral("Print for each range a level on which it overlaps no neighbour."));
-    const QCommandLineOption format(QStringLiteral("format"), QStringLiteral("How to print: text or json."),
+    const QCommandLineOption format(QStringLiteral("format"),
+                                    QStringLiteral("How to print: text, json, or xml: a channel section."),
                                     QStringLiteral("FORMAT"), QStringLiteral("text"));
-    parser.addOptions({expand, stacked, format});
+    const QCommandLineOption efis(
+        QStringLiteral("efis"),
+        QStringLiteral("Add what is valid today of an EFIS export (CSV). May be given several times."),
+        QStringLiteral("FILE"));
+    parser.addOptions({expand, stacked, format, efis});
     parser.addPositionalArgument(QStringLiteral("PATH"), QStringLiteral("A profile file, or a directory of them."),
-                                 QStringLiteral("PATH..."));
+                                 QStringLiteral("[PATH...]"));
     if (!Console::parse(&parser, arguments, exitStatus))
         return false;
 
     *exitStatus = ExitUsage;
-    if (parser.positionalArguments().isEmpty()) {
+    *options = {parser.isSet(expand), parser.isSet(stacked), Format::Text, parser.values(efis),
+                parser.positionalArguments()};
+    if (options->paths.isEmpty() && options->efisFiles.isEmpty()) {
         Console::error(QStringLiteral("channels: a profile file or directory is missing"));
         return false;
     }
     const QString formatName = parser.value(format);
-    if (formatName != QLatin1String("text") && formatName != QLatin1String("json")) {
-        Console::error(QStringLiteral("channels: unknown format '%1', expected text or json").arg(formatName));
+    if (!formatNamed(formatName, &options->format)) {
+        Console::error(QStringLiteral("channels: unknown format '%1', expected text, json or xml").arg(formatName));
         return false;
     }
-    *options = {parser.isSet(expand), parser.isSet(stacked), formatName == QLatin1String("json"),
-                parser.positionalArguments()};
+    if (options->stacked && options->format == Format::Xml) {
+        Console::error(QStringLiteral("channels: the xml format has no place for stacking levels"));
+        return false;
+    }
     return true;
 }
 
@@ -120,13 +154,53 @@ bool loadProfiles(ADataManager *manager, const QStringList &paths)
     return complete;
 }
 
-bool expandDefinitions(AChannelInfo *plan)
+// One range for the file, named after it, with the allocations below.
+bool addEfisFile(AChannelInfo *group, const QString &fileName)
+{
+    Console::progress(QStringLiteral("reading %1").arg(fileName));
+    const QFileInfo info(fileName);
+    QFile file(fileName);
+    if (info.exists() && !info.isFile()) { // some others never end
+        Console::error(QStringLiteral("%1: not a regular file").arg(fileName));
+        return false;
+    }
+    if (!file.open(QIODevice::ReadOnly)) {
+        Console::error(QStringLiteral("%1: %2").arg(fileName, file.errorString()));
+        return false;
+    }
+    auto range = std::make_unique<AChannelInfo>(group, AChannelInfo::Generic, AFrequency(), AFrequency(),
+                                                info.completeBaseName(), true);
+    const bool anyTaken = AChannelInfo::fromEfisCSV(&file, range.get());
+    if (file.error() != QFileDevice::NoError) {
+        Console::error(QStringLiteral("%1: %2").arg(fileName, file.errorString()));
+        return false;
+    }
+    if (!anyTaken) {
+        Console::error(QStringLiteral("%1: no line is an allocation that is valid today").arg(fileName));
+        return false;
+    }
+    group->appendChild(range.release());
+    return true;
+}
+
+bool loadEfisFiles(AChannelInfo *group, const QStringList &files)
+{
+    QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, false); // what they tell is told with the file's name
+    bool complete = true;
+    for (const QString &file : files)
+        complete = addEfisFile(group, file) && complete;
+    Console::clearProgress();
+    return complete;
+}
+
+bool expandDefinitions(AChannelInfo *plan, Format format)
 {
     const qint64 count = plan->definedChannelCount();
-    if (count > kMaxExpandedChannels) {
+    const qint64 limit = format == Format::Xml ? kMaxExpandedChannelsAsXml : kMaxExpandedChannels;
+    if (count > limit) {
         Console::error(QStringLiteral("channels: the definitions ask for %L1 channels, at most %L2 are expanded")
                            .arg(count)
-                           .arg(kMaxExpandedChannels));
+                           .arg(limit));
         return false;
     }
     Console::progress(QStringLiteral("expanding %L1 channels").arg(count));
@@ -151,7 +225,7 @@ void print(const AChannelInfo::FlatList &plan, const Options &options)
         if (depth < 0)
             continue;
         const int shownLevel = level - kHiddenLevels;
-        if (options.asJson) {
+        if (options.format == Format::Json) {
             QJsonObject object = rangeAsJson(*range, depth);
             if (options.stacked)
                 object[QStringLiteral("level")] = shownLevel;
@@ -162,16 +236,31 @@ void print(const AChannelInfo::FlatList &plan, const Options &options)
             Console::write(prefix + rangeAsText(*range, depth));
         }
     }
-    if (options.asJson)
+    if (options.format == Format::Json)
         Console::write(separator == QLatin1String("[\n") ? QStringLiteral("[]\n") : QStringLiteral("\n]\n"));
+}
+
+void printAsXml(AChannelInfo *group)
+{
+    qSetGlobalQHashSeed(0); // Qt's document orders attributes by it: the same plan gives the same text
+    Console::write(xmlBegin());
+    for (int row = 0; row < group->childCount(); ++row)
+        Console::write(rangeAsXml(*group->child(row)));
+    Console::write(xmlEnd());
 }
 
 bool buildAndPrint(ADataManager *manager, const Options &options)
 {
     manager->createChannelInfoFromProfiles();
     AChannelInfo *plan = manager->getChannelInfoRoot();
-    if (options.expand && !expandDefinitions(plan))
+    AChannelInfo *group = plan->child(0);
+    const bool complete = loadEfisFiles(group, options.efisFiles);
+    if (options.expand && !expandDefinitions(plan, options.format))
         return false;
+    if (options.format == Format::Xml) {
+        printAsXml(group);
+        return Console::finish() && complete;
+    }
 
     const AChannelInfo::FlatList ranges = options.stacked ? plan->stackedChannels(0) : plan->channels(0);
     print(ranges, options);
@@ -179,7 +268,7 @@ bool buildAndPrint(ADataManager *manager, const Options &options)
     const int leftOut = options.stacked ? plan->channels(0).size() - ranges.size() : 0;
     if (leftOut > 0)
         Console::error(QStringLiteral("channels: %L1 ranges found no level and are left out").arg(leftOut));
-    return written && leftOut == 0;
+    return written && complete && leftOut == 0;
 }
 
 } // namespace

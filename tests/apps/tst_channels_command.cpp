@@ -1,33 +1,15 @@
+#include "apps/programrun.h"
+
 #include <QtTest/QtTest>
 
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
-#include <QtCore/QProcess>
 #include <QtCore/QTemporaryDir>
 
 #include <unistd.h>
 
 namespace {
-
-struct Run
-{
-    int exitStatus = -1;
-    QString output;
-    QString errors;
-};
-
-Run run(const QStringList &arguments, const QString &standardOutput = {})
-{
-    QProcess process;
-    if (!standardOutput.isEmpty())
-        process.setStandardOutputFile(standardOutput);
-    process.start(QStringLiteral(AVELDORAN_PROGRAM), arguments);
-    if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit)
-        return {};
-    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
-}
 
 constexpr char kPlan[] = R"(<?xml version="1.0" encoding="UTF-8"?>
 <profile id="plan">

@@ -1,0 +1,1 @@
+<profile id="a"><label>a</label><begin>1</begin><end>900</end><channels><range

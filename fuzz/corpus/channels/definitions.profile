@@ -1,0 +1,1 @@
+<profile id="a"><label>a</label><begin>1</begin><end>900</end><channels><color>#123456</color><channels/><channels start="5 MHz" width="25 kHz" space="1" first="-3" count="40" step="0" color="blue"/></channels></profile>

@@ -1,0 +1,1 @@
+<profile id="a"><label>a</label><begin>1</begin><end>900</end><channels><begin>0.0000005</begin><end>1.0000005 kHz</end><range><begin>0.25 Hz</begin><end>0.75 Hz</end></range></channels></profile>

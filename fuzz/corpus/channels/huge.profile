@@ -1,0 +1,1 @@
+<profile id="a"><label>a</label><begin>1</begin><end>900</end><channels><begin>9e18 Hz</begin><end>1e300</end><range><begin>9223372036854775806 Hz</begin><mirror>9e18 Hz</mirror></range></channels></profile>

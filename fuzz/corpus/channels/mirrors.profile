@@ -1,0 +1,1 @@
+<profile id="a"><label>a</label><begin>1</begin><end>900</end><channels><range label="m"><begin>10</begin><end>20</end><channels start="12 MHz"/><mirror>45 MHz</mirror><mirror mode="absolute">400 MHz</mirror></range></channels></profile>

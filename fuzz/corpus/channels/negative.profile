@@ -1,0 +1,1 @@
+<profile id="a"><label>a</label><begin>1</begin><end>900</end><channels><begin>-5</begin><end>-1</end><channels/></channels></profile>

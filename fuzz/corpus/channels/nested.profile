@@ -1,0 +1,1 @@
+<profile id="a"><label>a</label><begin>1</begin><end>900</end><channels><color>red</color><comment>c &lt; d</comment><range label="b" type="direction" selectable="1"><begin>5</begin><end>9 MHz</end><range type="Channel"><begin>6</begin></range></range><range type="provider"/></channels></profile>

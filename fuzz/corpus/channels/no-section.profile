@@ -1,0 +1,1 @@
+<profile id="a"><end>5</end></profile>

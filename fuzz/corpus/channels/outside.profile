@@ -1,0 +1,1 @@
+<profile id="a"><label>a</label><begin>1</begin><end>900</end><channels><range><begin>5</begin><end>6</end></range><begin>100</begin><end>0</end></channels></profile>

@@ -1,0 +1,1 @@
+<profile id="a"><label>a</label><description>end</description><begin>1</begin><end>900</end><channels><range label="&#9;&#10;&quot;&amp;"><comment>  x&#13;y  </comment><comment> </comment></range></channels></profile>

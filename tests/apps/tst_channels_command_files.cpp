@@ -1,0 +1,362 @@
+#include "core/aprofile.h"
+
+#include "apps/programrun.h"
+#include "channel/efisfiles.h"
+#include "channel/randomtree.h"
+
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+#include <QtCore/QTemporaryDir>
+#include <QtTest/QtTest>
+#include <QtXml/QDomDocument>
+
+#include <memory>
+
+#include <sys/stat.h>
+
+// The command's other files: the plan as a channel section, and EFIS exports.
+
+using efisfiles::day;
+using efisfiles::line;
+using efisfiles::oneWay;
+using efisfiles::twoWay;
+using Tree = std::unique_ptr<AChannelInfo>;
+
+namespace {
+
+Tree emptyRoot()
+{
+    return std::make_unique<AChannelInfo>(nullptr, AChannelInfo::Generic, AFrequency(), AFrequency(), QString(), false);
+}
+
+// The tree of a document that the command printed, below a root of its own.
+Tree readDocument(const QByteArray &text)
+{
+    Tree root = emptyRoot();
+    QDomDocument document;
+    if (document.setContent(text)) {
+        QDomElement element = document.documentElement();
+        AChannelInfo::processXmlElement(&element, root.get(), false, true, false);
+    }
+    return root;
+}
+
+QByteArray profileFile(const QByteArray &id, const QByteArray &section)
+{
+    return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<profile id=\"" + id + "\"><label>" + id +
+           "</label><begin>0</begin><end>1000</end><channels>" + section + "</channels></profile>\n";
+}
+
+} // namespace
+
+class TestChannelsCommandFiles : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+
+    void thePlanAsXmlReadsBackAsTheSamePlan();
+    void randomTreesComeBackThroughTheCommand();
+    void thePlanAsXmlHoldsAllProfilesInOneRange();
+    void theSamePlanGivesTheSameXml();
+    void aPlanWithoutAnythingIsAnEmptyRange();
+    void mirrorsAreWrittenAsTheirCopies();
+    void expandedChannelsAreWrittenByTheirType();
+    void aQuarterOfAMillionChannelsAreExpandedAsXml();
+
+    void anExportIsARangeNamedAfterItsFile();
+    void exportsStandBesideProfiles();
+    void anExportAsXmlReadsBackAsTheSamePlan();
+    void namesThatXmlCanNotHoldAreCleaned();
+    void anExportAsJson();
+    void filesThatGiveNothingAreNamed_data();
+    void filesThatGiveNothingAreNamed();
+    void goodFilesArePrintedBesideBadOnes();
+    void wrongUsageIsRefused_data();
+    void wrongUsageIsRefused();
+
+private:
+    QString write(const QString &name, const QByteArray &content);
+
+    std::unique_ptr<QTemporaryDir> m_directory;
+};
+
+void TestChannelsCommandFiles::init()
+{
+    m_directory = std::make_unique<QTemporaryDir>();
+    QVERIFY(m_directory->isValid());
+}
+
+QString TestChannelsCommandFiles::write(const QString &name, const QByteArray &content)
+{
+    QFile file(m_directory->filePath(name));
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        qFatal("could not write %s", qPrintable(file.fileName()));
+    return file.fileName();
+}
+
+void TestChannelsCommandFiles::thePlanAsXmlReadsBackAsTheSamePlan()
+{
+    const QString file = write("a.profile", profileFile("a", "<color>red</color><channels start='1 MHz' count='3'/>"
+                                                             "<range label='b' type='provider' selectable='1'>"
+                                                             "<begin>5</begin><end>6</end><comment>&lt;c&gt;</comment>"
+                                                             "</range>"));
+    const Run result = run({"channels", "--format", "xml", file});
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.exitStatus, 0);
+    QVERIFY(result.output.startsWith("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Range>\n  <Range "));
+
+    const Tree expected = emptyRoot();
+    const std::unique_ptr<AProfile> profile(AProfile::fromFile(file));
+    QVERIFY(AChannelInfo::fromProfile(profile.get(), expected.get(), true, false));
+    const Tree root = readDocument(result.output.toUtf8());
+    QCOMPARE(root->childCount(), 1);
+    QVERIFY(*root->child(0) == *expected);
+    QCOMPARE(root->child(0)->child(0)->childCount(), 1);
+    QCOMPARE(root->child(0)->child(0)->channelDefinitions().size(), 1);
+}
+
+void TestChannelsCommandFiles::randomTreesComeBackThroughTheCommand()
+{
+    // One call of the program for all of them. A profile sets the outermost label.
+    constexpr int kTrees = 60;
+    const Tree expected = emptyRoot();
+    QStringList arguments{"channels", "--format", "xml"};
+    for (quint32 i = 0; i < kTrees; ++i) {
+        Tree tree(RandomTree(i + 1).make());
+        AProfile profile;
+        profile.setId(QStringLiteral("%1").arg(i, 3, 10, QLatin1Char('0')));
+        profile.setLabel(tree->label(), QString());
+        QDomDocument document;
+        profile.setChannelData(tree->toDomNode(&document));
+        const QString file = m_directory->filePath(QStringLiteral("%1.profile").arg(i));
+        QVERIFY(profile.saveToFile(file));
+        arguments.append(file);
+        expected->appendChild(tree.release());
+    }
+    const Run result = run(arguments);
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.exitStatus, 0);
+    const Tree root = readDocument(result.output.toUtf8());
+    QCOMPARE(root->childCount(), 1);
+    QCOMPARE(root->child(0)->childCount(), kTrees);
+    for (int row = 0; row < kTrees; ++row)
+        QVERIFY2(*root->child(0)->child(row) == *expected->child(row), qPrintable(QString::number(row)));
+
+    // The output is itself the section of a profile.
+    const QString again = write("again.profile", "<profile id=\"again\"><channels>" +
+                                                     result.output.mid(result.output.indexOf("<Range>")).toUtf8() +
+                                                     "</channels></profile>");
+    const Run second = run({"channels", "--format", "xml", again});
+    QCOMPARE(second.errors, QString());
+    const Tree secondRoot = readDocument(second.output.toUtf8());
+    QVERIFY(*secondRoot->child(0)->child(0)->child(0) == *root->child(0));
+}
+
+void TestChannelsCommandFiles::thePlanAsXmlHoldsAllProfilesInOneRange()
+{
+    const QString b = write("b.profile", profileFile("b", ""));
+    const QString a = write("a.profile", profileFile("a", "<range label='c'><begin>1</begin><end>2</end></range>"));
+    const Run result = run({"channels", "--format", "xml", b, a});
+    QDomDocument document;
+    QVERIFY(document.setContent(result.output));
+    QCOMPARE(document.documentElement().tagName(), QStringLiteral("Range"));
+    QCOMPARE(document.documentElement().attributes().size(), 0);
+    const Tree root = readDocument(result.output.toUtf8());
+    QCOMPARE(efisfiles::outline(root.get()), QStringLiteral("0-0 { 0-0 { a 0-1000 { c 1-2 }, b 0-1000 } }"));
+    QVERIFY(root->child(0)->child(0)->selectable());
+}
+
+void TestChannelsCommandFiles::theSamePlanGivesTheSameXml()
+{
+    const QStringList arguments{"channels", "--format", "xml", AVELDORAN_EXAMPLES_DIR "/data/profiles"};
+    const Run first = run(arguments);
+    QCOMPARE(first.exitStatus, 0);
+    for (int i = 0; i < 3; ++i)
+        QCOMPARE(run(arguments).output, first.output);
+}
+
+void TestChannelsCommandFiles::aPlanWithoutAnythingIsAnEmptyRange()
+{
+    const Run result = run({"channels", "--format", "xml", "/nonexistent"});
+    QCOMPARE(result.exitStatus, 1);
+    QCOMPARE(result.output, QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Range>\n</Range>\n"));
+}
+
+void TestChannelsCommandFiles::mirrorsAreWrittenAsTheirCopies()
+{
+    const QString file = write("a.profile", profileFile("a", "<range label='m'><begin>1</begin><end>2</end>"
+                                                             "<mirror>45 MHz</mirror></range>"));
+    const Run result = run({"channels", "--format", "xml", file});
+    QVERIFY(!result.output.contains("mirror"));
+    QCOMPARE(efisfiles::outline(readDocument(result.output.toUtf8()).get()),
+             QStringLiteral("0-0 { 0-0 { a 0-1000 { m 46-47, m 1-2 } } }"));
+}
+
+void TestChannelsCommandFiles::expandedChannelsAreWrittenByTheirType()
+{
+    const QString file =
+        write("a.profile", profileFile("a", "<channels start='1 MHz' width='1 MHz' first='7' count='2'/>"));
+    const Run result = run({"channels", "--expand", "--format", "xml", file});
+    QCOMPARE(result.output.count("type=\"autochannel\""), 2);
+    QVERIFY(!result.output.contains("<channels"));
+    QCOMPARE(efisfiles::outline(readDocument(result.output.toUtf8()).get()),
+             QStringLiteral("0-0 { 0-0 { a 0-1000 { 7 1-2, 8 2-3 } } }"));
+}
+
+void TestChannelsCommandFiles::aQuarterOfAMillionChannelsAreExpandedAsXml()
+{
+    const QByteArray section = "<channels start='1 MHz' width='1 Hz' count='%1'/>";
+    const Run refused = run({"channels", "--expand", "--format", "xml",
+                             write("a.profile", profileFile("a", QByteArray(section).replace("%1", "250001")))});
+    QCOMPARE(refused.exitStatus, 1);
+    QCOMPARE(refused.output, QString());
+    QVERIFY2(refused.errors.contains("at most 250,000 are expanded"), qPrintable(refused.errors));
+}
+
+void TestChannelsCommandFiles::anExportIsARangeNamedAfterItsFile()
+{
+    const QString file = write("ECA table.2026.csv",
+                               "header\n" + oneWay("87.5 - 108 MHz", "UKW – FM") + twoWay("935-960", "890-915", "GSM"));
+    const Run result = run({"channels", "--efis", file});
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.exitStatus, 0);
+    QCOMPARE(
+        result.output,
+        QStringLiteral("ECA table.2026                        87.5 MHz - 960 MHz              Generic, selectable\n"
+                       "  UKW – FM                            87.5 MHz - 108 MHz              Provider, selectable\n"
+                       "  Uplink                              890 MHz - 915 MHz               Generic, selectable\n"
+                       "    GSM                               890 MHz - 915 MHz               Provider, selectable\n"
+                       "  Downlink                            935 MHz - 960 MHz               Generic, selectable\n"
+                       "    GSM                               935 MHz - 960 MHz               Provider, selectable\n"));
+}
+
+void TestChannelsCommandFiles::exportsStandBesideProfiles()
+{
+    const QString profile = write("p.profile", profileFile("p", ""));
+    const QString a = write("a.csv", oneWay("5-6", "x"));
+    const QString b = write("b.csv", oneWay("7-8", "y"));
+    const Run result = run({"channels", "--stacked", "--efis", b, profile, "--efis", a});
+    QCOMPARE(result.exitStatus, 0);
+    QStringList lines;
+    for (const QString &text : result.output.split('\n', Qt::SkipEmptyParts))
+        lines.append(text.simplified().section(' ', 0, 1));
+    QCOMPARE(lines, QStringList({"0 p", "1 a", "2 x", "1 b", "2 y"})); // p overlaps both
+}
+
+void TestChannelsCommandFiles::anExportAsXmlReadsBackAsTheSamePlan()
+{
+    QByteArray content;
+    for (int i = 0; i < 200; ++i)
+        content += (i % 3 == 0 ? oneWay(QByteArray::number(i) + '-' + QByteArray::number(i + 2), "n")
+                               : twoWay(QByteArray::number(i) + '-' + QByteArray::number(i + 1),
+                                        QByteArray::number(i * 40) + " - 9000 MHz", QByteArray::number(i)));
+    const Run result = run({"channels", "--format", "xml", "--efis", write("e.csv", content)});
+    QCOMPARE(result.errors, QString());
+    const efisfiles::Import import = efisfiles::importFrom(content);
+    QVERIFY(import.result);
+    import.root->setData(AChannelInfo::ColumnName, QStringLiteral("e"));
+    const Tree root = readDocument(result.output.toUtf8());
+    const AChannelInfo *back = root->child(0)->child(0);
+    QVERIFY(*back == *import.root);
+}
+
+void TestChannelsCommandFiles::namesThatXmlCanNotHoldAreCleaned()
+{
+    const QByteArray name = QByteArray("a\0\x01\x1b<&>\t\xef\xbf\xbe\xf0\x9f\x93\xa1z", 17);
+    const QString file = write("e.csv", oneWay("5-6", name));
+    const Run xml = run({"channels", "--format", "xml", "--efis", file});
+    QCOMPARE(xml.exitStatus, 0);
+    const Tree root = readDocument(xml.output.toUtf8());
+    QCOMPARE(root->childCount(), 1);
+    QCOMPARE(root->child(0)->child(0)->child(0)->label(),
+             QStringLiteral("a<&>\t") + QString::fromUcs4(U"\U0001F4E1", 1) + QLatin1Char('z'));
+    const Run text = run({"channels", "--efis", file});
+    for (const QChar c : text.output)
+        QVERIFY(c == QLatin1Char('\n') || c.category() != QChar::Other_Control);
+}
+
+void TestChannelsCommandFiles::anExportAsJson()
+{
+    const Run result = run({"channels", "--format", "json", "--efis", write("e.csv", oneWay("5-6", "ä"))});
+    const QJsonArray ranges = QJsonDocument::fromJson(result.output.toUtf8()).array();
+    QCOMPARE(ranges.size(), 2);
+    QCOMPARE(ranges.at(1).toObject(), QJsonObject({{"depth", 1},
+                                                   {"label", "ä"},
+                                                   {"type", "Provider"},
+                                                   {"begin", 5000000},
+                                                   {"end", 6000000},
+                                                   {"selectable", true}}));
+}
+
+void TestChannelsCommandFiles::filesThatGiveNothingAreNamed_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QString>("reason");
+    const QString nothing = QStringLiteral("no line is an allocation that is valid today");
+    QTest::newRow("missing") << "missing.csv"
+                             << "No such file or directory";
+    QTest::newRow("directory") << "."
+                               << "not a regular file";
+    QTest::newRow("empty") << "empty.csv" << nothing;
+    QTest::newRow("expired") << "expired.csv" << nothing;
+    QTest::newRow("UTF-16") << "utf16.csv" << nothing;
+    QTest::newRow("endless") << "/dev/zero"
+                             << "not a regular file";
+    QTest::newRow("waiting") << "fifo"
+                             << "not a regular file";
+}
+
+void TestChannelsCommandFiles::filesThatGiveNothingAreNamed()
+{
+    QFETCH(QString, file);
+    QFETCH(QString, reason);
+    write("empty.csv", "");
+    write("expired.csv", line("no", "5-6", "", "a", day(-2), day(-1)));
+    write("utf16.csv", QByteArray("\xff\xfen\0o\0;\0", 8).repeated(100));
+    QCOMPARE(::mkfifo(QFile::encodeName(m_directory->filePath("fifo")).constData(), 0600), 0);
+    const QString name = QDir(m_directory->path()).absoluteFilePath(file);
+    const Run result = run({"channels", "--efis", name});
+    QCOMPARE(result.exitStatus, 1);
+    QCOMPARE(result.output, QString());
+    QCOMPARE(result.errors, QStringLiteral("aveldoran: %1: %2\n").arg(name, reason));
+}
+
+void TestChannelsCommandFiles::goodFilesArePrintedBesideBadOnes()
+{
+    const QString good = write("good.csv", oneWay("5-6", "a"));
+    const QString bad = write("bad.csv", "");
+    for (const QStringList &order : {QStringList{good, bad}, QStringList{bad, good}}) {
+        const Run result = run({"channels", "--efis", order.first(), "--efis", order.last()});
+        QCOMPARE(result.exitStatus, 1);
+        QCOMPARE(result.output.count('\n'), 2);
+        QCOMPARE(result.errors.count('\n'), 1);
+        QVERIFY(result.errors.startsWith("aveldoran: " + bad));
+    }
+}
+
+void TestChannelsCommandFiles::wrongUsageIsRefused_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("reason");
+    QTest::newRow("nothing to read") << QStringList{"--format", "xml"} << "a profile file or directory is missing";
+    QTest::newRow("no file") << QStringList{"--efis"} << "Missing value after '--efis'";
+    QTest::newRow("unknown format") << QStringList{"--format", "XML", "."} << "expected text, json or xml";
+    QTest::newRow("levels as xml") << QStringList{"--stacked", "--format", "xml", "."}
+                                   << "the xml format has no place for stacking levels";
+}
+
+void TestChannelsCommandFiles::wrongUsageIsRefused()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, reason);
+    const Run result = run(QStringList{"channels"} + arguments);
+    QCOMPARE(result.exitStatus, 2);
+    QCOMPARE(result.output, QString());
+    QVERIFY2(result.errors.contains(reason), qPrintable(result.errors));
+}
+
+QTEST_GUILESS_MAIN(TestChannelsCommandFiles)
+#include "tst_channels_command_files.moc"
