@@ -12,6 +12,8 @@ set(AVELDORAN_PRIVATE_HEADERS
     core/calibrationfile.h
     core/interpolation.h
     core/limitcurve.h
+    core/nmea.h
+    core/nmearecords.h
     core/xmldocument.h
     core/xmltagguard.h
     datamanager/adatamanager_p.h
