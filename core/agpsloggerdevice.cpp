@@ -17,6 +17,7 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace {
@@ -62,6 +63,16 @@ private:
     std::size_t m_end = 0;
 };
 
+// A terminal or a pipe with a place in the file system. QFile knows only once it is open.
+bool isTerminalOrPipe(const QFileDevice *file)
+{
+    if (file->isOpen())
+        return file->isSequential();
+    struct stat status = {};
+    return ::stat(QFile::encodeName(file->fileName()).constData(), &status) == 0
+           && (S_ISFIFO(status.st_mode) || S_ISCHR(status.st_mode));
+}
+
 // A terminal or a pipe on disk is opened without waiting for its other side.
 bool openWithoutWaiting(QFile *file)
 {
@@ -77,7 +88,7 @@ bool openWithoutWaiting(QFile *file)
 
 bool openForReading(QIODevice *io)
 {
-    if (auto *file = qobject_cast<QFile *>(io); file && file->isSequential())
+    if (auto *file = qobject_cast<QFile *>(io); file && isTerminalOrPipe(file))
         return openWithoutWaiting(file);
     if (qobject_cast<QFileDevice *>(io))
         return io->open(QIODevice::ReadOnly | QIODevice::Unbuffered);
@@ -326,7 +337,7 @@ bool AGpsLoggerDevice::loadFile(int number)
 bool AGpsLoggerDevice::ioIsFile() const
 {
     const auto *file = qobject_cast<const QFileDevice *>(d->io.data());
-    return file && !file->isSequential();
+    return file && !isTerminalOrPipe(file);
 }
 
 void AGpsLoggerDevice::setStreaming(bool streaming)

@@ -222,8 +222,8 @@ void TestAGpsLoggerDevice::theDateOfARecord_data()
         {noon.addSecs(-2), noon.addSecs(-1), noon});
     row("before midnight and the first date", gga("235959") + gga("000000") + rmc("000001"),
         {before, after.addSecs(-1), after});
-    row("two midnights before the first date", gga("120000") + gga("000000") + gga("235959") + rmc("000001"),
-        {utc(2024, 5, 15, 12, 0, 0), utc(2024, 5, 16, 0, 0, 0), before, after});
+    row("two midnights before the first date", gga("120000") + gga("000500") + gga("235959") + rmc("000001"),
+        {utc(2024, 5, 15, 12, 0, 0), utc(2024, 5, 16, 0, 5, 0), before, after});
     row("across midnight without a date", rmc("235959", "160524") + gga("000001"), {before, after});
     row("across the end of a leap year", rmc("235959", "311224") + gga("000000"),
         {utc(2024, 12, 31, 23, 59, 59), utc(2025, 1, 1, 0, 0, 0)});
