@@ -56,18 +56,18 @@ struct AMdrDocument::Private
     std::vector<AGeoData> geoDataInMemory;
     std::optional<DeviceRecord> device;
     std::unique_ptr<QFile> file; // of the entries that are in a file
+    qint64 fileBytes = 0;        // that hold whole chunks
     mutable Input input;         // of that file
 
     std::unique_ptr<QFile> recorder; // the same file while it is being recorded
     std::unique_ptr<Output> output;
-    qint64 recordedBytes = 0; // up to the last whole chunk
     quint64 recordedChunks = 0;
     QString recordingError;
 
     void clear();
     void append(const Entry &entry);
     bool has(int record, RecordType type) const;
-    void setFile(std::unique_ptr<QFile> newFile);
+    void setFile(std::unique_ptr<QFile> newFile, qint64 bytes);
 
     bool index(QString *errorText);
     bool indexChunk(quint32 type, qint64 at, quint64 chunksBefore, bool *isEnd);
@@ -93,7 +93,7 @@ void AMdrDocument::Private::clear()
     sweepsInMemory.clear();
     geoDataInMemory.clear();
     device.reset();
-    setFile(nullptr);
+    setFile(nullptr, 0);
 }
 
 void AMdrDocument::Private::append(const Entry &entry)
@@ -109,10 +109,11 @@ bool AMdrDocument::Private::has(int record, RecordType type) const
            entries[static_cast<std::size_t>(record)].type == type;
 }
 
-void AMdrDocument::Private::setFile(std::unique_ptr<QFile> newFile)
+void AMdrDocument::Private::setFile(std::unique_ptr<QFile> newFile, qint64 bytes)
 {
     input.setDevice(newFile.get());
     file = std::move(newFile);
+    fileBytes = bytes;
 }
 
 // --- reading ---
@@ -129,12 +130,11 @@ bool AMdrDocument::Private::index(QString *errorText)
         setText(errorText, tr("A recording of the unknown version %1").arg(version));
         return false;
     }
-    const qint64 fileSize = file->size();
     bool isEnd = false;
     for (quint64 chunks = 0; !isEnd; ++chunks) {
         const qint64 at = input.position();
         quint32 type = 0;
-        if (!input.beginChunk(fileSize, &type)) {
+        if (!input.beginChunk(fileBytes, &type)) {
             setText(errorText, tr("The recording breaks off or is damaged at byte %1").arg(at));
             return false;
         }
@@ -143,7 +143,7 @@ bool AMdrDocument::Private::index(QString *errorText)
             return false;
         }
     }
-    if (input.position() != fileSize) {
+    if (input.position() != fileBytes) {
         setText(errorText, tr("The recording ends at byte %1, but the file goes on").arg(input.position()));
         return false;
     }
@@ -189,7 +189,7 @@ bool AMdrDocument::Private::indexChunk(quint32 type, qint64 at, quint64 chunksBe
 bool AMdrDocument::Private::openEntry(const Entry &entry, QString *errorText) const
 {
     quint32 type = 0;
-    if (input.seek(entry.at) && input.beginChunk(file->size(), &type))
+    if (input.seek(entry.at) && input.beginChunk(fileBytes, &type))
         return true;
     setText(errorText, unreadableText());
     return false;
@@ -211,13 +211,14 @@ bool AMdrDocument::load(const QString &fileName, QString *errorText)
     file->close();
     ok = ok && file->open(QIODevice::ReadOnly | QIODevice::Unbuffered); // Input has a block of its own
     if (ok) {
-        d->setFile(std::move(file));
+        const qint64 bytes = file->size();
+        d->setFile(std::move(file), bytes);
         ok = d->index(errorText);
     } else {
         setText(errorText, reason.isEmpty() ? file->errorString() : reason);
     }
     if (d->entries.empty())
-        d->setFile(nullptr);
+        d->setFile(nullptr, 0);
     Q_EMIT contentReplaced();
     return ok;
 }
@@ -298,7 +299,7 @@ bool AMdrDocument::recordTime(int record, qint64 *milliseconds) const
 bool AMdrDocument::Private::copyChunk(const Entry &entry, Output *to, QString *errorText) const
 {
     quint32 type = 0;
-    bool ok = input.seek(entry.at) && input.beginChunk(file->size(), &type);
+    bool ok = input.seek(entry.at) && input.beginChunk(fileBytes, &type);
     if (ok)
         to->beginChunk(type, input.payloadLeft());
     while (ok && input.payloadLeft() > 0) {
@@ -411,10 +412,9 @@ bool AMdrDocument::startRecording(const QString &fileName, QString *errorText)
     }
     d->sweepsInMemory.clear();
     d->geoDataInMemory.clear();
-    d->setFile(std::move(file));
+    d->setFile(std::move(file), endOffset);
     d->output = std::make_unique<Output>(recorder.get());
     d->recorder = std::move(recorder);
-    d->recordedBytes = endOffset;
     d->recordedChunks = offsets.size() + (d->device ? 1 : 0);
     d->recordingError.clear();
     return true;
@@ -463,8 +463,8 @@ bool AMdrDocument::Private::record(const Record &record, qint64 *at)
         stopRecordingBecause(recorder->errorString());
         return false;
     }
-    *at = recordedBytes;
-    recordedBytes = recorder->pos();
+    *at = fileBytes;
+    fileBytes = recorder->pos();
     ++recordedChunks;
     return true;
 }
@@ -472,7 +472,7 @@ bool AMdrDocument::Private::record(const Record &record, qint64 *at)
 void AMdrDocument::Private::stopRecordingBecause(const QString &reason)
 {
     recordingError = reason;
-    recorder->resize(recordedBytes); // takes away the part of a chunk; a reader copes with one too
+    recorder->resize(fileBytes); // takes away the part of a chunk; a reader copes with one too
 }
 
 template<typename Record>

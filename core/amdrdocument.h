@@ -74,7 +74,8 @@ public:
     // When the record was made (a sweep: when it stopped) in milliseconds since the epoch. False if it doesn't say.
     bool recordTime(int record, qint64 *milliseconds) const;
 
-    // A copy of a record. False with the reason if it is of another type, or can't be read from the file any more.
+    // A copy of a record. False with the reason if it is of another type, or can't be read from the file any more. Who
+    // reads sweep after sweep into one object spares the allocation of each point, if nobody else holds its values.
     bool readSweep(int record, ASweep *sweep, QString *errorText = nullptr) const;
     bool readGeoData(int record, AGeoData *geoData, QString *errorText = nullptr) const;
 

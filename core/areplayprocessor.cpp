@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace {
 
@@ -58,6 +59,7 @@ struct AReplayProcessor::Private
 
     QTimer timer;
     QElapsedTimer clock;
+    ASweep sweep; // the one delivered last, whose memory serves the next if no receiver kept it
     Timeline sweeps;
     Timeline positions;
     double due = 0.0; // of the record `next`, ms of the clock
@@ -168,6 +170,7 @@ void AReplayProcessor::step()
     if (d->state == Private::StoppedEarly || isAtEnd) {
         const bool status = d->state == Private::Playing;
         d->state = Private::Idle;
+        d->sweep = ASweep();
         Q_EMIT playbackStopped(status); // a receiver may delete this object
         return;
     }
@@ -177,10 +180,13 @@ void AReplayProcessor::step()
     const QPointer<AReplayProcessor> self(this);
     bool ok = false;
     if (d->document->recordType(record) == AMdrDocument::SweepRecord) {
-        ASweep sweep;
+        ASweep sweep; // outlives this object
+        std::swap(sweep, d->sweep);
         ok = d->document->readSweep(record, &sweep);
         if (ok)
             deliver(&sweep);
+        if (self)
+            std::swap(sweep, d->sweep);
     } else {
         AGeoData geoData;
         ok = d->document->readGeoData(record, &geoData);

@@ -460,9 +460,11 @@ bool Input::read(ASweep *sweep)
     Time stop;
     AGeoData geoData;
     QList<AMeasurementValue> values;
+    values.swap(sweep->values);
     if (!getTime(&start) || !getTime(&stop) || !getGeoData(&geoData) || !getValues(&values))
         return false;
-    *sweep = ASweep(values, start.toDateTime(), stop.toDateTime());
+    *sweep = ASweep({}, start.toDateTime(), stop.toDateTime());
+    sweep->values.swap(values);
     sweep->setGeoData(geoData);
     return m_left == 0;
 }
@@ -548,7 +550,9 @@ bool Input::getText(QString *text)
     quint32 length = 0;
     if (!get(&length) || length > kMaxTextLength || 2 * qint64(length) > m_left)
         return false;
-    text->resize(static_cast<int>(length));
+    text->clear();
+    if (length > 0)
+        text->resize(static_cast<int>(length));
     for (QChar &unit : *text) {
         quint16 code = 0;
         if (!get(&code))
@@ -580,19 +584,30 @@ bool Input::getGeoData(AGeoData *geoData)
     return getText(&geoData->recordName) && getText(&geoData->description);
 }
 
+// The points that the list has are written over: to allocate each anew takes twice as long as all the rest.
 bool Input::getValues(QList<AMeasurementValue> *values)
 {
     quint32 left = 0;
     if (!get(&left) || left > kMaxValues || m_left != kValueBytes * left)
         return false;
+    if (!values->isDetached())
+        values->clear();
     values->reserve(static_cast<int>(left));
+    while (values->size() > static_cast<int>(left))
+        values->removeLast();
+    auto old = values->begin();
+    auto oldCount = static_cast<quint32>(values->size());
     while (left > 0) {
         if (!havePayload(kValueBytes))
             return false;
         const auto count = static_cast<quint32>(std::min<qint64>((m_end - m_at) / kValueBytes, left));
         const char *from = m_block.constData() + m_at;
-        for (quint32 i = 0; i < count; ++i, from += kValueBytes)
+        const quint32 reused = std::min(count, oldCount);
+        for (quint32 i = 0; i < reused; ++i, from += kValueBytes)
+            *old++ = fetchValue(from);
+        for (quint32 i = reused; i < count; ++i, from += kValueBytes)
             values->append(fetchValue(from));
+        oldCount -= reused;
         consume(count * kValueBytes);
         left -= count;
     }
