@@ -166,14 +166,21 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
 
 // --- composing ---
 
+// What QSettings and QBitmap don't say of a file.
+bool canBeOpened(const QString &name)
+{
+    QFile file(name);
+    if (file.open(QIODevice::ReadOnly))
+        return true;
+    Console::error(QStringLiteral("%1: %2").arg(name, file.errorString()));
+    return false;
+}
+
 // Null, with a message, if the file is no layout.
 std::unique_ptr<QSettings> openLayout(const QString &name)
 {
-    QFile file(name);
-    if (!file.open(QIODevice::ReadOnly)) { // QSettings takes a missing file for an empty one
-        Console::error(QStringLiteral("%1: %2").arg(name, file.errorString()));
+    if (!canBeOpened(name))
         return nullptr;
-    }
     auto layout = std::make_unique<QSettings>(name, QSettings::IniFormat);
     const QStringList keys = layout->childKeys();
     const bool hasField = std::any_of(keys.cbegin(), keys.cend(), [](const QString &key) {
@@ -202,8 +209,7 @@ class DescribedDevice : public AVeldoranDevice
 public:
     explicit DescribedDevice(const Options &options)
         : m_options(options)
-    {
-    }
+    {}
     QString customOptionText() const override { return m_options.customOption; }
     int hardwareRevision() const override { return m_options.revision; }
     bool isReady() const override { return true; }
@@ -232,7 +238,9 @@ bool compose(const Options &options, ABootlogoData *logo)
         memory.insert(kCalibrationDate, dateForMemory(options.calibrated));
     if (logo->fromDeviceInformation(options.background, layout.get(), &device, memory, QString(), 0))
         return true;
-    Console::error(QStringLiteral("%1: can't be read as a picture of up to 16,777,216 pixels").arg(options.background));
+    if (canBeOpened(options.background))
+        Console::error(
+            QStringLiteral("%1: no picture of a known kind and of at most 16,777,216 pixels").arg(options.background));
     return false;
 }
 

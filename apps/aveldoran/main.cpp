@@ -1,10 +1,11 @@
 #include "apps/aveldoran/commands.h"
 #include "apps/aveldoran/console.h"
 
+#include <QtCore/QCoreApplication>
 #include <QtGui/QGuiApplication>
 
 #include <algorithm>
-#include <iterator>
+#include <cstring>
 #include <memory>
 
 namespace {
@@ -14,38 +15,12 @@ struct Command
     const char *name;
     const char *summary;
     int (*run)(const QStringList &arguments);
-    bool draws = false; // needs a GUI application
 };
 
 constexpr Command kCommands[] = {
     {"channels", "build a channel plan from profile files and print it", runChannels},
-    {"logo", "compose the boot logo of a device", runLogo, true},
+    {"logo", "compose the boot logo of a device", runLogo},
 };
-
-const Command *findCommand(const QString &name)
-{
-    const auto *command = std::find_if(std::begin(kCommands), std::end(kCommands),
-                                       [&name](const Command &known) { return name == QLatin1String(known.name); });
-    return command != std::end(kCommands) ? command : nullptr;
-}
-
-void dropWarning(QtMsgType type, const QMessageLogContext &, const QString &text)
-{
-    if (type == QtFatalMsg)
-        Console::error(text);
-}
-
-// Pictures are drawn without a display. What Qt warns of while it looks for a desktop is of no use to a user.
-std::unique_ptr<QCoreApplication> makeApplication(bool draws, int &argc, char **argv)
-{
-    if (!draws)
-        return std::make_unique<QCoreApplication>(argc, argv);
-    qputenv("QT_QPA_PLATFORM", "minimal");
-    const QtMessageHandler before = qInstallMessageHandler(dropWarning);
-    auto application = std::make_unique<QGuiApplication>(argc, argv);
-    qInstallMessageHandler(before);
-    return application;
-}
 
 QString usage()
 {
@@ -59,17 +34,43 @@ QString usage()
                           "refused, 2 wrong usage.\n");
 }
 
+QtMessageHandler defaultMessageHandler = nullptr;
+
+// A place for sockets is of no concern to a program that draws into files, and services have none.
+void withoutRuntimeDirectory(QtMsgType type, const QMessageLogContext &context, const QString &text)
+{
+    if (!text.startsWith(QLatin1String("QStandardPaths: XDG_RUNTIME_DIR")))
+        defaultMessageHandler(type, context, text);
+}
+
+// Drawing needs a QGuiApplication. It goes to files alone, so no display is asked for, and options that would do so are
+// kept from it.
+std::unique_ptr<QCoreApplication> createApplication(int &argc, char **argv)
+{
+    const bool draws = argc > 1 && std::strcmp(argv[1], "logo") == 0;
+    if (!draws)
+        return std::make_unique<QCoreApplication>(argc, argv);
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    static int count = 1;
+    static char *name[] = {argv[0], nullptr};
+    defaultMessageHandler = qInstallMessageHandler(withoutRuntimeDirectory);
+    auto application = std::make_unique<QGuiApplication>(count, name);
+    qInstallMessageHandler(defaultMessageHandler);
+    return application;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
-    const Command *command = findCommand(argc > 1 ? QString::fromLocal8Bit(argv[1]) : QString());
-    const auto application = makeApplication(command && command->draws, argc, argv);
+    const std::unique_ptr<QCoreApplication> application = createApplication(argc, argv);
     QCoreApplication::setOrganizationName(QStringLiteral("Aveldoran"));
     QCoreApplication::setApplicationName(QStringLiteral("aveldoran"));
     QCoreApplication::setApplicationVersion(QStringLiteral(AVELDORAN_VERSION));
 
-    QStringList arguments = QCoreApplication::arguments();
+    QStringList arguments;
+    for (int i = 0; i < argc; ++i)
+        arguments += QString::fromLocal8Bit(argv[i]);
     const QString name = arguments.value(1);
     if (name == QLatin1String("--help") || name == QLatin1String("-h")) {
         Console::write(usage());
@@ -79,7 +80,9 @@ int main(int argc, char **argv)
         Console::write(QStringLiteral("aveldoran %1\n").arg(QCoreApplication::applicationVersion()));
         return Console::finish() ? ExitDone : ExitFailed;
     }
-    if (!command) {
+    const auto *command = std::find_if(std::begin(kCommands), std::end(kCommands),
+                                       [&name](const Command &known) { return name == QLatin1String(known.name); });
+    if (command == std::end(kCommands)) {
         Console::error(name.isEmpty() ? QStringLiteral("a command is missing; see 'aveldoran --help'")
                                       : QStringLiteral("unknown command '%1'; see 'aveldoran --help'").arg(name));
         return ExitUsage;
