@@ -14,7 +14,7 @@ namespace {
 
 // Mirrored ranges inside mirrored ranges multiply. A section that asks for more copies than this in all (see copyCost)
 // gets no further ones.
-constexpr qint64 kMaxMirrorCost = 2000000;
+constexpr qint64 kMaxMirrorCost = 1000000;
 
 QString lowerTag(const QDomElement &element)
 {

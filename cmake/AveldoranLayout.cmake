@@ -21,4 +21,5 @@ set(AVELDORAN_PRIVATE_HEADERS
     core/xmldocument.h
     core/xmltagguard.h
     datamanager/adatamanager_p.h
+    marker/aspectrummarkerlist_p.h
 )

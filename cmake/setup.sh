@@ -6,7 +6,7 @@ export LC_ALL=C.UTF-8
 logs=build/logs
 program=build/release/apps/aveldoran/aveldoran
 
-library_packages=(cmake g++ ninja-build qtbase5-dev)
+library_packages=(cmake g++ libqwt-qt5-dev ninja-build qtbase5-dev)
 check_packages=("${library_packages[@]}" libbenchmark-dev pkg-config)
 
 die() {

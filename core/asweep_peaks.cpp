@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
 #include <limits>
 #include <vector>
 
@@ -21,6 +22,8 @@
 // - the best peak of a cell is either taken, or forbidden by a better one that is. If m cells have a best peak better
 //   than a given peak, at least m / (2 * share + 2) peaks better than that one are taken. With n peaks asked for, no
 //   peak of a cell behind the best (2 * share + 2) * (n - 1) + 1 cells can be among them.
+// With one cell to a spacing, many peaks are known to be taken as soon as the next cell is, and the best n of them make
+// most of the others superfluous at once.
 // A taken peak forbids some cells whole and at most two in part, so what is looked at again is at most two cells for
 // each taken peak.
 
@@ -46,7 +49,8 @@ struct Search
         return value.unit == unit || asTheyStand ? value.level : value.convertTo(unit).level;
     }
 
-    // The first index of [from, end) whose level is at or beyond a bound, else `end`. A bound that is NaN bounds nothing.
+    // The first index of [from, end) whose level is at or beyond a bound, else `end`. A bound that is NaN bounds
+    // nothing.
     int firstOutside(int from, int end, double lower, double upper) const
     {
         const QList<AMeasurementValue>::const_iterator list = points; // all of the loop is in registers
@@ -208,7 +212,7 @@ private:
     {
         int first = 0; // the points that can still give a peak
         int last = 0;
-        int best = 0;
+        int best = -1;
         bool taken = false; // the best
         double level = 0.0; // of the best
     };
@@ -264,9 +268,43 @@ private:
     void keepCell()
     {
         m_cells.push_back(m_cell);
+        if (m_share == 1) {
+            if (isSureOfPrevious())
+                raiseThreshold(m_previous.level);
+            m_beforePrevious = m_previous;
+            m_previous = m_cell;
+        }
         if (m_cells.size() >= m_forgetAt)
             forgetWorstCells();
         m_gate = m_threshold;
+    }
+
+    // Whether the best peak of the previous cell is taken, whatever else there is: nothing nearer to it than the
+    // spacing is as good. With one cell to a spacing that could only be in the cells on its two sides, or in no cell,
+    // but then it is below the threshold.
+    bool isSureOfPrevious() const
+    {
+        const double level = m_previous.level;
+        if (m_previous.best < 0 || level < m_threshold)
+            return false;
+        const auto areNear = [this](int left, int right) {
+            return m_search.points[right].frequency - m_search.points[left].frequency < m_search.spacing;
+        };
+        return (m_beforePrevious.best < 0 || m_beforePrevious.level < level ||
+                !areNear(m_beforePrevious.last, m_previous.best)) &&
+               (m_cell.level < level || !areNear(m_previous.best, m_cell.first));
+    }
+
+    // Of the peaks that are sure to be taken the best ones, as many as are asked for, leave no place to what is worse.
+    void raiseThreshold(double level)
+    {
+        m_sureLevels.push_back(level);
+        std::push_heap(m_sureLevels.begin(), m_sureLevels.end(), std::greater<>());
+        if (m_sureLevels.size() <= static_cast<std::size_t>(m_capacity) - 1)
+            return;
+        m_threshold = qMax(m_threshold, std::nextafter(m_sureLevels.front(), kInfinity));
+        std::pop_heap(m_sureLevels.begin(), m_sureLevels.end(), std::greater<>());
+        m_sureLevels.pop_back();
     }
 
     void forgetWorstCells()
@@ -277,7 +315,7 @@ private:
         std::nth_element(m_cells.begin(), lastKept, m_cells.end(),
                          [](const Cell &a, const Cell &b) { return isWorse(b, a); });
         // Of equal levels the earlier one is better, so what comes later has to be above.
-        m_threshold = std::nextafter(lastKept->level, kInfinity);
+        m_threshold = qMax(m_threshold, std::nextafter(lastKept->level, kInfinity));
         m_cells.resize(m_maxCells);
         m_forgetAt = m_maxCells + m_maxCells / 2 + 1;
     }
@@ -338,6 +376,9 @@ private:
     std::vector<Cell> m_cells; // up to half as many more between two forgettings, so that these cost little
     double m_threshold = -kInfinity;
     double m_gate = kNoGate;
+    std::vector<double> m_sureLevels; // a heap, the lowest first
+    Cell m_beforePrevious;
+    Cell m_previous;
     Cell m_cell; // the one that is open while m_cellEnd is an index
     int m_cellEnd = kNever;
 };

@@ -13,3 +13,4 @@ enum ExitStatus
 
 int runChannels(const QStringList &arguments);
 int runLogo(const QStringList &arguments);
+int runMarkers(const QStringList &arguments);

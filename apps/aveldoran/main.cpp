@@ -2,7 +2,7 @@
 #include "apps/aveldoran/console.h"
 
 #include <QtCore/QCoreApplication>
-#include <QtGui/QGuiApplication>
+#include <QtWidgets/QApplication>
 
 #include <algorithm>
 #include <cstring>
@@ -20,6 +20,7 @@ struct Command
 constexpr Command kCommands[] = {
     {"channels", "build a channel plan from profile files and print it", runChannels},
     {"logo", "compose the boot logo of a device", runLogo},
+    {"markers", "set markers on a trace and print what they read", runMarkers},
 };
 
 QString usage()
@@ -34,6 +35,14 @@ QString usage()
                           "refused, 2 wrong usage.\n");
 }
 
+// Every subcommand that draws has this option, except the one for logos, which are nothing else.
+bool asksForPicture(const char *argument)
+{
+    constexpr char kOption[] = "--plot";
+    constexpr std::size_t kLength = sizeof kOption - 1;
+    return std::strncmp(argument, kOption, kLength) == 0 && (argument[kLength] == '\0' || argument[kLength] == '=');
+}
+
 QtMessageHandler defaultMessageHandler = nullptr;
 
 // A place for sockets is of no concern to a program that draws into files, and services have none.
@@ -43,18 +52,18 @@ void withoutRuntimeDirectory(QtMsgType type, const QMessageLogContext &context, 
         defaultMessageHandler(type, context, text);
 }
 
-// Drawing needs a QGuiApplication. It goes to files alone, so no display is asked for, and options that would do so are
+// Drawing needs a QApplication. It goes to files alone, so no display is asked for, and options that would do so are
 // kept from it.
 std::unique_ptr<QCoreApplication> createApplication(int &argc, char **argv)
 {
-    const bool draws = argc > 1 && std::strcmp(argv[1], "logo") == 0;
-    if (!draws)
+    const bool isLogo = argc > 1 && std::strcmp(argv[1], "logo") == 0;
+    if (!isLogo && std::none_of(argv + 1, argv + argc, asksForPicture))
         return std::make_unique<QCoreApplication>(argc, argv);
     qputenv("QT_QPA_PLATFORM", "offscreen");
     static int count = 1;
     static char *name[] = {argv[0], nullptr};
     defaultMessageHandler = qInstallMessageHandler(withoutRuntimeDirectory);
-    auto application = std::make_unique<QGuiApplication>(count, name);
+    auto application = std::make_unique<QApplication>(count, name);
     qInstallMessageHandler(defaultMessageHandler);
     return application;
 }

@@ -29,11 +29,14 @@ enum Shape
     RisingTeeth,
     FallingTeeth,
     Mountain,
+    Walk,   // a random one
+    Stairs, // of random lengths and slopes
     Constant,
     ShapeCount
 };
 
-double randomLevel(Random &random, int shape, int i, int count)
+// `level` and `slope` are those of the point before.
+double randomLevel(Random &random, int shape, int i, int count, double level, double *slope)
 {
     const double tooth = i % 2 ? 1000.0 : 0.0;
     switch (shape) {
@@ -47,6 +50,14 @@ double randomLevel(Random &random, int shape, int i, int count)
         return tooth - 0.1 * i + (chance(random, 0.1) ? number(random, -2, 2) : 0);
     case Mountain:
         return tooth - std::fabs(i - count / 2.0);
+    case Walk:
+        return level + std::normal_distribution<double>(0.0, 1.0)(random);
+    case Stairs:
+        if (chance(random, 0.1)) {
+            *slope = number(random, -3, 3);
+            return number(random, -60, 60);
+        }
+        return level + *slope + (i % 2 ? 20.0 : -20.0);
     default:
         return 1.0;
     }
@@ -63,8 +74,11 @@ QList<AMeasurementValue> randomData(Random &random, int size)
     const bool units = chance(random, 0.2);
     QList<AMeasurementValue> data;
     double frequency = number(random, -5, 5);
+    double before = 0.0;
+    double slope = 0.0;
     for (int i = 0; i < size; ++i) {
-        double level = randomLevel(random, shape, i, size);
+        double level = randomLevel(random, shape, i, size, before, &slope);
+        before = level;
         if (holes && chance(random, 0.2))
             level = std::initializer_list<double>{kNaN, kNaN, kInfinity, -kInfinity}.begin()[number(random, 0, 3)];
         data.append(point(level, frequency, units ? kUnits[number(random, 0, 3)] : kdBm));

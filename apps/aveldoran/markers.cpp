@@ -1,0 +1,301 @@
+#include "apps/aveldoran/commands.h"
+#include "apps/aveldoran/console.h"
+#include "apps/aveldoran/plantext.h"
+#include "apps/aveldoran/plot.h"
+#include "apps/aveldoran/tracefile.h"
+
+#include <core/emu.h>
+#include <marker/aspectrummarkerlist.h>
+
+#include <QtCore/QCommandLineParser>
+#include <QtCore/QFileInfo>
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+
+#include <cmath>
+
+namespace {
+
+constexpr int kTrace = 0; // the one that the markers sit on
+constexpr int kMaxPeakMarkers = 100;
+constexpr int kMaxFrequencyMarkers = 1000;
+constexpr int kDefaultMaxima = 6; // if no marker is asked for
+
+using Markers = QList<ASpectrumMarker *>;
+
+struct Options
+{
+    int maxima = 0;
+    int minima = 0;
+    QVector<AFrequency> frequencies;
+    AFrequency spacing;
+    int reference = 0; // the number of a row, from 1; 0 for none
+    bool asJson = false;
+    QString picture;
+    QString traceFile;
+};
+
+// The number of an option from `least` to `most`; what is not given is left as it is.
+bool readCount(const QCommandLineParser &parser, const QCommandLineOption &option, int least, int most, int *count)
+{
+    if (!parser.isSet(option))
+        return true;
+    bool ok = false;
+    const int value = parser.value(option).toInt(&ok);
+    if (ok && value >= least && value <= most) {
+        *count = value;
+        return true;
+    }
+    Console::error(
+        QStringLiteral("markers: --%1 expects a number from %2 to %3, not '%4'")
+            .arg(option.names().constFirst(), QString::number(least), QString::number(most), parser.value(option)));
+    return false;
+}
+
+bool readFrequencyOption(const QString &name, const QString &text, AFrequency *frequency)
+{
+    if (readFrequency(text.trimmed().toUtf8(), AFrequency::Hz, frequency))
+        return true;
+    Console::error(QStringLiteral("markers: --%1 expects a frequency such as '100 MHz', not '%2'").arg(name, text));
+    return false;
+}
+
+bool readOptions(const QStringList &arguments, Options *options, int *exitStatus)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral(
+        "Sets markers on a trace and prints them, one a line: number, name, level, difference to the reference\n"
+        "marker, and the label as a display shows it. Maxima come highest first, minima lowest first, from the second\n"
+        "point of the trace on; a marker at a frequency reads the level between the points beside it.\n\n"
+        "Example: aveldoran markers trace.csv --max 3 --at 100.5MHz --reference 1 --plot trace.png"));
+    const auto number = QStringLiteral("N");
+    const auto frequency = QStringLiteral("FREQ");
+    const QCommandLineOption max(
+        QStringLiteral("max"),
+        QStringLiteral("Markers on the N highest maxima (%1 if no marker is asked for).").arg(kDefaultMaxima), number);
+    const QCommandLineOption min(QStringLiteral("min"), QStringLiteral("Markers on the N lowest minima."), number);
+    const QCommandLineOption at(
+        QStringLiteral("at"), QStringLiteral("A marker at a frequency, such as 100.5MHz; may be repeated."), frequency);
+    const QCommandLineOption spacing(QStringLiteral("spacing"),
+                                     QStringLiteral("How far peaks of one kind lie apart at least."), frequency);
+    const QCommandLineOption reference(QStringLiteral("reference"),
+                                       QStringLiteral("Show all others as differences to the Nth marker."), number);
+    const QCommandLineOption format(QStringLiteral("format"), QStringLiteral("How to print: text or json."),
+                                    QStringLiteral("FORMAT"), QStringLiteral("text"));
+    const QCommandLineOption plot(QStringLiteral("plot"),
+                                  QStringLiteral("Draw the trace with its markers into a PNG file."),
+                                  QStringLiteral("FILE.png"));
+    parser.addOptions({max, min, at, spacing, reference, format, plot});
+    parser.addPositionalArgument(QStringLiteral("TRACE.csv"), QStringLiteral("The trace: frequencies and levels."));
+    if (!Console::parse(&parser, arguments, exitStatus))
+        return false;
+
+    *exitStatus = ExitUsage;
+    if (parser.positionalArguments().size() != 1) {
+        Console::error(
+            QStringLiteral("markers: expected one trace file, found %1").arg(parser.positionalArguments().size()));
+        return false;
+    }
+    options->traceFile = parser.positionalArguments().constFirst();
+    const bool isDefault = !parser.isSet(max) && !parser.isSet(min) && !parser.isSet(at);
+    options->maxima = isDefault ? kDefaultMaxima : 0;
+    if (!readCount(parser, max, 0, kMaxPeakMarkers, &options->maxima) ||
+        !readCount(parser, min, 0, kMaxPeakMarkers, &options->minima))
+        return false;
+
+    const QStringList frequencies = parser.values(at);
+    if (frequencies.size() > kMaxFrequencyMarkers) {
+        Console::error(QStringLiteral("markers: at most %1 times --at").arg(kMaxFrequencyMarkers));
+        return false;
+    }
+    for (const QString &text : frequencies) {
+        AFrequency target;
+        if (!readFrequencyOption(QStringLiteral("at"), text, &target))
+            return false;
+        options->frequencies.append(target);
+    }
+    if (parser.isSet(spacing) &&
+        !readFrequencyOption(QStringLiteral("spacing"), parser.value(spacing), &options->spacing))
+        return false;
+
+    const int count = options->maxima + options->minima + options->frequencies.size();
+    if (count == 0) {
+        Console::error(QStringLiteral("markers: no marker is asked for"));
+        return false;
+    }
+    if (!readCount(parser, reference, 1, count, &options->reference))
+        return false;
+
+    const QString formatName = parser.value(format);
+    if (formatName != QLatin1String("text") && formatName != QLatin1String("json")) {
+        Console::error(QStringLiteral("markers: unknown format '%1', expected text or json").arg(formatName));
+        return false;
+    }
+    options->asJson = formatName == QLatin1String("json");
+    options->picture = parser.value(plot);
+    if (parser.isSet(plot) && !options->picture.endsWith(QLatin1String(".png"), Qt::CaseInsensitive)) {
+        Console::error(
+            QStringLiteral("markers: --plot expects the name of a PNG file, not '%1'").arg(options->picture));
+        return false;
+    }
+    return true;
+}
+
+void setMarkers(const Trace &trace, const Options &options, ASpectrumMarkerList *list)
+{
+    for (int i = 0; i < options.maxima; ++i)
+        list->addMarker(ASpectrumMarker::TypeMax, kTrace, AFrequency());
+    for (int i = 0; i < options.minima; ++i)
+        list->addMarker(ASpectrumMarker::TypeMin, kTrace, AFrequency());
+    for (const AFrequency &frequency : options.frequencies)
+        list->addMarker(ASpectrumMarker::TypeStd, kTrace, frequency);
+    list->updateMarkerValues(trace.values, kTrace, trace.values.constFirst().frequency,
+                             trace.values.constLast().frequency, trace.unit, options.spacing);
+    if (options.reference == 0)
+        return;
+    ASpectrumMarker *reference = list->at(options.reference - 1);
+    const Markers all = list->all();
+    for (ASpectrumMarker *marker : all) {
+        if (marker != reference)
+            marker->setReferenceMarker(reference);
+    }
+}
+
+// The texts of one line, a cell for each column.
+QStringList rowOf(int number, const ASpectrumMarker &marker, const emu_entry *unit)
+{
+    const QString frequency = marker.value().isEmpty() ? QStringLiteral("-") : shortFrequency(marker.value().frequency);
+    QStringList row = {QString::number(number), marker.name(), frequency, marker.valueAsString(unit, nullptr, true),
+                       marker.deltaAsString(unit, nullptr, true)};
+    QStringList items = marker.labelItems(unit, nullptr);
+    items.removeFirst(); // the name
+    while (items.size() < 6)
+        items += QString();
+    return row + items;
+}
+
+void printText(const Trace &trace, const Markers &markers, const Options &options)
+{
+    const emu_entry *unit = emu_find(trace.unit);
+    Console::write(QStringLiteral("%1: %L2 points, %3 to %4, in %5\n\n")
+                       .arg(Console::oneLine(options.traceFile))
+                       .arg(trace.values.size())
+                       .arg(shortFrequency(trace.values.constFirst().frequency),
+                            shortFrequency(trace.values.constLast().frequency), QString::fromUcs4(unit->name)));
+
+    // Numbers stand to the right, words to the left.
+    const QVector<bool> toTheRight = {true, false, true, true, true, true, false, false, true, false, false};
+    QVector<QStringList> rows = {{QStringLiteral("No"), QStringLiteral("Marker"), QStringLiteral("Frequency"),
+                                  QStringLiteral("Level"), QStringLiteral("Delta"), QStringLiteral("Label"), QString(),
+                                  QString(), QString(), QString(), QString()}};
+    for (int i = 0; i < markers.size(); ++i)
+        rows += rowOf(i + 1, *markers.at(i), unit);
+    QVector<int> widths(toTheRight.size());
+    for (const QStringList &row : qAsConst(rows)) {
+        for (int column = 0; column < row.size(); ++column)
+            widths[column] = qMax(widths[column], row.at(column).size());
+    }
+    for (const QStringList &row : qAsConst(rows)) {
+        QString line;
+        for (int column = 0; column < row.size(); ++column) {
+            const int width = toTheRight[column] ? widths[column] : -widths[column];
+            line += QStringLiteral("%1").arg(row.at(column), width) + QLatin1String(column < 5 ? "  " : " ");
+        }
+        while (line.endsWith(QLatin1Char(' ')))
+            line.chop(1);
+        Console::write(line + QLatin1Char('\n'));
+    }
+}
+
+QJsonValue numberOrNull(double value)
+{
+    return std::isfinite(value) ? QJsonValue(value) : QJsonValue();
+}
+
+QJsonObject markerAsJson(const ASpectrumMarker &marker, const emu_entry *unit)
+{
+    QJsonObject object;
+    object[QStringLiteral("name")] = marker.name();
+    if (!marker.value().isEmpty()) {
+        object[QStringLiteral("frequencyHz")] = marker.value().frequency.floatValue(AFrequency::Hz);
+        object[QStringLiteral("level")] = numberOrNull(marker.value().level);
+        object[QStringLiteral("unit")] = QString::fromUcs4(unit->name);
+    }
+    if (marker.scope() == ASpectrumMarker::ScopeFrequency)
+        object[QStringLiteral("targetHz")] = marker.targetFrequency().floatValue(AFrequency::Hz);
+    if (marker.referenceMarker())
+        object[QStringLiteral("reference")] = marker.referenceMarker()->name();
+    object[QStringLiteral("valueText")] = marker.valueAsString(unit, nullptr, true);
+    object[QStringLiteral("deltaText")] = marker.deltaAsString(unit, nullptr, true);
+    object[QStringLiteral("labelItems")] = QJsonArray::fromStringList(marker.labelItems(unit, nullptr));
+    object[QStringLiteral("label")] = marker.label(false, unit, nullptr);
+    object[QStringLiteral("detailedLabel")] = marker.label(true, unit, nullptr);
+    return object;
+}
+
+void printJson(const Trace &trace, const Markers &markers)
+{
+    QString separator = QStringLiteral("[\n");
+    for (const ASpectrumMarker *marker : markers) {
+        const QJsonObject object = markerAsJson(*marker, emu_find(trace.unit));
+        Console::write(separator + QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)));
+        separator = QStringLiteral(",\n");
+    }
+    Console::write(QStringLiteral("\n]\n"));
+}
+
+bool drawPicture(const Trace &trace, const Markers &markers, const Options &options)
+{
+    Console::progress(QStringLiteral("drawing %1").arg(options.picture));
+    const emu_entry *unit = emu_find(trace.unit);
+    Plot plot(Console::oneLine(QFileInfo(options.traceFile).fileName()), QStringLiteral("Level"),
+              QString::fromUcs4(unit->name));
+    QVector<Plot::Point> points;
+    points.reserve(trace.values.size());
+    for (const AMeasurementValue &value : trace.values)
+        points.append({value.frequency.floatValue(AFrequency::Hz), value.level});
+    plot.addCurve(QString(), points, Plot::TraceCurve);
+    for (const ASpectrumMarker *marker : markers) {
+        if (!marker->value().isEmpty())
+            plot.addMarker(marker->value().frequency.floatValue(AFrequency::Hz), marker->value().level,
+                           marker->labelItems(unit, nullptr).join(QLatin1Char(' ')).trimmed(),
+                           marker->type() == ASpectrumMarker::TypeMin ? Plot::BelowPoint : Plot::AbovePoint);
+    }
+    QString errorText;
+    const bool saved = plot.save(options.picture, &errorText);
+    Console::clearProgress();
+    if (!saved)
+        Console::error(errorText);
+    return saved;
+}
+
+} // namespace
+
+int runMarkers(const QStringList &arguments)
+{
+    Options options;
+    int exitStatus = ExitDone;
+    if (!readOptions(arguments, &options, &exitStatus))
+        return exitStatus;
+
+    Console::progress(QStringLiteral("reading %1").arg(options.traceFile));
+    Trace trace;
+    QString errorText;
+    if (!readTraceFile(options.traceFile, &trace, &errorText)) {
+        Console::error(errorText);
+        return ExitFailed;
+    }
+    Console::clearProgress();
+
+    ASpectrumMarkerList list;
+    setMarkers(trace, options, &list);
+    const Markers markers = list.all();
+    if (options.asJson)
+        printJson(trace, markers);
+    else
+        printText(trace, markers, options);
+    const bool printed = Console::finish();
+    const bool drawn = options.picture.isEmpty() || drawPicture(trace, markers, options);
+    return printed && drawn ? ExitDone : ExitFailed;
+}

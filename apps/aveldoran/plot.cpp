@@ -1,0 +1,523 @@
+#include "apps/aveldoran/plot.h"
+
+#include "apps/aveldoran/labelplacement.h"
+
+#include <QtCore/QSaveFile>
+#include <QtGui/QImage>
+#include <QtGui/QPainter>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <qwt_legend.h>
+#include <qwt_plot.h>
+#include <qwt_plot_canvas.h>
+#include <qwt_plot_curve.h>
+#include <qwt_plot_grid.h>
+#include <qwt_plot_layout.h>
+#include <qwt_plot_renderer.h>
+#include <qwt_scale_draw.h>
+#include <qwt_scale_engine.h>
+#include <qwt_scale_map.h>
+#include <qwt_scale_widget.h>
+#include <qwt_symbol.h>
+#include <qwt_text.h>
+
+namespace {
+
+// The picture is laid out in points of a screen and drawn larger, so that it stays sharp on paper.
+constexpr int kLayoutWidth = 960;
+constexpr int kLayoutHeight = 560;
+constexpr double kMagnification = 1.75;
+constexpr double kDotsPerInch = 96.0;
+constexpr double kDotsPerMetre = kDotsPerInch * kMagnification / 0.0254;
+
+constexpr int kTextPoints = 9;
+constexpr int kTitlePoints = 11;
+constexpr int kLabelPixels = 11; // of the layout
+
+constexpr double kSymbolSize = 8.0;
+constexpr double kLabelGap = 4.0; // between label, frame and leader
+constexpr double kElbow = 14.0;   // height of the slanted part of a leader
+
+// Told apart also by who doesn't see red and green alike, and in print.
+constexpr QRgb kTraceColors[] = {0xff1f4e9e, 0xffd97706, 0xff0f766e, 0xff7c3aed, 0xff525252};
+constexpr QRgb kLimitColor = 0xffc81e1e;
+constexpr QRgb kMarkerColor = 0xff8a1538;
+constexpr QRgb kMajorGridColor = 0xffd0d0d0;
+constexpr QRgb kMinorGridColor = 0xffececec;
+constexpr QRgb kLeaderColor = 0xffa0a0a0;
+
+using Points = QVector<Plot::Point>;
+
+struct Marker
+{
+    double frequencyHz;
+    double level;
+    QString label;
+    Plot::MarkerSide side;
+};
+
+struct Curve
+{
+    QString name;
+    Points points;
+    Plot::CurveRole role;
+};
+
+struct Range
+{
+    double begin = std::numeric_limits<double>::infinity();
+    double end = -std::numeric_limits<double>::infinity();
+
+    bool isEmpty() const { return !(begin < end); }
+    void include(double value)
+    {
+        begin = std::min(begin, value);
+        end = std::max(end, value);
+    }
+};
+
+struct FrequencyUnit
+{
+    const char *name;
+    double hertz;
+};
+
+FrequencyUnit unitFor(double hertz)
+{
+    if (hertz >= 1e10)
+        return {"GHz", 1e9};
+    if (hertz >= 1e6)
+        return {"MHz", 1e6};
+    return hertz >= 1e3 ? FrequencyUnit{"kHz", 1e3} : FrequencyUnit{"Hz", 1.0};
+}
+
+// 1, 2 or 5 times a power of ten, so that about `divisions` of it fill the span.
+double niceStep(double span, int divisions)
+{
+    const double power = std::pow(10.0, std::floor(std::log10(span / divisions)));
+    const double lead = span / divisions / power;
+    return (lead <= 1.0 ? 1.0 : lead <= 2.0 ? 2.0 : lead <= 5.0 ? 5.0 : 10.0) * power;
+}
+
+QFont textFont(int points, bool bold)
+{
+    QFont font(QStringLiteral("DejaVu Sans"));
+    font.setStyleHint(QFont::SansSerif);
+    font.setPointSize(points);
+    font.setBold(bold);
+    return font;
+}
+
+// Of texts that are drawn into the layout directly: a size in points would be magnified twice.
+QFont labelFont()
+{
+    QFont font = textFont(kTextPoints, false);
+    font.setPixelSize(kLabelPixels);
+    return font;
+}
+
+// Numbers without a sign between thousands, which not everybody reads alike.
+class ScaleDraw : public QwtScaleDraw
+{
+public:
+    ScaleDraw() { enableComponent(Backbone, false); } // the canvas has a frame
+
+    QwtText label(double value) const override
+    {
+        QLocale locale;
+        locale.setNumberOptions(QLocale::OmitGroupSeparator);
+        return {locale.toString(std::fabs(value) < kZero ? 0.0 : value)};
+    }
+
+private:
+    static constexpr double kZero = 1e-12; // what remains of 0 after steps to it
+};
+
+QwtText text(const QString &content, int points, bool bold)
+{
+    QwtText result(content, QwtText::PlainText);
+    result.setFont(textFont(points, bold));
+    return result;
+}
+
+// The markers with their labels. It is drawn over all else.
+class MarkerItem : public QwtPlotItem
+{
+public:
+    MarkerItem(const QVector<Marker> &markers, double hertzPerUnit)
+        : m_markers(markers)
+        , m_hertzPerUnit(hertzPerUnit)
+    {
+        setZ(100.0);
+    }
+
+    // What the labels take of the canvas, at its top.
+    double bandHeight() const
+    {
+        double widest = 0.0;
+        for (const Marker &marker : m_markers)
+            widest = std::max(widest, metrics().horizontalAdvance(marker.label));
+        return widest > 0.0 ? widest + 2 * kLabelGap + kElbow : 0.0;
+    }
+
+    void draw(QPainter *painter, const QwtScaleMap &xMap, const QwtScaleMap &yMap, const QRectF &canvas) const override
+    {
+        painter->setRenderHint(QPainter::Antialiasing);
+        QVector<QPointF> points;
+        for (const Marker &marker : m_markers)
+            points += QPointF(xMap.transform(marker.frequencyHz / m_hertzPerUnit), yMap.transform(marker.level));
+        drawLabels(painter, points, canvas);
+        for (int i = 0; i < points.size(); ++i)
+            drawSymbol(painter, points[i], m_markers[i].side == Plot::AbovePoint ? -kSymbolSize : kSymbolSize);
+    }
+
+private:
+    static QFontMetricsF metrics() { return QFontMetricsF(labelFont()); }
+
+    void drawLabels(QPainter *painter, const QVector<QPointF> &points, const QRectF &canvas) const
+    {
+        const double lineHeight = metrics().height();
+        const double bandEnd = canvas.top() + bandHeight() - kElbow;
+        const int room = static_cast<int>((canvas.width() - 2 * kLabelGap) / lineHeight);
+        QVector<int> order;
+        for (int i = 0; i < points.size() && order.size() < room; ++i) {
+            if (!m_markers[i].label.isEmpty())
+                order += i;
+        }
+        std::stable_sort(order.begin(), order.end(), [&points](int a, int b) { return points[a].x() < points[b].x(); });
+        QVector<double> wanted;
+        for (const int i : qAsConst(order))
+            wanted += points[i].x();
+        const double margin = kLabelGap + lineHeight / 2;
+        const QVector<double> places = placeLabels(wanted, lineHeight, canvas.left() + margin, canvas.right() - margin);
+
+        painter->setFont(labelFont());
+        for (int i = 0; i < order.size(); ++i) {
+            const QPointF &point = points[order[i]];
+            const QPointF foot(places[i], bandEnd);
+            painter->setPen(QPen(QColor(kLeaderColor), 0.8));
+            const QPointF leader[] = {foot, {point.x(), bandEnd + kElbow}, {point.x(), point.y() - kSymbolSize}};
+            painter->drawPolyline(leader, 3);
+            painter->setPen(QColor(kMarkerColor));
+            painter->save();
+            painter->translate(foot.x(), foot.y() - kLabelGap);
+            painter->rotate(-90.0);
+            const QString &label = m_markers[order[i]].label;
+            painter->fillRect(QRectF(-1.0, -lineHeight / 2, metrics().horizontalAdvance(label) + 2.0, lineHeight),
+                              Qt::white); // no grid behind the text
+            painter->drawText(QPointF(0.0, metrics().ascent() / 2 - metrics().descent() / 2), label);
+            painter->restore();
+        }
+    }
+
+    static void drawSymbol(QPainter *painter, const QPointF &point, double height)
+    {
+        painter->setPen(QPen(Qt::white, 0.8));
+        painter->setBrush(QColor(kMarkerColor));
+        const QPointF triangle[] = {point, point + QPointF(-kSymbolSize / 2, height),
+                                    point + QPointF(kSymbolSize / 2, height)};
+        painter->drawPolygon(triangle, 3);
+    }
+
+    QVector<Marker> m_markers;
+    double m_hertzPerUnit;
+};
+
+} // namespace
+
+struct Plot::Private
+{
+    QString title;
+    QString quantity;
+    QString unit;
+    FrequencyScale scale = LinearFrequency;
+    Range frequencies; // as set
+    QVector<Curve> curves;
+    QVector<Marker> markers;
+
+    bool isShown(const Point &point) const
+    {
+        return std::isfinite(point.level) && std::isfinite(point.frequencyHz) &&
+               (scale == LinearFrequency || point.frequencyHz > 0.0);
+    }
+
+    Range frequencyRange() const;
+    Range levelRange(const Range &shown) const;
+    Points thinned(const Points &points, const Range &shown) const;
+
+    void addCurves(QwtPlot *plot, const Range &shown, double hertzPerUnit) const;
+    void setFrequencyAxis(QwtPlot *plot, const Range &shown, const FrequencyUnit &frequencyUnit) const;
+    void setLevelAxis(QwtPlot *plot, const Range &shown, double band) const;
+};
+
+// Never empty.
+Range Plot::Private::frequencyRange() const
+{
+    Range range = frequencies;
+    if (range.isEmpty() || (scale == LogarithmicFrequency && range.begin <= 0.0)) {
+        range = Range();
+        for (const Curve &curve : curves) {
+            for (const Point &point : curve.points) {
+                if (isShown(point))
+                    range.include(point.frequencyHz);
+            }
+        }
+    }
+    if (range.begin > range.end)
+        return {1e6, 1e9};
+    if (range.begin == range.end)
+        return scale == LogarithmicFrequency ? Range{range.begin / 2, range.end * 2}
+                                             : Range{range.begin - 1.0, range.end + 1.0};
+    const bool hasTable =
+        std::any_of(curves.begin(), curves.end(), [](const Curve &curve) { return curve.role == TableCurve; });
+    if (hasTable && frequencies.isEmpty()) { // room for the points at the ends
+        constexpr double kMargin = 0.015;
+        if (scale == LogarithmicFrequency) {
+            const double factor = std::pow(range.end / range.begin, kMargin);
+            return {range.begin / factor, range.end * factor};
+        }
+        const double margin = (range.end - range.begin) * kMargin;
+        return {range.begin - margin, range.end + margin};
+    }
+    return range;
+}
+
+Range Plot::Private::levelRange(const Range &shown) const
+{
+    Range range;
+    for (const Curve &curve : curves) {
+        for (const Point &point : curve.points) {
+            if (isShown(point) && point.frequencyHz >= shown.begin && point.frequencyHz <= shown.end)
+                range.include(point.level);
+        }
+    }
+    for (const Marker &marker : markers)
+        range.include(marker.level);
+    if (range.begin > range.end)
+        return {0.0, 1.0};
+    if (range.begin == range.end) {
+        const double margin = std::max(1.0, std::fabs(range.begin) / 10);
+        return {range.begin - margin, range.end + margin};
+    }
+    return range;
+}
+
+// Of each column of the picture the first, lowest, highest and last point: the line through them covers what the line
+// through all of them would.
+Points Plot::Private::thinned(const Points &points, const Range &shown) const
+{
+    const int columns = pictureSize().width();
+    if (points.size() <= 8 * columns)
+        return points;
+    const auto place = [this](double hertz) { return scale == LinearFrequency ? hertz : std::log(hertz); };
+    const double begin = place(shown.begin);
+    const double columnsPerPlace = columns / (place(shown.end) - begin);
+    const auto columnOf = [&](const Point &point) {
+        return std::floor(qBound(-1.0, (place(point.frequencyHz) - begin) * columnsPerPlace, columns + 1.0));
+    };
+
+    Points kept;
+    for (int first = 0; first < points.size();) {
+        const double column = columnOf(points[first]);
+        int lowest = first;
+        int highest = first;
+        int behind = first + 1;
+        for (; behind < points.size() && columnOf(points[behind]) == column; ++behind) {
+            lowest = points[behind].level < points[lowest].level ? behind : lowest;
+            highest = points[behind].level > points[highest].level ? behind : highest;
+        }
+        int chosen[] = {first, lowest, highest, behind - 1};
+        std::sort(std::begin(chosen), std::end(chosen));
+        for (const int *index = std::begin(chosen); index != std::unique(std::begin(chosen), std::end(chosen)); ++index)
+            kept += points[*index];
+        first = behind;
+    }
+    return kept;
+}
+
+void Plot::Private::addCurves(QwtPlot *plot, const Range &shown, double hertzPerUnit) const
+{
+    int traces = 0;
+    for (const Curve &curve : curves) {
+        const bool isLimit = curve.role == LimitCurve;
+        const QColor color(isLimit ? kLimitColor : kTraceColors[traces % int(std::size(kTraceColors))]);
+        traces += isLimit ? 0 : 1;
+        // A gap divides a curve into several items, of which the first stands in the legend.
+        bool inLegend = !curve.name.isEmpty();
+        for (int i = 0; i < curve.points.size();) {
+            Points stretch;
+            for (; i < curve.points.size() && isShown(curve.points[i]); ++i)
+                stretch += curve.points[i];
+            while (i < curve.points.size() && !isShown(curve.points[i]))
+                ++i;
+            if (stretch.isEmpty())
+                continue;
+            QVector<QPointF> samples;
+            const Points drawn = thinned(stretch, shown);
+            for (const Point &point : drawn)
+                samples += QPointF(point.frequencyHz / hertzPerUnit, point.level);
+
+            auto *item = new QwtPlotCurve(text(curve.name, kTextPoints, false)); // the plot's own, like all items
+            item->setSamples(samples);
+            item->setPen(color, isLimit ? 1.8 : 1.1);
+            item->setRenderHint(QwtPlotItem::RenderAntialiased);
+            item->setLegendAttribute(QwtPlotCurve::LegendShowLine);
+            item->setItemAttribute(QwtPlotItem::Legend, inLegend);
+            item->setZ(isLimit ? 30.0 : 20.0);
+            if (curve.role == TableCurve || samples.size() == 1)
+                item->setSymbol(new QwtSymbol(QwtSymbol::Ellipse, color, QPen(Qt::white, 0.6), QSize(6, 6)));
+            item->attach(plot);
+            inLegend = false;
+        }
+    }
+    if (std::any_of(curves.begin(), curves.end(), [](const Curve &curve) { return !curve.name.isEmpty(); }))
+        plot->insertLegend(new QwtLegend, QwtPlot::BottomLegend);
+}
+
+void Plot::Private::setFrequencyAxis(QwtPlot *plot, const Range &shown, const FrequencyUnit &frequencyUnit) const
+{
+    const double begin = shown.begin / frequencyUnit.hertz;
+    const double end = shown.end / frequencyUnit.hertz;
+    plot->setAxisTitle(QwtPlot::xBottom, text(QStringLiteral("Frequency (%1)").arg(QLatin1String(frequencyUnit.name)),
+                                              kTextPoints, false));
+    plot->setAxisMaxMinor(QwtPlot::xBottom, 5);
+    if (scale == LinearFrequency) {
+        plot->setAxisScale(QwtPlot::xBottom, begin, end, niceStep(end - begin, 12));
+        return;
+    }
+    // 1, 2 and 5 of each decade carry numbers, or over many decades 1 alone.
+    QList<double> numbered;
+    QList<double> others;
+    const bool few = std::log10(end / begin) <= 4.0;
+    const auto firstDecade = static_cast<int>(std::floor(std::log10(begin)));
+    const auto lastDecade = static_cast<int>(std::floor(std::log10(end)));
+    for (int exponent = firstDecade; exponent <= lastDecade; ++exponent) {
+        const double decade = std::pow(10.0, exponent);
+        for (int i = 1; i < 10; ++i) {
+            const double tick = i * decade;
+            if (tick >= begin * (1 - 1e-9) && tick <= end * (1 + 1e-9))
+                (i == 1 || (few && (i == 2 || i == 5)) ? numbered : others) += tick;
+        }
+    }
+    plot->setAxisScaleEngine(QwtPlot::xBottom, new QwtLogScaleEngine);
+    if (numbered.size() < 2)
+        plot->setAxisScale(QwtPlot::xBottom, begin, end);
+    else
+        plot->setAxisScaleDiv(QwtPlot::xBottom, QwtScaleDiv(begin, end, others, {}, numbered));
+}
+
+// `band` is the height in the layout that stays free above the curves.
+void Plot::Private::setLevelAxis(QwtPlot *plot, const Range &shown, double band) const
+{
+    plot->setAxisTitle(QwtPlot::yLeft, text(unit.isEmpty() ? quantity : QStringLiteral("%1 (%2)").arg(quantity, unit),
+                                            kTextPoints, false));
+    plot->setAxisMaxMinor(QwtPlot::yLeft, 5);
+    const Range levels = levelRange(shown);
+    const double step = niceStep(levels.end - levels.begin, 8);
+    const double symbol = (levels.end - levels.begin) * 0.03; // that much room has a symbol beyond the levels
+    const bool hasBelow =
+        std::any_of(markers.begin(), markers.end(), [](const Marker &marker) { return marker.side == BelowPoint; });
+    const double lower = std::floor((levels.begin - (hasBelow ? symbol : 0.0)) / step) * step;
+    double upper = std::ceil((levels.end + symbol) / step) * step;
+    plot->setAxisScale(QwtPlot::yLeft, lower, upper, step);
+    if (band <= 0.0)
+        return;
+    // How high the canvas is shows in a layout; the labels' band then takes its share of the scale.
+    plot->updateLayout();
+    const double height = plot->plotLayout()->canvasRect().height();
+    const double share = std::min((band + kSymbolSize) / std::max(height, 1.0), 0.7);
+    upper = lower + (levels.end - lower) / (1.0 - share);
+    plot->setAxisScale(QwtPlot::yLeft, lower, upper, niceStep(upper - lower, 10));
+}
+
+Plot::Plot(const QString &title, const QString &quantity, const QString &unit)
+    : d(std::make_unique<Private>())
+{
+    d->title = title;
+    d->quantity = quantity;
+    d->unit = unit;
+}
+
+Plot::~Plot() = default;
+
+void Plot::setFrequencyScale(FrequencyScale scale)
+{
+    d->scale = scale;
+}
+
+void Plot::setFrequencyRange(double beginHz, double endHz)
+{
+    d->frequencies = {beginHz, endHz};
+}
+
+void Plot::addCurve(const QString &name, const QVector<Point> &points, CurveRole role)
+{
+    d->curves.append({name, points, role});
+}
+
+void Plot::addMarker(double frequencyHz, double level, const QString &label, MarkerSide side)
+{
+    if (d->isShown({frequencyHz, level}))
+        d->markers.append({frequencyHz, level, label, side});
+}
+
+QSize Plot::pictureSize()
+{
+    return QSizeF(kLayoutWidth * kMagnification, kLayoutHeight * kMagnification).toSize();
+}
+
+bool Plot::save(const QString &fileName, QString *errorText) const
+{
+    QwtPlot plot;
+    plot.setAutoFillBackground(true);
+    plot.setPalette(QPalette(Qt::black, Qt::white, Qt::white, Qt::gray, Qt::gray, Qt::black, Qt::white));
+    plot.setContentsMargins(10, 10, 18, 8);
+    plot.setCanvasBackground(Qt::white);
+    plot.setFont(textFont(kTextPoints, false));
+    plot.setAxisFont(QwtPlot::xBottom, textFont(kTextPoints, false));
+    plot.setAxisFont(QwtPlot::yLeft, textFont(kTextPoints, false));
+    for (const int axis : {QwtPlot::xBottom, QwtPlot::yLeft}) {
+        plot.setAxisScaleDraw(axis, new ScaleDraw);
+        plot.axisWidget(axis)->setMargin(0);
+    }
+    plot.setTitle(text(d->title, kTitlePoints, true));
+    plot.plotLayout()->setAlignCanvasToScales(true);
+    auto *canvas = static_cast<QwtPlotCanvas *>(plot.canvas());
+    canvas->setFrameStyle(QFrame::Box | QFrame::Plain); // NOLINT(hicpp-signed-bitwise): Qt's own enumerations
+    canvas->setLineWidth(1);
+    canvas->setBorderRadius(0);
+
+    auto *grid = new QwtPlotGrid;
+    grid->setMajorPen(QColor(kMajorGridColor), 0.8);
+    grid->setMinorPen(QColor(kMinorGridColor), 0.6);
+    grid->enableXMin(true);
+    grid->enableYMin(true);
+    grid->setZ(0.0);
+    grid->attach(&plot);
+
+    const Range shown = d->frequencyRange();
+    const FrequencyUnit frequencyUnit = unitFor(shown.end);
+    plot.resize(kLayoutWidth, kLayoutHeight);
+    d->addCurves(&plot, shown, frequencyUnit.hertz);
+    auto *markers = new MarkerItem(d->markers, frequencyUnit.hertz);
+    markers->attach(&plot);
+    d->setFrequencyAxis(&plot, shown, frequencyUnit);
+    d->setLevelAxis(&plot, shown, markers->bandHeight());
+    plot.updateAxes();
+
+    QImage image(pictureSize(), QImage::Format_RGB32);
+    image.setDotsPerMeterX(qRound(kDotsPerMetre));
+    image.setDotsPerMeterY(qRound(kDotsPerMetre));
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    QwtPlotRenderer().render(&plot, &painter, image.rect());
+    painter.end();
+
+    QSaveFile file(fileName);
+    if (file.open(QIODevice::WriteOnly) && image.save(&file, "PNG") && file.commit())
+        return true;
+    *errorText = QStringLiteral("%1: can't be written: %2").arg(fileName, file.errorString());
+    return false;
+}

@@ -1,0 +1,407 @@
+#include "apps/programrun.h"
+
+#include <QtTest/QtTest>
+
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+#include <QtCore/QTemporaryDir>
+#include <QtGui/QImage>
+
+namespace {
+
+constexpr char kExample[] = AVELDORAN_EXAMPLES_DIR "/data/traces/broadband.csv";
+
+// Peaks at 101 (-40), 103 (-35) and 105 MHz (-50), bottoms between them.
+constexpr char kTrace[] = "Frequency [MHz];Level [dBm]\n"
+                          "100;-30\n100.5;-90\n101;-40\n102;-80\n103;-35\n104;-85\n105;-50\n106;-70\n";
+
+// A text without runs of blanks.
+QStringList simplifiedLines(const QString &text)
+{
+    QStringList lines;
+    for (const QString &line : text.split('\n', Qt::SkipEmptyParts))
+        lines += line.simplified();
+    return lines;
+}
+
+int countPixels(const QImage &image, QRgb color)
+{
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            count += (image.pixel(x, y) & RGB_MASK) == (color & RGB_MASK) ? 1 : 0;
+    }
+    return count;
+}
+
+QProcessEnvironment withoutDisplay()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char *name : {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY", "XDG_RUNTIME_DIR"})
+        environment.remove(QLatin1String(name));
+    return environment;
+}
+
+} // namespace
+
+class TestMarkersCommand : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+
+    void printsATable();
+    void setsSixMaximaIfNothingIsAskedFor();
+    void readsTheLevelAtFrequencies();
+    void showsDifferencesToTheReference();
+    void keepsPeaksApart();
+    void printsJson();
+    void numbersThatAreNoneAreNullInJson();
+    void findsTheCarriersOfTheExample();
+    void takesATraceOfOnePoint();
+    void drawsThePicture();
+    void drawsWithoutADisplay();
+    void drawsWhereNothingIsToBeSeen_data();
+    void drawsWhereNothingIsToBeSeen();
+    void reportsAPictureThatCanNotBeWritten();
+    void keepsAnOldPictureThatItCanNotReplace();
+    void namesFileAndLineOfABadTrace_data();
+    void namesFileAndLineOfABadTrace();
+    void reportsOutputThatCanNotBeWritten();
+    void keepsTerminalControlOutOfItsOutput();
+    void refusesWrongUsage_data();
+    void refusesWrongUsage();
+    void helps();
+
+private:
+    QString path(const QString &name) const { return m_directory->filePath(name); }
+    QString write(const QString &name, const QByteArray &content);
+
+    std::unique_ptr<QTemporaryDir> m_directory;
+};
+
+void TestMarkersCommand::init()
+{
+    m_directory = std::make_unique<QTemporaryDir>();
+    QVERIFY(m_directory->isValid());
+}
+
+QString TestMarkersCommand::write(const QString &name, const QByteArray &content)
+{
+    QFile file(path(name));
+    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+        qFatal("could not write %s", qPrintable(file.fileName()));
+    return file.fileName();
+}
+
+void TestMarkersCommand::printsATable()
+{
+    const QString file = write("a.csv", kTrace);
+    const Run result = run({"markers", "--max", "2", "--min", "1", file});
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.exitStatus, 0);
+    const QString expected = QStringLiteral("%1: 8 points, 100 MHz to 106 MHz, in dBm\n"
+                                            "\n"
+                                            "No  Marker  Frequency       Level  Delta   Label\n"
+                                            " 1  Max 1     103 MHz  -35.00 dBm      -  -35.00 dBm @ 103.000 MHz\n"
+                                            " 2  Max 2     101 MHz  -40.00 dBm      -  -40.00 dBm @ 101.000 MHz\n"
+                                            " 3  Min 1   100.5 MHz  -90.00 dBm      -  -90.00 dBm @ 100.500 MHz\n");
+    QCOMPARE(result.output, expected.arg(file));
+}
+
+void TestMarkersCommand::setsSixMaximaIfNothingIsAskedFor()
+{
+    const Run result = run({"markers", write("a.csv", kTrace)});
+    QCOMPARE(result.exitStatus, 0);
+    const QStringList lines = simplifiedLines(result.output);
+    QCOMPARE(lines.size(), 2 + 6);
+    QCOMPARE(lines.at(4), QStringLiteral("3 Max 3 105 MHz -50.00 dBm - -50.00 dBm @ 105.000 MHz"));
+    QCOMPARE(lines.at(5), QStringLiteral("4 Max 4 - - - -")); // the first point is never searched
+    QCOMPARE(lines.at(7), QStringLiteral("6 Max 6 - - - -"));
+}
+
+void TestMarkersCommand::readsTheLevelAtFrequencies()
+{
+    const Run result = run({"markers", "--at", "101.5MHz", "--at", "106 MHz", "--at", "0.1025 GHz", "--at", "99999999",
+                            "--at", "107 MHz", write("a.csv", kTrace)});
+    QCOMPARE(result.exitStatus, 0);
+    QCOMPARE(
+        simplifiedLines(result.output).mid(2),
+        QStringList({"1 Std 1 101.5 MHz -60.00 dBm - -60.00 dBm @ 101.500 MHz",
+                     "2 Std 2 106 MHz -70.00 dBm - -70.00 dBm @ 106.000 MHz",
+                     "3 Std 3 102.5 MHz -57.50 dBm - -57.50 dBm @ 102.500 MHz", "4 Std 4 - - - -", "5 Std 5 - - - -"}));
+}
+
+void TestMarkersCommand::showsDifferencesToTheReference()
+{
+    const Run result =
+        run({"markers", "--max", "2", "--at", "104 MHz", "--at", "1 MHz", "--reference", "2", write("a.csv", kTrace)});
+    QCOMPARE(result.exitStatus, 0);
+    QCOMPARE(
+        simplifiedLines(result.output).mid(2),
+        QStringList({"1 Max 1 103 MHz -35.00 dBm +5.00 dBm +5.00 dBm @ +2.000 MHz (Δ Max 2)",
+                     "2 Max 2 101 MHz -40.00 dBm - -40.00 dBm @ 101.000 MHz",
+                     "3 Std 1 104 MHz -85.00 dBm -45.00 dBm -45.00 dBm @ +3.000 MHz (Δ Max 2)", "4 Std 2 - - - -"}));
+}
+
+void TestMarkersCommand::keepsPeaksApart()
+{
+    const Run result = run({"markers", "--max", "3", "--spacing", "2.5 MHz", write("a.csv", kTrace)});
+    QCOMPARE(result.exitStatus, 0);
+    QCOMPARE(
+        simplifiedLines(result.output).mid(2),
+        QStringList({"1 Max 1 103 MHz -35.00 dBm - -35.00 dBm @ 103.000 MHz", "2 Max 2 - - - -", "3 Max 3 - - - -"}));
+}
+
+void TestMarkersCommand::printsJson()
+{
+    const Run result = run({"markers", "--format", "json", "--max", "1", "--at", "104 MHz", "--at", "1 MHz",
+                            "--reference", "1", write("a.csv", kTrace)});
+    QCOMPARE(result.exitStatus, 0);
+    const QJsonArray expected = {
+        QJsonObject{{"name", "Max 1"},
+                    {"frequencyHz", 103e6},
+                    {"level", -35.0},
+                    {"unit", "dBm"},
+                    {"valueText", "-35.00 dBm"},
+                    {"deltaText", "-"},
+                    {"labelItems", QJsonArray{"Max 1", "-35.00", "dBm", "@", "103.000", "MHz", ""}},
+                    {"label", "Max 1: -35.00 Max 1 -35.00 dBm "},
+                    {"detailedLabel", "Max 1: -35.00 Max 1 -35.00 dBm @ 103.000 MHz "}},
+        QJsonObject{{"name", "Std 1"},
+                    {"frequencyHz", 104e6},
+                    {"targetHz", 104e6},
+                    {"level", -85.0},
+                    {"unit", "dBm"},
+                    {"reference", "Max 1"},
+                    {"valueText", "-85.00 dBm"},
+                    {"deltaText", "-50.00 dBm"},
+                    {"labelItems", QJsonArray{"Std 1", "-50.00", "dBm", "@", "+1.000", "MHz", "(Δ Max 1)"}},
+                    {"label", "Std 1: -50.00 Std 1 -50.00 dBm (Δ Max 1)"},
+                    {"detailedLabel", "Std 1: -50.00 Std 1 -50.00 dBm @ +1.000 MHz (Δ Max 1)"}},
+        QJsonObject{{"name", "Std 2"},
+                    {"targetHz", 1e6},
+                    {"reference", "Max 1"},
+                    {"valueText", "-"},
+                    {"deltaText", "-"},
+                    {"labelItems", QJsonArray{"Std 2", "-"}},
+                    {"label", "Std 2: - Std 2 -"},
+                    {"detailedLabel", "Std 2: - Std 2 -"}},
+    };
+    const QJsonArray printed = QJsonDocument::fromJson(result.output.toUtf8()).array();
+    QCOMPARE(printed.size(), expected.size());
+    for (int i = 0; i < expected.size(); ++i)
+        QCOMPARE(printed.at(i).toObject(), expected.at(i).toObject());
+}
+
+void TestMarkersCommand::numbersThatAreNoneAreNullInJson()
+{
+    const Run result =
+        run({"markers", "--format", "json", "--max", "1", "--at", "3", write("a.csv", "1;0\n2;inf\n3;nan\n4;1\n")});
+    QCOMPARE(result.exitStatus, 0);
+    const QJsonArray printed = QJsonDocument::fromJson(result.output.toUtf8()).array();
+    QCOMPARE(printed.size(), 2);
+    QVERIFY(printed.at(0).toObject().value("level").isNull());
+    QCOMPARE(printed.at(0).toObject().value("frequencyHz").toDouble(), 2.0);
+    QVERIFY(printed.at(1).toObject().value("level").isNull());
+}
+
+void TestMarkersCommand::findsTheCarriersOfTheExample()
+{
+    QFile list(QStringLiteral(AVELDORAN_EXAMPLES_DIR "/data/traces/broadband-carriers.csv"));
+    QVERIFY(list.open(QIODevice::ReadOnly | QIODevice::Text));
+    QMap<double, QString> byLevel;
+    for (const QString &line : QString::fromUtf8(list.readAll()).split('\n', Qt::SkipEmptyParts)) {
+        const QStringList fields = line.split(';');
+        if (fields.size() == 3 && fields.at(2) == QLatin1String("dBm"))
+            byLevel.insert(-fields.at(1).toDouble(), QStringLiteral("%1 MHz %2")
+                                                         .arg(fields.at(0).section(' ', 0, 0).toDouble())
+                                                         .arg(fields.at(1).toDouble(), 0, 'f', 2));
+    }
+    QCOMPARE(byLevel.size(), 12);
+
+    const Run result = run({"markers", "--max", "12", kExample});
+    QCOMPARE(result.exitStatus, 0);
+    QStringList found;
+    for (const QString &line : simplifiedLines(result.output).mid(2))
+        found += line.section(' ', 3, 5);
+    QCOMPARE(found, byLevel.values());
+}
+
+void TestMarkersCommand::takesATraceOfOnePoint()
+{
+    const Run result = run({"markers", "--max", "1", "--at", "5", "--plot", path("a.png"), write("a.csv", "5;-3\n")});
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.exitStatus, 0);
+    QCOMPARE(simplifiedLines(result.output).mid(2), QStringList({"1 Max 1 - - - -", "2 Std 1 - - - -"}));
+    QVERIFY(!QImage(path("a.png")).isNull());
+}
+
+void TestMarkersCommand::drawsThePicture()
+{
+    const Run result = run({"markers", kExample, "--max", "12", "--min", "1", "--plot", path("a.PNG")});
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.exitStatus, 0);
+    QCOMPARE(simplifiedLines(result.output).size(), 2 + 13);
+    const QImage image(path("a.PNG"));
+    QVERIFY(image.width() > 1000 && image.height() > 500);
+    constexpr QRgb kTraceColor = 0x1f4e9e;
+    constexpr QRgb kMarkerColor = 0x8a1538;
+    QVERIFY(countPixels(image, kTraceColor) > 10000);
+    QVERIFY(countPixels(image, kMarkerColor) > 13 * 50); // a symbol each, and their labels
+    QVERIFY(countPixels(image, 0xffffff) > image.width() * image.height() / 2);
+}
+
+void TestMarkersCommand::drawsWithoutADisplay()
+{
+    const QStringList arguments = {"markers", kExample, "--plot=" + path("a.png")};
+    Run result = run(arguments, {}, withoutDisplay());
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.exitStatus, 0);
+    QVERIFY(!QImage(path("a.png")).isNull());
+
+    QProcessEnvironment environment = withoutDisplay();
+    environment.insert("DISPLAY", ":4711");
+    environment.insert("QT_QPA_PLATFORM", "xcb");
+    QVERIFY(QFile::remove(path("a.png")));
+    result = run(arguments, {}, environment);
+    QCOMPARE(result.exitStatus, 0);
+    QVERIFY(!QImage(path("a.png")).isNull());
+    QCOMPARE(run({"markers", kExample}, {}, environment).exitStatus, 0);
+}
+
+void TestMarkersCommand::drawsWhereNothingIsToBeSeen_data()
+{
+    QTest::addColumn<QByteArray>("trace");
+
+    QTest::newRow("no level is a number") << QByteArray("1 MHz;nan\n2 MHz;inf\n3 MHz;-inf\n");
+    QTest::newRow("one frequency") << QByteArray("1 MHz;1\n1 MHz;2\n1 MHz;1\n");
+    QTest::newRow("one level") << QByteArray("1 MHz;0\n2 MHz;0\n3 MHz;0\n");
+    QTest::newRow("huge levels") << QByteArray("1 MHz;-1e308\n2 MHz;1e308\n3 MHz;-1e308\n");
+    QTest::newRow("levels that hardly differ") << QByteArray("1 MHz;1\n2 MHz;1.0000000000000002\n3 MHz;1\n");
+    QTest::newRow("tiny levels") << QByteArray("1 MHz;1e-320 V\n2 MHz;3e-320 V\n3 MHz;1e-320 V\n");
+    QTest::newRow("huge frequencies") << QByteArray("0;1\n1000000000 GHz;2\n2000000000 GHz;1\n");
+    QTest::newRow("neighbouring frequencies far up")
+        << QByteArray("2000000000 GHz;1\n2000000000000000001;2\n2000000000000000002;1\n");
+}
+
+void TestMarkersCommand::drawsWhereNothingIsToBeSeen()
+{
+    QFETCH(QByteArray, trace);
+    const Run result = run({"markers", "--plot", path("a.png"), write("a.csv", trace)});
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.exitStatus, 0);
+    QVERIFY(!QImage(path("a.png")).isNull());
+}
+
+void TestMarkersCommand::reportsAPictureThatCanNotBeWritten()
+{
+    const QString picture = path("missing/a.png");
+    const Run result = run({"markers", write("a.csv", kTrace), "--plot", picture});
+    QCOMPARE(result.exitStatus, 1);
+    QVERIFY2(result.errors.startsWith("aveldoran: " + picture + ": can't be written: "), qPrintable(result.errors));
+    QCOMPARE(simplifiedLines(result.output).size(), 2 + 6); // what could be done was done
+}
+
+void TestMarkersCommand::keepsAnOldPictureThatItCanNotReplace()
+{
+    const QString picture = write("old.png", "an old picture");
+    const Run result = run({"markers", write("a.csv", "1;2\n1;x\n"), "--plot", picture});
+    QCOMPARE(result.exitStatus, 1);
+    QFile file(picture);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), QByteArray("an old picture"));
+}
+
+void TestMarkersCommand::namesFileAndLineOfABadTrace_data()
+{
+    QTest::addColumn<QByteArray>("trace");
+    QTest::addColumn<QString>("reason");
+
+    QTest::newRow("an empty file") << QByteArray() << ": it holds no points";
+    QTest::newRow("no number") << QByteArray("1 MHz;1\n2 MHz;x\n") << ":2: expected a level such as -37.5, found 'x'";
+    QTest::newRow("control characters") << QByteArray("1 MHz;\x1b[2J\n")
+                                        << ":1: expected a level such as -37.5, found '\uFFFD[2J'";
+    QTest::newRow("no text") << QByteArray("5;1\n\0\0\n", 7) << ":2: this is no text file";
+    QTest::newRow("no line end") << QByteArray(5000, '1') << ":1: the line is longer than 4,096 bytes";
+}
+
+void TestMarkersCommand::namesFileAndLineOfABadTrace()
+{
+    QFETCH(QByteArray, trace);
+    QFETCH(QString, reason);
+    const QString file = write("a.csv", trace);
+    const Run result = run({"markers", file});
+    QCOMPARE(result.exitStatus, 1);
+    QCOMPARE(result.output, QString());
+    QCOMPARE(result.errors, "aveldoran: " + file + reason + '\n');
+}
+
+void TestMarkersCommand::reportsOutputThatCanNotBeWritten()
+{
+    const Run result = run({"markers", write("a.csv", kTrace)}, "/dev/full");
+    QCOMPARE(result.exitStatus, 1);
+    QVERIFY2(result.errors.startsWith("aveldoran: could not write the output: "), qPrintable(result.errors));
+}
+
+void TestMarkersCommand::keepsTerminalControlOutOfItsOutput()
+{
+    const Run result = run({"markers", write("a\x1b[2J.csv", kTrace)});
+    QCOMPARE(result.exitStatus, 0);
+    QVERIFY(!result.output.contains(QChar(0x1b)));
+}
+
+void TestMarkersCommand::refusesWrongUsage_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::addColumn<QString>("reason");
+
+    QTest::newRow("no trace") << QStringList{} << "expected one trace file, found 0";
+    QTest::newRow("two traces") << QStringList{"a.csv", "b.csv"} << "expected one trace file, found 2";
+    QTest::newRow("unknown option") << QStringList{"--maxx", "1", "a.csv"} << "Unknown option 'maxx'";
+    QTest::newRow("unknown format") << QStringList{"--format", "xml", "a.csv"} << "unknown format 'xml'";
+    QTest::newRow("a count in words") << QStringList{"--max", "all", "a.csv"}
+                                      << "--max expects a number from 0 to 100, not 'all'";
+    QTest::newRow("a negative count") << QStringList{"--min=-1", "a.csv"}
+                                      << "--min expects a number from 0 to 100, not '-1'";
+    QTest::newRow("a large count") << QStringList{"--max", "101", "a.csv"}
+                                   << "--max expects a number from 0 to 100, not '101'";
+    QTest::newRow("no markers") << QStringList{"--max", "0", "a.csv"} << "no marker is asked for";
+    QTest::newRow("no frequency") << QStringList{"--at", "soon", "a.csv"}
+                                  << "--at expects a frequency such as '100 MHz', not 'soon'";
+    QTest::newRow("an empty frequency") << QStringList{"--at", "", "a.csv"}
+                                        << "--at expects a frequency such as '100 MHz', not ''";
+    QTest::newRow("a negative spacing") << QStringList{"--spacing=-1", "a.csv"}
+                                        << "--spacing expects a frequency such as '100 MHz', not '-1'";
+    QTest::newRow("reference 0") << QStringList{"--reference", "0", "a.csv"}
+                                 << "--reference expects a number from 1 to 6, not '0'";
+    QTest::newRow("a reference behind the last")
+        << QStringList{"--at", "1", "--reference", "2", "a.csv"} << "--reference expects a number from 1 to 1, not '2'";
+    QTest::newRow("no PNG file") << QStringList{"--plot", "a.svg", "a.csv"}
+                                 << "--plot expects the name of a PNG file, not 'a.svg'";
+    QTest::newRow("a picture without a name") << QStringList{"a.csv", "--plot"} << "Missing value after '--plot'";
+}
+
+void TestMarkersCommand::refusesWrongUsage()
+{
+    QFETCH(QStringList, arguments);
+    QFETCH(QString, reason);
+    const Run result = run(QStringList("markers") + arguments);
+    QCOMPARE(result.exitStatus, 2);
+    QCOMPARE(result.output, QString());
+    QVERIFY2(result.errors.contains(reason), qPrintable(result.errors));
+}
+
+void TestMarkersCommand::helps()
+{
+    QVERIFY(run({"--help"}).output.contains("markers"));
+    const Run command = run({"markers", "--help"});
+    QCOMPARE(command.exitStatus, 0);
+    QVERIFY(command.output.contains("--reference"));
+    QVERIFY(command.output.contains("Example:"));
+}
+
+QTEST_GUILESS_MAIN(TestMarkersCommand)
+#include "tst_markers_command.moc"
