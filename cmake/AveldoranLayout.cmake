@@ -16,6 +16,7 @@ set(AVELDORAN_PRIVATE_HEADERS
     core/mdrformat.h
     core/nmea.h
     core/nmearecords.h
+    core/orientation.h
     core/peaksuppression.h
     core/recordeddevice.h
     core/xmldocument.h

@@ -1,12 +1,13 @@
 #include "core/nmearecords.h"
 
+#include "core/orientation.h"
+
 #include <algorithm>
 #include <cmath>
 #include <utility>
 
 namespace {
 
-constexpr double kRadiansPerDegree = 3.14159265358979323846 / 180.0;
 constexpr double kHectopascalPerBar = 1000.0;
 constexpr double kHectopascalPerPascal = 0.01;
 constexpr int kHalfDayMs = Nmea::kMsPerDay / 2;
@@ -308,22 +309,15 @@ void NmeaRecords::setSensors(const Sensors &sensors, AGeoData *record)
     std::copy_n(sensors.gyroscope, 3, record->gyroscope);
     record->airPressure = static_cast<float>(sensors.airPressure);
 
-    double pitch = sensors.pitch * kRadiansPerDegree;
-    double roll = sensors.roll * kRadiansPerDegree;
+    Orientation orientation{sensors.heading * kRadiansPerDegree, sensors.pitch * kRadiansPerDegree,
+                            sensors.roll * kRadiansPerDegree};
     if (sensors.present & Sensors::Tilt) {
-        record->accelerometer[0] = static_cast<float>(-std::sin(pitch));
-        record->accelerometer[1] = static_cast<float>(std::sin(roll) * std::cos(pitch));
-        record->accelerometer[2] = static_cast<float>(std::cos(roll) * std::cos(pitch));
+        setGravity(orientation, record->accelerometer);
     } else if (sensors.present & Sensors::Accelerometer) {
         const QVector3D tilt = record->convertTiltToDegree();
-        pitch = static_cast<double>(tilt.x()) * kRadiansPerDegree;
-        roll = static_cast<double>(tilt.y()) * kRadiansPerDegree;
+        orientation.pitch = static_cast<double>(tilt.x()) * kRadiansPerDegree;
+        orientation.roll = static_cast<double>(tilt.y()) * kRadiansPerDegree;
     }
-    if (sensors.present & Sensors::Heading) {
-        const double ahead = std::cos(sensors.heading * kRadiansPerDegree);
-        const double right = -std::sin(sensors.heading * kRadiansPerDegree);
-        record->magnetometer[0] = static_cast<float>(ahead * std::cos(pitch));
-        record->magnetometer[1] = static_cast<float>(ahead * std::sin(roll) * std::sin(pitch) + right * std::cos(roll));
-        record->magnetometer[2] = static_cast<float>(ahead * std::cos(roll) * std::sin(pitch) - right * std::sin(roll));
-    }
+    if (sensors.present & Sensors::Heading)
+        setMagneticField(orientation, record->magnetometer);
 }
