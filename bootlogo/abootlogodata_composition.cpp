@@ -142,6 +142,7 @@ QDate dateFromMemory(const QByteArray &bytes)
         return {};
     // Deliberately signed: a byte from 0x80 on counts below 0, and is no day and no month.
     const auto decimal = [&bytes](int index) {
+        // NOLINTNEXTLINE(bugprone-signed-char-misuse): the sign is meant
         const int value = static_cast<signed char>(bytes.at(index));
         return value / 16 * 10 + value % 16;
     };

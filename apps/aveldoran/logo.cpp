@@ -2,7 +2,7 @@
 #include "apps/aveldoran/console.h"
 
 #include <bootlogo/abootlogodata.h>
-#include <core/aveldorandevice.h>
+#include <core/asimulateddevice.h>
 
 #include <QtCore/QBuffer>
 #include <QtCore/QCommandLineParser>
@@ -203,8 +203,8 @@ QByteArray dateForMemory(const QDate &date)
                                QByteArray::number(date.year() / 100).rightJustified(2, '0'));
 }
 
-// The device as the command line describes it.
-class DescribedDevice : public AVeldoranDevice
+// A simulated device that says of itself what the command line says.
+class DescribedDevice : public ASimulatedDevice
 {
 public:
     explicit DescribedDevice(const Options &options)
@@ -212,13 +212,15 @@ public:
     {}
     QString customOptionText() const override { return m_options.customOption; }
     int hardwareRevision() const override { return m_options.revision; }
-    bool isReady() const override { return true; }
     QStringList informationList() const override
     {
-        return {m_options.model, QString(), QString(), QString(), m_options.firmware, QString(), m_options.serial};
+        QStringList information = ASimulatedDevice::informationList();
+        information[ModelName] = m_options.model;
+        information[FirmwareVersion] = m_options.firmware;
+        information[SerialNumber] = m_options.serial;
+        return information;
     }
     quint16 optionMask() const override { return static_cast<quint16>(m_options.optionMask); }
-    bool hasCapability(int capability) const override { return capability == BootLogo; }
 
 private:
     const Options &m_options;
