@@ -65,7 +65,7 @@ QString layoutText(const QSettings &settings, const char *key)
 QPoint pairFromText(const QString &text)
 {
     const QChar separator = QLatin1Char('x');
-    return {text.left(text.indexOf(separator)).toInt(), text.mid(text.lastIndexOf(separator) + 1).toInt()};
+    return {text.leftRef(text.indexOf(separator)).toInt(), text.midRef(text.lastIndexOf(separator) + 1).toInt()};
 }
 
 struct Area

@@ -91,7 +91,7 @@ bool readNumber(const QCommandLineParser &parser, const QString &name, int least
     const QString text = parser.value(name);
     const bool isHexadecimal = text.startsWith(QLatin1String("0x"), Qt::CaseInsensitive);
     bool ok = false;
-    *number = isHexadecimal ? text.mid(2).toInt(&ok, 16) : text.toInt(&ok);
+    *number = isHexadecimal ? text.midRef(2).toInt(&ok, 16) : text.toInt(&ok);
     if (ok && *number >= least && *number <= most)
         return true;
     Console::error(QStringLiteral("logo: --%1 is '%2', expected a number from %3 to %4")

@@ -297,10 +297,10 @@ void TestABootlogoDataLayout::invertsAfterTheTexts()
     m_device.information[6] = "11";
     ABootlogoData logo(nullptr);
     QVERIFY(compose(&logo, saveClear("clear.png", {6, 5})));
-    QCOMPARE(rowsOf(logo), QStringList({".#..#.",        //
-                                        "##.##.",        //
+    QCOMPARE(rowsOf(logo), QStringList({".#..#.", //
+                                        "##.##.", //
                                         "#.###.", //
-                                        "#.###.",        //
+                                        "#.###.", //
                                         "#.###."}));
 }
 
