@@ -2,8 +2,10 @@
 
 #include "channel/achannelinfo.h"
 
+#include <QtCore/QSet>
 #include <QtGui/QBrush>
 
+#include <algorithm>
 #include <iterator>
 #include <utility>
 
@@ -177,13 +179,14 @@ QModelIndex AChannelInfoModel::addItem(const QModelIndex &parent, const QString 
     AChannelInfo *enclosing = nodeAt(parent);
     if (!enclosing || parent.column() >= 1)
         return {};
-    const int row = rowCount(parent);
-    beginInsertRows(parent, row, row);
+    const QModelIndex place = enclosing == m_rootItem ? QModelIndex() : indexOf(enclosing, 0);
+    const int row = enclosing->childCount();
+    beginInsertRows(place, row, row);
     const bool isSelectable = !enclosing->parent();
     enclosing->appendChild(new AChannelInfo(enclosing, AChannelInfo::Generic, enclosing->beginFrequency(),
                                             enclosing->endFrequency(), label, isSelectable));
     endInsertRows();
-    return index(enclosing->childCount() - 1, 0, parent);
+    return index(row, 0, place);
 }
 
 bool AChannelInfoModel::removeItem(const QModelIndex &index, bool recursive)
@@ -191,7 +194,7 @@ bool AChannelInfoModel::removeItem(const QModelIndex &index, bool recursive)
     AChannelInfo *node = index.isValid() ? nodeAt(index) : nullptr;
     if (!node || node == m_rootItem || (node->childCount() > 0 && !recursive))
         return false;
-    dropStaleIndexesOf(node);
+    mendStaleIndexes();
     const int row = node->row(); // not that of the index, which may be one that a sort left as it was
     beginRemoveRows(parent(index), row, row);
     delete node;
@@ -212,13 +215,27 @@ QModelIndex AChannelInfoModel::indexOf(AChannelInfo *node, int column) const
     return createIndex(node->row(), column, node);
 }
 
-// Removing a row invalidates the persistent indexes that name this row. One that a sort left at another row would go on
-// to name a deleted node.
-void AChannelInfoModel::dropStaleIndexesOf(const AChannelInfo *node)
+// A removal moves persistent indexes by their rows. Those that a sort left at another row would come to name other
+// nodes or deleted ones, so each gets its node's row first; of two that then are the same, Qt can keep one.
+void AChannelInfoModel::mendStaleIndexes()
 {
-    const QModelIndexList persistent = persistentIndexList();
-    for (const QModelIndex &index : persistent) {
-        if (nodeAt(index) == node && index.row() != node->row())
-            changePersistentIndex(index, QModelIndex());
+    const auto isStale = [this](const QModelIndex &index) { return nodeAt(index)->row() != index.row(); };
+    QModelIndexList persistent = persistentIndexList();
+    if (std::none_of(persistent.cbegin(), persistent.cend(), isStale))
+        return;
+    Q_EMIT layoutAboutToBeChanged();
+    persistent = persistentIndexList(); // receivers may have added some
+    QSet<QModelIndex> held;
+    for (const QModelIndex &index : qAsConst(persistent)) {
+        if (!isStale(index))
+            held.insert(index);
     }
+    for (const QModelIndex &index : qAsConst(persistent)) {
+        if (!isStale(index))
+            continue;
+        const QModelIndex mended = indexOf(nodeAt(index), index.column());
+        changePersistentIndex(index, held.contains(mended) ? QModelIndex() : mended);
+        held.insert(mended);
+    }
+    Q_EMIT layoutChanged();
 }

@@ -60,7 +60,7 @@ public:
 private:
     AChannelInfo *nodeAt(const QModelIndex &index) const;
     QModelIndex indexOf(AChannelInfo *node, int column) const;
-    void dropStaleIndexesOf(const AChannelInfo *node);
+    void mendStaleIndexes();
 
     AChannelInfo *m_rootItem;
 };

@@ -22,5 +22,6 @@ set(AVELDORAN_PRIVATE_HEADERS
     core/xmldocument.h
     core/xmltagguard.h
     datamanager/adatamanager_p.h
+    limit/boundeddom.h
     marker/aspectrummarkerlist_p.h
 )

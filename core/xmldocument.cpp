@@ -185,7 +185,7 @@ void writeTree(QXmlStreamWriter *xml, const QDomNode &top)
 bool openRegularFile(QFile *file, QString *errorText)
 {
     const QFileInfo info(file->fileName());
-    if (info.exists() && !info.isFile()) {
+    if (info.exists() && !info.isFile() && !info.isDir()) { // opening a pipe would wait for its other end
         *errorText = QCoreApplication::translate("AveldoranCore", "Not a regular file");
         return false;
     }

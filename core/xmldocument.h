@@ -1,10 +1,12 @@
 #pragma once
 
+#include "core/aveldoranexport.h"
+
 #include <QtXml/QDomDocument>
 
 class QIODevice;
 
-// Reading and writing of the suite's XML files. Private to libaveldoran.
+// Reading and writing of the suite's XML files. Private to the libraries.
 
 // Deepest element nesting that is read. Qt's DOM and the channel tree recurse over it, so it bounds their stacks.
 constexpr int kMaxXmlDepth = 1000;
@@ -16,9 +18,9 @@ struct XmlError
     qint64 column = 0;
 };
 
-// Opens a regular file for reading. Null with *errorText set for anything else: a missing or unreadable file, a
+// Opens a regular file for reading. False with *errorText set for anything else: a missing or unreadable file, a
 // directory, a pipe.
-bool openRegularFile(class QFile *file, QString *errorText);
+AVELDORAN_CORE_EXPORT bool openRegularFile(class QFile *file, QString *errorText);
 
 // Parses a whole XML document as it is read, without holding its text: damage early in a large file costs little.
 // The document type is dropped, and so is white space that only indents elements. On failure the document is null and
@@ -30,4 +32,4 @@ QDomDocument readXmlDocument(QIODevice *device, XmlError *error);
 QByteArray writeXmlDocument(const QDomDocument &document);
 
 // `text` without the characters that XML 1.0 can't hold, so that what is written can be read back.
-QString xmlText(const QString &text);
+AVELDORAN_CORE_EXPORT QString xmlText(const QString &text);

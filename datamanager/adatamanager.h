@@ -7,14 +7,16 @@
 #include <QtCore/QList>
 #include <QtCore/QObject>
 #include <QtCore/QString>
+#include <QtCore/QStringList>
 
 #include <memory>
 
 class AChannelInfo;
+class ALimit;
 class ADataManagerPrivate;
 
-// The registry of all that an application has loaded from disk: profiles, and the channel tree made from them. It
-// watches the files that it loaded and follows their changes.
+// The registry of all that an application has loaded from disk: profiles, limits, and the channel tree made from
+// the profiles. It watches the files that it loaded and follows their changes.
 //
 // Connect to error() first, add paths and files, call createChannelInfoFromProfiles() once, and from then on read the
 // get operations and follow the signals. Everything runs on the thread of the application's event loop. A pointer that
@@ -53,9 +55,26 @@ public:
     bool saveProfile(AProfile *profile, const QString &path, const QString &installedPrefix);
     bool saveProfile(const QString &id, const QString &path, const QString &installedPrefix);
 
-    // --- limits and calibration ---
+    // --- limits: a list for each file, and one of those that the application handed in ---
 
-    void clearLimitData();
+    // Reads one limit file in place of what it gave before. On failure error() says why and nothing is changed.
+    bool addLimitFile(const QString &filename);
+
+    // Reads a file, or every file that can be read in a directory and those below it, and tells how many held limits.
+    // error() names each that does not. A directory is scanned once, however many links lead to it.
+    int addLimitPath(const QString &path);
+
+    bool addInternalLimit(const ALimit *limit); // the registry owns it from then on; always true
+
+    // In ascending order of file names, within a file in document order. The application's own limits stand where
+    // "(internal)" does, before every absolute file name. Names that occur several times are listed as often.
+    QStringList getLimitNames() const;
+    const ALimit *getLimitForName(const QString &name) const; // the first in that order, or null
+
+    void clearLimitData(); // the application's own limits too
+
+    // --- calibration ---
+
     void clearCalibrationData(ACalibrationData::CalibrationType type); // touches no file
 
     // --- the channel tree ---

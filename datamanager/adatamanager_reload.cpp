@@ -1,5 +1,6 @@
 #include "datamanager/adatamanager.h"
 
+#include "core/alimit.h"
 #include "datamanager/adatamanager_p.h"
 
 #include <QtCore/QFile>
@@ -11,6 +12,14 @@
 void ADataManager::updateFile(QString filename) // NOLINT(performance-unnecessary-value-param): a slot's signature
 {
     const bool missing = !QFile(filename).exists();
+
+    if (d->limitsByFile.contains(filename)) {
+        if (missing)
+            qDeleteAll(d->limitsByFile.take(filename));
+        else
+            addLimitFile(filename); // signals too where it succeeds: a reload deliberately gives two signals
+        Q_EMIT limitDataChanged();
+    }
 
     const auto fromFile = std::find_if(d->profiles.begin(), d->profiles.end(), [&filename](const AProfile *profile) {
         return profile && profile->source() == filename;

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtCore/QByteArray>
+#include <QtCore/QFile>
 #include <QtCore/QString>
 
 #include <cstdint>
@@ -21,6 +23,14 @@ public:
     ~MemoryFile() { ::close(m_descriptor); }
     MemoryFile(const MemoryFile &) = delete;
     MemoryFile &operator=(const MemoryFile &) = delete;
+
+    QByteArray content() const
+    {
+        QFile file(name());
+        if (!file.open(QIODevice::ReadOnly))
+            std::abort();
+        return file.readAll();
+    }
 
     QString name() const { return QStringLiteral("/proc/self/fd/%1").arg(m_descriptor); }
 

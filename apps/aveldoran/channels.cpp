@@ -19,7 +19,7 @@
 namespace {
 
 constexpr qint64 kMaxExpandedChannels = 10000000;
-constexpr qint64 kMaxExpandedChannelsAsXml = 250000; // a document of them takes 700 MB
+constexpr qint64 kMaxRangesAsXml = 250000; // a document of them takes 700 MB
 
 // The root and the group of all profiles are of no use to a reader: the plan begins with the profiles, and with the
 // ranges of EFIS exports, which stand in the same group.
@@ -61,7 +61,7 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
     const QCommandLineOption expand(QStringLiteral("expand"),
                                     QStringLiteral("Turn channel definitions into channels (at most %L1, as xml %L2).")
                                         .arg(kMaxExpandedChannels)
-                                        .arg(kMaxExpandedChannelsAsXml));
+                                        .arg(kMaxRangesAsXml));
     const QCommandLineOption stacked(QStringLiteral("stacked"),
                                      QStringLiteral("Print for each range a level on which it overlaps no neighbour."));
     const QCommandLineOption format(QStringLiteral("format"),
@@ -196,7 +196,7 @@ bool loadEfisFiles(AChannelInfo *group, const QStringList &files)
 bool expandDefinitions(AChannelInfo *plan, Format format)
 {
     const qint64 count = plan->definedChannelCount();
-    const qint64 limit = format == Format::Xml ? kMaxExpandedChannelsAsXml : kMaxExpandedChannels;
+    const qint64 limit = format == Format::Xml ? kMaxRangesAsXml : kMaxExpandedChannels;
     if (count > limit) {
         Console::error(QStringLiteral("channels: the definitions ask for %L1 channels, at most %L2 are expanded")
                            .arg(count)
@@ -258,6 +258,13 @@ bool buildAndPrint(ADataManager *manager, const Options &options)
     if (options.expand && !expandDefinitions(plan, options.format))
         return false;
     if (options.format == Format::Xml) {
+        const int count = plan->channels(0).size();
+        if (count > kMaxRangesAsXml) {
+            Console::error(QStringLiteral("channels: the plan has %L1 ranges, at most %L2 are written as xml")
+                               .arg(count)
+                               .arg(kMaxRangesAsXml));
+            return false;
+        }
         printAsXml(group);
         return Console::finish() && complete;
     }

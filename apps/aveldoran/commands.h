@@ -12,5 +12,6 @@ enum ExitStatus
 };
 
 int runChannels(const QStringList &arguments);
+int runLimits(const QStringList &arguments);
 int runLogo(const QStringList &arguments);
 int runMarkers(const QStringList &arguments);

@@ -19,6 +19,7 @@ struct Command
 
 constexpr Command kCommands[] = {
     {"channels", "build a channel plan from profile files and print it", runChannels},
+    {"limits", "print limit lines, draw them, and check a trace against them", runLimits},
     {"logo", "compose the boot logo of a device", runLogo},
     {"markers", "set markers on a trace and print what they read", runMarkers},
 };

@@ -63,6 +63,7 @@ struct Curve
     QString name;
     Points points;
     Plot::CurveRole role;
+    QColor color; // may be invalid
 };
 
 struct Range
@@ -342,7 +343,8 @@ void Plot::Private::addCurves(QwtPlot *plot, const Range &shown, double hertzPer
     int traces = 0;
     for (const Curve &curve : curves) {
         const bool isLimit = curve.role == LimitCurve;
-        const QColor color(isLimit ? kLimitColor : kTraceColors[traces % int(std::size(kTraceColors))]);
+        const QColor ofRole(isLimit ? kLimitColor : kTraceColors[traces % int(std::size(kTraceColors))]);
+        const QColor &color = curve.color.isValid() ? curve.color : ofRole;
         traces += isLimit ? 0 : 1;
         // A gap divides a curve into several items, of which the first stands in the legend.
         bool inLegend = !curve.name.isEmpty();
@@ -452,9 +454,9 @@ void Plot::setFrequencyRange(double beginHz, double endHz)
     d->frequencies = {beginHz, endHz};
 }
 
-void Plot::addCurve(const QString &name, const QVector<Point> &points, CurveRole role)
+void Plot::addCurve(const QString &name, const QVector<Point> &points, CurveRole role, const QColor &color)
 {
-    d->curves.append({name, points, role});
+    d->curves.append({name, points, role, color});
 }
 
 void Plot::addMarker(double frequencyHz, double level, const QString &label, MarkerSide side)

@@ -3,6 +3,7 @@
 #include <QtCore/QSize>
 #include <QtCore/QString>
 #include <QtCore/QVector>
+#include <QtGui/QColor>
 
 #include <memory>
 
@@ -49,8 +50,8 @@ public:
     void setFrequencyRange(double beginHz, double endHz);
 
     // The points are in ascending frequency. Curves with a name stand in the legend. Of many points in one column of
-    // the picture, those are drawn that show.
-    void addCurve(const QString &name, const QVector<Point> &points, CurveRole role);
+    // the picture, those are drawn that show. Without a valid colour, the curve has that of its role.
+    void addCurve(const QString &name, const QVector<Point> &points, CurveRole role, const QColor &color = {});
 
     // A marker on a point, on that side of it, with its label upright above all curves. Labels keep clear of each
     // other; where there are too many for the width, the last ones added go without. A marker without a level is left

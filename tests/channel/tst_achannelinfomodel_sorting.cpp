@@ -4,8 +4,11 @@
 
 #include "channelmodel.h"
 
+#include <QtCore/QSortFilterProxyModel>
 #include <QtTest/QAbstractItemModelTester>
 #include <QtTest/QtTest>
+
+#include <memory>
 
 using namespace channelmodel;
 using namespace channeltree;
@@ -39,6 +42,9 @@ private Q_SLOTS:
     void theTesterObjectsToTopLevelIndexesAlone();
     void anIndexThatASortLeftDoesNotOutliveItsNode();
     void removingByAnIndexThatASortLeftRemovesTheRowOfItsNode();
+    void indexesThatASortLeftFollowTheirNodesWhenOneIsRemoved();
+    void twoIndexesThatWouldBecomeTheSameDoNotOutliveTheirNode();
+    void aRowBelowAnIndexThatASortLeftIsShown();
     void manySiblingsWithIndexesAreSorted();
 };
 
@@ -179,6 +185,59 @@ void TestAChannelInfoModelSorting::removingByAnIndexThatASortLeftRemovesTheRowOf
     QCOMPARE(removed.size(), 1);
     QCOMPARE(removed.at(0).at(1).toInt(), 3);
     QCOMPARE(treeText(model), QStringLiteral("a(g h) b(e f) c"));
+}
+
+void TestAChannelInfoModelSorting::indexesThatASortLeftFollowTheirNodesWhenOneIsRemoved()
+{
+    AChannelInfoModel model(nullptr, unsortedPlan());
+    QList<QPersistentModelIndex> held;
+    QStringList labels;
+    for (int row = 0; row < model.rowCount(); ++row) {
+        held << model.index(row, 0);
+        labels << model.index(row, 0).data().toString();
+    }
+    model.sort(0, Qt::AscendingOrder);
+    model.sort(0, Qt::DescendingOrder);
+    const int removed = labels.indexOf(QStringLiteral("c"));
+    QVERIFY(model.removeItem(held.at(removed), true));
+    for (int i = 0; i < held.size(); ++i) {
+        QCOMPARE(held.at(i).isValid(), i != removed);
+        if (i != removed)
+            QCOMPARE(held.at(i).data().toString(), labels.at(i));
+    }
+    for (int row = 0; row < model.rowCount(); ++row)
+        QVERIFY(held.contains(model.index(row, 0)));
+}
+
+void TestAChannelInfoModelSorting::twoIndexesThatWouldBecomeTheSameDoNotOutliveTheirNode()
+{
+    AChannelInfoModel model(nullptr, unsortedPlan());
+    const QPersistentModelIndex before = indexAt(model, {QStringLiteral("d")});
+    model.sort(0, Qt::AscendingOrder);
+    auto after = std::make_unique<QPersistentModelIndex>(indexAt(model, {QStringLiteral("d")}));
+    QVERIFY(before != *after); // the same node at two rows
+    QVERIFY(model.removeItem(indexAt(model, {QStringLiteral("a")}), true));
+    QCOMPARE(before.isValid() + after->isValid(), 1);
+    after.reset();
+    QVERIFY(model.removeItem(indexAt(model, {QStringLiteral("d")}), true));
+    QVERIFY(!before.isValid());
+}
+
+// As a view's current index after a click on the header is.
+void TestAChannelInfoModelSorting::aRowBelowAnIndexThatASortLeftIsShown()
+{
+    AChannelInfoModel model(nullptr, unsortedPlan());
+    QSortFilterProxyModel proxy;
+    proxy.setSourceModel(&model);
+    const QPersistentModelIndex d = indexAt(model, {QStringLiteral("d")});
+    model.sort(0, Qt::AscendingOrder);
+    const QModelIndex sortedD = indexAt(model, {QStringLiteral("d")});
+    QVERIFY(sortedD != d);
+    QCOMPARE(proxy.rowCount(proxy.mapFromSource(sortedD)), 0);
+
+    const QModelIndex added = model.addItem(d, QStringLiteral("new"));
+    QCOMPARE(added, model.index(0, 0, sortedD));
+    QCOMPARE(proxy.rowCount(proxy.mapFromSource(sortedD)), 1);
 }
 
 void TestAChannelInfoModelSorting::manySiblingsWithIndexesAreSorted()

@@ -1,0 +1,342 @@
+#include "apps/aveldoran/commands.h"
+#include "apps/aveldoran/console.h"
+#include "apps/aveldoran/limitcurves.h"
+#include "apps/aveldoran/plantext.h"
+#include "apps/aveldoran/tracefile.h"
+
+#include <core/alimit.h>
+#include <core/emu.h>
+#include <limit/alimitmodel.h>
+
+#include <QtCore/QCommandLineParser>
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
+#include <QtCore/QSaveFile>
+#include <QtCore/QTemporaryDir>
+
+#include <cmath>
+
+namespace {
+
+struct Options
+{
+    QString traceFile;
+    QString rewritten;
+    QString picture;
+    QStringList files;
+};
+
+bool readOptions(const QStringList &arguments, Options *options, int *exitStatus)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral(
+        "Reads limit files and prints their limits: name, range, unit, and the pieces of the curve, those that govern\n"
+        "first on top. With a trace it prints instead where the trace exceeds a limit within the limit's range, one\n"
+        "line for each run of neighbouring points, with the worst of them; the exit status is then 1.\n\n"
+        "Example: aveldoran limits --check trace.csv --plot trace.png en55032-radiated.xml"));
+    const QCommandLineOption check(QStringLiteral("check"), QStringLiteral("Print where this trace exceeds a limit."),
+                                   QStringLiteral("TRACE.csv"));
+    const QCommandLineOption rewrite(
+        QStringLiteral("rewrite"),
+        QStringLiteral("Write the limits of one file anew, as a limit editor does: without descriptions."),
+        QStringLiteral("OUT"));
+    const QCommandLineOption plot(QStringLiteral("plot"),
+                                  QStringLiteral("Draw the limits, and the trace, into a PNG file."),
+                                  QStringLiteral("FILE.png"));
+    parser.addOptions({check, rewrite, plot});
+    parser.addPositionalArgument(QStringLiteral("FILE"),
+                                 QStringLiteral("A limit file, or a directory with limit files (*.xml)."),
+                                 QStringLiteral("FILE..."));
+    if (!Console::parse(&parser, arguments, exitStatus))
+        return false;
+
+    *exitStatus = ExitUsage;
+    *options = {parser.value(check), parser.value(rewrite), parser.value(plot), parser.positionalArguments()};
+    if (options->files.isEmpty()) {
+        Console::error(QStringLiteral("limits: a limit file is missing"));
+        return false;
+    }
+    for (const QCommandLineOption &option : {check, rewrite, plot}) {
+        if (parser.isSet(option) && parser.value(option).isEmpty()) {
+            Console::error(QStringLiteral("limits: --%1 expects the name of a file").arg(option.names().constFirst()));
+            return false;
+        }
+    }
+    if (parser.isSet(rewrite) && (options->files.size() != 1 || QFileInfo(options->files.constFirst()).isDir())) {
+        Console::error(QStringLiteral("limits: --rewrite expects one limit file"));
+        return false;
+    }
+    if (parser.isSet(plot) && !options->picture.endsWith(QLatin1String(".png"), Qt::CaseInsensitive)) {
+        Console::error(QStringLiteral("limits: --plot expects the name of a PNG file, not '%1'").arg(options->picture));
+        return false;
+    }
+    return true;
+}
+
+// The limits of all files, with the file of each.
+struct Limits
+{
+    QList<const ALimit *> all;
+    QStringList files;
+
+    Limits() = default;
+    ~Limits() { qDeleteAll(all); }
+
+    bool read(const QString &fileName)
+    {
+        Console::progress(QStringLiteral("reading %1").arg(fileName));
+        QString errorText;
+        const bool isRead = ALimit::readAll(fileName, all, &errorText);
+        Console::clearProgress();
+        if (!isRead)
+            Console::error(errorText);
+        while (files.size() < all.size())
+            files.append(fileName);
+        return isRead;
+    }
+
+    bool readPath(const QString &path)
+    {
+        if (!QFileInfo(path).isDir())
+            return read(path);
+        const QFileInfoList entries = QDir(path).entryInfoList({QStringLiteral("*.xml")}, QDir::Files);
+        if (entries.isEmpty())
+            Console::error(QStringLiteral("%1: no limit files (*.xml) in this directory").arg(path));
+        bool complete = !entries.isEmpty();
+        for (const QFileInfo &entry : entries)
+            complete = read(entry.filePath()) && complete;
+        return complete;
+    }
+
+private:
+    Q_DISABLE_COPY(Limits)
+};
+
+QString nameOf(const ALimit &limit)
+{
+    return limit.name().isEmpty() ? QStringLiteral("-") : Console::oneLine(limit.name());
+}
+
+QString unitOf(const ALimit &limit)
+{
+    const emu_entry *unit = emu_find(limit.unitId());
+    return unit ? QString::fromUcs4(unit->name) : QStringLiteral("unit %1").arg(Console::oneLine(limit.unit()));
+}
+
+QString rangeText(const AFrequency &begin, const AFrequency &end)
+{
+    return shortFrequency(begin) + QStringLiteral(" - ") + shortFrequency(end);
+}
+
+QString numberText(double value)
+{
+    return QString::number(value, 'g', 6);
+}
+
+QString interpolationText(unsigned int interpolation)
+{
+    switch (interpolation) {
+    case ALimit::Step:
+        return QStringLiteral("step");
+    case ALimit::Logarithmic:
+        return QStringLiteral("logarithmic");
+    default:
+        return QStringLiteral("linear");
+    }
+}
+
+void printPiece(const QString &where, const QString &value)
+{
+    constexpr int kWidth = 32;
+    Console::write(QStringLiteral("    ") + where.leftJustified(kWidth) + value + QLatin1Char('\n'));
+}
+
+void printLimit(const ALimit &limit)
+{
+    QString line =
+        QStringLiteral("  %1  %2  %3").arg(nameOf(limit), rangeText(limit.begin(), limit.end()), unitOf(limit));
+    if (!limit.description().isEmpty())
+        line += QStringLiteral("  # ") + Console::oneLine(limit.description());
+    Console::write(line + QLatin1Char('\n'));
+    for (const ALimit::Section &section : limit.sections()) {
+        const bool isFlat = section.beginValue == section.endValue || section.interpolation == ALimit::Step;
+        printPiece(rangeText(section.begin, section.end),
+                   isFlat ? numberText(section.beginValue)
+                          : QStringLiteral("%1 to %2, %3")
+                                .arg(numberText(section.beginValue), numberText(section.endValue),
+                                     interpolationText(section.interpolation)));
+    }
+    for (const ALimit::Level &level : limit.levels())
+        printPiece(QStringLiteral("at ") + shortFrequency(level.frequency),
+                   QStringLiteral("%1, %2").arg(numberText(level.value), interpolationText(level.interpolation)));
+}
+
+void printList(const Limits &limits)
+{
+    for (int i = 0; i < limits.all.size(); ++i) {
+        if (i == 0 || limits.files.at(i) != limits.files.at(i - 1))
+            Console::write(Console::oneLine(limits.files.at(i)) + QLatin1Char('\n'));
+        printLimit(*limits.all.at(i));
+    }
+}
+
+void printExcess(const LimitExcess &excess, int traceUnit)
+{
+    const emu_entry *unit = emu_find(traceUnit);
+    const QString symbol = QString::fromUcs4(unit->name);
+    const QString run =
+        excess.points == 1
+            ? QStringLiteral("1 point")
+            : QStringLiteral("%L1 points, %2").arg(excess.points).arg(rangeText(excess.begin, excess.end));
+    Console::write(QStringLiteral("    %1  %2 %3, limit %4 %3, excess %5 %6  (%7)\n")
+                       .arg(shortFrequency(excess.frequency).leftJustified(16), numberText(excess.level), symbol,
+                            numberText(excess.limit), numberText(excess.level - excess.limit),
+                            unit->logarithmic != 0 ? QStringLiteral("dB") : symbol, run));
+}
+
+// True if the trace was compared with each limit and exceeds none.
+bool checkTrace(const Limits &limits, const Trace &trace)
+{
+    bool isKept = true;
+    for (const ALimit *limit : limits.all) {
+        const QString name = nameOf(*limit);
+        if (!areComparable(limit->unitId(), trace.unit)) {
+            Console::error(QStringLiteral("limits: %1: the trace in %2 can't be compared with a limit in %3")
+                               .arg(name, QString::fromUcs4(emu_find(trace.unit)->name), unitOf(*limit)));
+            isKept = false;
+            continue;
+        }
+        int compared = 0;
+        const QVector<LimitExcess> found = findExcesses(*limit, trace, &compared);
+        QString verdict = QStringLiteral("kept");
+        if (compared == 0) {
+            verdict = QStringLiteral("not checked: no point of the trace lies where it governs");
+            Console::error(QStringLiteral("limits: %1: no point of the trace lies where it governs").arg(name));
+        } else if (!found.isEmpty()) {
+            verdict = QStringLiteral("exceeded");
+        }
+        isKept = isKept && found.isEmpty() && compared > 0;
+        Console::write(QStringLiteral("  %1: %2; points compared: %L3\n").arg(name, verdict).arg(compared));
+        for (const LimitExcess &excess : found)
+            printExcess(excess, trace.unit);
+    }
+    return isKept;
+}
+
+int countPieces(const ALimitModel &model)
+{
+    int pieces = 0;
+    for (int row = 0; row < model.rowCount(); ++row)
+        pieces += model.rowCount(model.index(row, ALimitModel::ColumnName));
+    return pieces;
+}
+
+int countDescriptions(const ALimitModel &model)
+{
+    int descriptions = 0;
+    for (int row = 0; row < model.rowCount(); ++row)
+        descriptions += model.index(row, ALimitModel::ColumnDescription).data().toString().isEmpty() ? 0 : 1;
+    return descriptions;
+}
+
+// The model doesn't notice a full disk, so the file is read back before it takes the place of an old one.
+bool rewrite(const QString &fileName, const QString &target)
+{
+    ALimitModel model;
+    QObject::connect(&model, &ALimitModel::loadError, &Console::error);
+    QObject::connect(&model, &ALimitModel::saveError, &Console::error);
+    const QTemporaryDir directory;
+    const QString written = directory.filePath(QStringLiteral("limits.xml"));
+    if (!model.loadFromFile(fileName) || !model.saveToFile(written))
+        return false;
+    ALimitModel again;
+    if (!again.loadFromFile(written) || again.rowCount() != model.rowCount() ||
+        countPieces(again) != countPieces(model)) {
+        Console::error(QStringLiteral("%1: could not be written as a whole").arg(written));
+        return false;
+    }
+    QFile source(written);
+    if (!source.open(QIODevice::ReadOnly)) {
+        Console::error(QStringLiteral("%1: can't be read: %2").arg(written, source.errorString()));
+        return false;
+    }
+    const QByteArray content = source.readAll();
+    QSaveFile file(target);
+    if (!QDir().mkpath(QFileInfo(target).absolutePath()) || !file.open(QIODevice::WriteOnly) ||
+        file.write(content) != content.size() || !file.commit()) {
+        Console::error(QStringLiteral("%1: can't be written: %2").arg(target, file.errorString()));
+        return false;
+    }
+    Console::write(QStringLiteral("%1: written; limits: %L2, pieces: %L3, descriptions left out: %L4\n")
+                       .arg(Console::oneLine(target))
+                       .arg(model.rowCount())
+                       .arg(countPieces(model))
+                       .arg(countDescriptions(model)));
+    return true;
+}
+
+bool draw(const Limits &limits, const Trace *trace, const QString &picture)
+{
+    Console::progress(QStringLiteral("drawing %1").arg(picture));
+    const int unit = trace ? trace->unit : limits.all.isEmpty() ? 0 : limits.all.constFirst()->unitId();
+    if (!emu_find(unit)) {
+        Console::error(QStringLiteral("limits: %1: %2 is not known and can't be drawn")
+                           .arg(nameOf(*limits.all.constFirst()), unitOf(*limits.all.constFirst())));
+        return false;
+    }
+    bool complete = true;
+    QList<const ALimit *> drawn;
+    for (const ALimit *limit : limits.all) {
+        if (areComparable(limit->unitId(), unit)) {
+            drawn.append(limit);
+            continue;
+        }
+        Console::error(QStringLiteral("limits: %1: a limit in %2 can't be drawn over %3")
+                           .arg(nameOf(*limit), unitOf(*limit), QString::fromUcs4(emu_find(unit)->name)));
+        complete = false;
+    }
+    QString errorText;
+    const bool saved = drawLimits(drawn, trace, unit, picture, &errorText);
+    Console::clearProgress();
+    if (!saved)
+        Console::error(errorText);
+    return saved && complete;
+}
+
+} // namespace
+
+int runLimits(const QStringList &arguments)
+{
+    Options options;
+    int exitStatus = ExitDone;
+    if (!readOptions(arguments, &options, &exitStatus))
+        return exitStatus;
+
+    Limits limits;
+    bool complete = true;
+    for (const QString &path : qAsConst(options.files))
+        complete = limits.readPath(path) && complete;
+
+    const bool hasTrace = !options.traceFile.isEmpty();
+    Trace trace;
+    if (hasTrace) {
+        Console::progress(QStringLiteral("reading %1").arg(options.traceFile));
+        QString errorText;
+        const bool isRead = readTraceFile(options.traceFile, &trace, &errorText);
+        Console::clearProgress();
+        if (!isRead) {
+            Console::error(errorText);
+            return ExitFailed;
+        }
+        complete = checkTrace(limits, trace) && complete;
+    } else {
+        printList(limits);
+    }
+    if (!options.rewritten.isEmpty())
+        complete = rewrite(options.files.constFirst(), options.rewritten) && complete;
+    complete = Console::finish() && complete;
+    if (!options.picture.isEmpty())
+        complete = draw(limits, hasTrace ? &trace : nullptr, options.picture) && complete;
+    return complete ? ExitDone : ExitFailed;
+}

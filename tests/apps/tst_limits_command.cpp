@@ -1,0 +1,432 @@
+#include "apps/programrun.h"
+
+#include <QtTest/QtTest>
+
+#include <QtCore/QTemporaryDir>
+#include <QtGui/QImage>
+
+#include <unistd.h>
+
+namespace {
+
+constexpr char kExamples[] = AVELDORAN_EXAMPLES_DIR "/data/limits";
+constexpr char kTrace[] = AVELDORAN_EXAMPLES_DIR "/data/traces/broadband.csv";
+
+// From 100 to 200 MHz: -50 dBm up to 120 MHz, from there on falling to -70 dBm; -60 dBm from 190 MHz on.
+constexpr char kMask[] = "<data><limit name='Mask' begin='100000000' end='200000000' measureunit='0' color='#00aa00'>"
+                         "<description>Of a test</description>"
+                         "<section beginFrequency='100000000' endFrequency='120000000' beginValue='-50'/>"
+                         "<section beginFrequency='120000000' endFrequency='180000000' beginValue='-50'"
+                         " endValue='-70' interpolation='1'/>"
+                         "<level frequency='190000000'>-60</level></limit></data>";
+
+int countPixels(const QImage &image, QRgb color)
+{
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            count += (image.pixel(x, y) & RGB_MASK) == (color & RGB_MASK) ? 1 : 0;
+    }
+    return count;
+}
+
+} // namespace
+
+class TestLimitsCommand : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+
+    void listsLimitsWithTheirPieces();
+    void readsDirectories();
+    void namesWhatItCanNotRead_data();
+    void namesWhatItCanNotRead();
+    void keepsTerminalControlOutOfItsOutput();
+
+    void tellsWhereATraceExceedsALimit();
+    void aTraceBelowTheLimitIsKept();
+    void aLimitCountsInItsRangeAlone();
+    void convertsBetweenUnitsOfAFamily();
+    void gapsAndInfinitiesInATrace();
+    void unitsOfDifferentFamiliesAreRefused();
+    void aTraceBesideTheLimitIsNoPass();
+    void findsTheCarriersOfTheExampleTrace();
+    void namesATraceThatCanNotBeRead();
+
+    void rewritesAsAnEditorDoes();
+    void rewritesAFileOntoItself();
+    void aFailedRewriteLeavesTheOldFile();
+    void aFullDiskIsReported();
+
+    void drawsLimits();
+    void drawsATraceUnderItsLimit();
+    void limitsThatCanNotBeDrawnTogetherAreNamed();
+    void drawsEveryExample();
+
+    void reportsOutputThatCanNotBeWritten();
+    void refusesWrongUsage_data();
+    void refusesWrongUsage();
+    void helps();
+
+private:
+    QString path(const QString &name) const { return m_directory->filePath(name); }
+    QString write(const QString &name, const QByteArray &content) const
+    {
+        QFile file(path(name));
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+            qFatal("could not write %s", qPrintable(file.fileName()));
+        return file.fileName();
+    }
+    QByteArray read(const QString &name) const
+    {
+        QFile file(path(name));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+    Run check(const QByteArray &trace, const QByteArray &limits = kMask) const
+    {
+        return run({"limits", "--check", write("trace.csv", trace), write("mask.xml", limits)});
+    }
+
+    std::unique_ptr<QTemporaryDir> m_directory;
+};
+
+void TestLimitsCommand::init()
+{
+    m_directory = std::make_unique<QTemporaryDir>();
+    QVERIFY(m_directory->isValid());
+}
+
+void TestLimitsCommand::listsLimitsWithTheirPieces()
+{
+    const QString mask = write("mask.xml", kMask);
+    const QString other = write("other.xml", "<data><limit end='1000' measureunit='99'/>"
+                                             "<limit name='Field'><section beginValue='1' endValue='2'"
+                                             " interpolation='2'/></limit></data>");
+    const Run result = run({"limits", mask, other});
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.exitStatus, 0);
+    QCOMPARE(result.output, mask +
+                                "\n"
+                                "  Mask  100 MHz - 200 MHz  dBm  # Of a test\n"
+                                "    100 MHz - 120 MHz               -50\n"
+                                "    120 MHz - 180 MHz               -50 to -70, linear\n"
+                                "    at 190 MHz                      -60, step\n" +
+                                other +
+                                QStringLiteral("\n  -  0 Hz - 1 kHz  unit 99\n"
+                                               "  Field  0 Hz - 30000 MHz  dB\u00b5V/m\n"
+                                               "    0 Hz - 0 Hz                     1 to 2, logarithmic\n"));
+}
+
+void TestLimitsCommand::readsDirectories()
+{
+    const Run result = run({"limits", kExamples});
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.exitStatus, 0);
+    for (const char *name : {"EN 55032 class A, conducted, average", "EN 55032 class B, radiated, 3 m",
+                             "ICNIRP 1998, general public, electric field", "FM broadcast emissions, 100.1 MHz",
+                             "DVB-T mask, channel 30, sensitive"})
+        QVERIFY2(result.output.contains(QLatin1String(name)), name);
+    QVERIFY(result.output.indexOf("en55032-conducted.xml") < result.output.indexOf("tv-broadcast-masks.xml"));
+
+    const Run empty = run({"limits", m_directory->path()});
+    QCOMPARE(empty.exitStatus, 1);
+    QVERIFY(empty.errors.contains("no limit files (*.xml) in this directory"));
+}
+
+void TestLimitsCommand::namesWhatItCanNotRead_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("missing") << QByteArray() << "does not exist";
+    QTest::newRow("no XML") << QByteArray("Hello") << "Could not parse file";
+    QTest::newRow("no limits") << QByteArray("<calibrations/>") << "holds no limits";
+}
+
+void TestLimitsCommand::namesWhatItCanNotRead()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(QString, error);
+    const QString bad = path("bad.xml");
+    if (!content.isEmpty())
+        write("bad.xml", content);
+    const Run result = run({"limits", bad, write("mask.xml", kMask)});
+    QCOMPARE(result.exitStatus, 1);
+    QVERIFY2(result.errors.contains(error) && result.errors.contains(bad), qPrintable(result.errors));
+    QVERIFY(result.output.contains("Mask"));
+}
+
+void TestLimitsCommand::keepsTerminalControlOutOfItsOutput()
+{
+    const Run result = run({"limits", write("a.xml", "<data><limit name='a&#10;b\xc2\x9b"
+                                                     "31mc' measureunit='&#10;x'>"
+                                                     "<description>d&#10;e</description></limit></data>")});
+    QCOMPARE(result.exitStatus, 0);
+    QVERIFY2(result.output.contains(QStringLiteral("  a b\ufffd31mc  ")), qPrintable(result.output));
+    QVERIFY(!result.output.contains(QChar(0x9b)));
+    QCOMPARE(result.output.count('\n'), 2);
+}
+
+void TestLimitsCommand::tellsWhereATraceExceedsALimit()
+{
+    const Run result = check("Frequency [MHz];Level [dBm]\n"
+                             "90;0\n100;-50\n101;-49.5\n105;-45\n106;-47.25\n110;-50.5\n"
+                             "150;-60\n151;-59\n180;-69\n185;-69.9\n190;-60\n195;-59.5\n200;-55\n201;0\n");
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.exitStatus, 1);
+    QCOMPARE(result.output,
+             QString("  Mask: exceeded; points compared: 12\n"
+                     "    105 MHz           -45 dBm, limit -50 dBm, excess 5 dB  (3 points, 101 MHz - 106 MHz)\n"
+                     "    151 MHz           -59 dBm, limit -60.3333 dBm, excess 1.33333 dB  (2 points, 151 MHz - 180"
+                     " MHz)\n"
+                     "    200 MHz           -55 dBm, limit -60 dBm, excess 5 dB  (2 points, 195 MHz - 200 MHz)\n"));
+}
+
+// On the limit is not above it.
+void TestLimitsCommand::aTraceBelowTheLimitIsKept()
+{
+    const Run result = check("100 MHz;-50\n120 MHz;-50\n150 MHz;-60\n200 MHz;-60\n");
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.exitStatus, 0);
+    QCOMPARE(result.output, QString("  Mask: kept; points compared: 4\n"));
+}
+
+void TestLimitsCommand::aLimitCountsInItsRangeAlone()
+{
+    const Run result = check("100 MHz;0\n110 MHz;-60\n120 MHz;0\n",
+                             "<data><limit name='a' begin='105000000' end='115000000' measureunit='0'>"
+                             "<section beginFrequency='90000000' endFrequency='130000000' beginValue='-50'/>"
+                             "</limit></data>");
+    QCOMPARE(result.exitStatus, 0);
+    QCOMPARE(result.output, QString("  a: kept; points compared: 1\n"));
+}
+
+void TestLimitsCommand::convertsBetweenUnitsOfAFamily()
+{
+    // 57 dBuV at 50 ohms are -49.99 dBm.
+    const Run kept = check("Frequency;Level [dB\xc2\xb5V]\n110 MHz;56.9\n");
+    QCOMPARE(kept.exitStatus, 0);
+    const Run exceeded = check("Frequency;Level [dB\xc2\xb5V]\n110 MHz;57.1\n");
+    QCOMPARE(exceeded.exitStatus, 1);
+    QVERIFY2(exceeded.output.contains(QStringLiteral("57.1 dB\u00b5V, limit 56.9897 dB\u00b5V, excess 0.1103 dB")),
+             qPrintable(exceeded.output));
+    // In a linear unit the excess has that unit: -50 dBm are 10 nW.
+    const Run linear = check("Frequency;Level [W]\n110 MHz;1e-7\n");
+    QCOMPARE(linear.exitStatus, 1);
+    QVERIFY2(linear.output.contains("1e-07 W, limit 1e-08 W, excess 9e-08 W"), qPrintable(linear.output));
+}
+
+void TestLimitsCommand::gapsAndInfinitiesInATrace()
+{
+    const Run result = check("101 MHz;-40\n102 MHz;nan\n103 MHz;-41\n104 MHz;-inf\n105 MHz;inf\n");
+    QCOMPARE(result.exitStatus, 1);
+    const QStringList lines = result.output.split('\n', Qt::SkipEmptyParts);
+    QCOMPARE(lines.size(), 4);
+    QCOMPARE(lines.first(), QString("  Mask: exceeded; points compared: 4"));
+    QVERIFY(lines.at(1).contains("101 MHz") && lines.at(1).contains("(1 point)"));
+    QVERIFY(lines.at(3).contains("inf dBm"));
+}
+
+void TestLimitsCommand::unitsOfDifferentFamiliesAreRefused()
+{
+    const Run result = run({"limits", "--check", write("trace.csv", "100 MHz;-90\n"), write("mask.xml", kMask),
+                            QLatin1String(kExamples) + "/en55032-radiated-above-1ghz.xml"});
+    QCOMPARE(result.exitStatus, 1);
+    QCOMPARE(result.output, QString("  Mask: kept; points compared: 1\n"));
+    QCOMPARE(result.errors.count('\n'), 4);
+    QVERIFY(result.errors.contains(QStringLiteral("EN 55032 class B, above 1 GHz, average: the trace in dBm can't be"
+                                                  " compared with a limit in dB\u00b5V/m")));
+}
+
+void TestLimitsCommand::aTraceBesideTheLimitIsNoPass()
+{
+    const Run result = check("1 MHz;-90\n2 MHz;-90\n");
+    QCOMPARE(result.exitStatus, 1);
+    QVERIFY(result.errors.contains("Mask: no point of the trace lies where it governs"));
+}
+
+void TestLimitsCommand::findsTheCarriersOfTheExampleTrace()
+{
+    const Run result =
+        run({"limits", "--check", kTrace, QLatin1String(kExamples) + "/short-range-device-spurious.xml"});
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.exitStatus, 1);
+    QStringList carriers;
+    for (const QString &line : result.output.split('\n')) {
+        if (line.startsWith("    "))
+            carriers << line.simplified().section(',', 0, 0);
+    }
+    QCOMPARE(carriers, (QStringList{"88.5 MHz -38.7 dBm", "98.4 MHz -45.2 dBm", "104.6 MHz -52.9 dBm",
+                                    "88.5 MHz -38.7 dBm", "98.4 MHz -45.2 dBm", "104.6 MHz -52.9 dBm",
+                                    "433.9 MHz -48.5 dBm", "626 MHz -55.4 dBm", "947.4 MHz -41.6 dBm"}));
+}
+
+void TestLimitsCommand::namesATraceThatCanNotBeRead()
+{
+    const Run missing = run({"limits", "--check", path("missing.csv"), write("mask.xml", kMask)});
+    QCOMPARE(missing.exitStatus, 1);
+    QVERIFY(missing.errors.contains("missing.csv: can't be read"));
+    const Run bad = check("100 MHz;loud\n");
+    QCOMPARE(bad.exitStatus, 1);
+    QVERIFY(bad.errors.contains("trace.csv:1: "));
+}
+
+void TestLimitsCommand::rewritesAsAnEditorDoes()
+{
+    const Run result = run({"limits", "--rewrite", path("new/out.xml"), write("mask.xml", kMask)});
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.exitStatus, 0);
+    QVERIFY2(result.output.endsWith("new/out.xml: written; limits: 1, pieces: 3, descriptions left out: 1\n"),
+             qPrintable(result.output));
+    QCOMPARE(read("new/out.xml"),
+             QByteArray("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<data>\n"
+                        "    <limit name=\"Mask\" begin=\"100000000\" end=\"200000000\" measureunit=\"0\""
+                        " color=\"#00aa00\">\n"
+                        "        <section beginFrequency=\"100000000\" endFrequency=\"120000000\" beginValue=\"-50\""
+                        " endValue=\"-50\" interpolation=\"1\"/>\n"
+                        "        <section beginFrequency=\"120000000\" endFrequency=\"180000000\" beginValue=\"-50\""
+                        " endValue=\"-70\" interpolation=\"1\"/>\n"
+                        "        <level frequency=\"190000000\" interpolation=\"0\">-60</level>\n"
+                        "    </limit>\n</data>\n"));
+}
+
+void TestLimitsCommand::rewritesAFileOntoItself()
+{
+    const QString name = write("mask.xml", kMask);
+    QCOMPARE(run({"limits", "--rewrite", name, name}).exitStatus, 0);
+    const QByteArray once = read("mask.xml");
+    QVERIFY(once.startsWith("<?xml") && once.contains("Mask"));
+    QCOMPARE(run({"limits", "--rewrite", name, name}).exitStatus, 0);
+    QCOMPARE(read("mask.xml"), once);
+}
+
+void TestLimitsCommand::aFailedRewriteLeavesTheOldFile()
+{
+    write("out.xml", "old");
+    const Run unreadable = run({"limits", "--rewrite", path("out.xml"), write("bad.xml", "<data>")});
+    QCOMPARE(unreadable.exitStatus, 1);
+    QCOMPARE(read("out.xml"), QByteArray("old"));
+    const Run misplaced = run({"limits", "--rewrite", path("out.xml/below"), write("mask.xml", kMask)});
+    QCOMPARE(misplaced.exitStatus, 1);
+    QVERIFY(misplaced.errors.contains("out.xml/below: can't be written"));
+    const Run directory = run({"limits", "--rewrite", m_directory->path(), write("mask.xml", kMask)});
+    QCOMPARE(directory.exitStatus, 1);
+}
+
+// The model says nothing of it; the program does, and loses nothing.
+void TestLimitsCommand::aFullDiskIsReported()
+{
+    QByteArray many = "<data>";
+    for (int i = 0; i < 200; ++i)
+        many += "<limit name='A limit with a name that takes some room in a file'/>";
+    write("many.xml", many + "</data>");
+    for (const char *blocks : {"0", "4", "8"}) { // of 1,024 bytes
+        write("out.xml", "old");
+        QProcess shell;
+        shell.setWorkingDirectory(m_directory->path());
+        shell.start("sh", {"-c", QStringLiteral("trap '' XFSZ; ulimit -f %1; '%2' limits --rewrite out.xml many.xml"
+                                                " >/dev/null 2>/dev/null")
+                                     .arg(QLatin1String(blocks), QStringLiteral(AVELDORAN_PROGRAM))});
+        QVERIFY(shell.waitForFinished(60000));
+        QCOMPARE(shell.exitCode(), 1);
+        QCOMPARE(read("out.xml"), QByteArray("old"));
+    }
+    QCOMPARE(QDir(m_directory->path()).entryList(QDir::Files | QDir::Hidden), (QStringList{"many.xml", "out.xml"}));
+}
+
+void TestLimitsCommand::drawsLimits()
+{
+    const Run result = run({"limits", "--plot", path("mask.png"), write("mask.xml", kMask)});
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.exitStatus, 0);
+    const QImage image(path("mask.png"));
+    QVERIFY(!image.isNull());
+    QVERIFY(countPixels(image, 0xff00aa00) > 500); // in its own colour
+}
+
+void TestLimitsCommand::drawsATraceUnderItsLimit()
+{
+    const Run result = run({"limits", "--check", kTrace, "--plot", path("a.png"), write("mask.xml", kMask)});
+    QCOMPARE(result.exitStatus, 1); // the trace exceeds it
+    QCOMPARE(result.errors, QString());
+    const QImage image(path("a.png"));
+    QVERIFY(countPixels(image, 0xff00aa00) > 200);
+    QVERIFY(countPixels(image, 0xff1f4e9e) > 2000);
+}
+
+void TestLimitsCommand::limitsThatCanNotBeDrawnTogetherAreNamed()
+{
+    const Run result = run({"limits", "--plot", path("a.png"), write("mask.xml", kMask),
+                            QLatin1String(kExamples) + "/fcc-part15-radiated.xml"});
+    QCOMPARE(result.exitStatus, 1);
+    QVERIFY(result.errors.contains(QStringLiteral("FCC 15.209, 3 m: a limit in dB\u00b5V/m can't be drawn over dBm")));
+    QVERIFY(QFile::exists(path("a.png")));
+    const Run unknown =
+        run({"limits", "--plot", path("b.png"), write("x.xml", "<data><limit name='x' measureunit='99'/></data>")});
+    QCOMPARE(unknown.exitStatus, 1);
+    QVERIFY(unknown.errors.contains("x: unit 99 is not known and can't be drawn"));
+    const Run nowhere = run({"limits", "--plot", path("missing/c.png"), write("mask.xml", kMask)});
+    QCOMPARE(nowhere.exitStatus, 1);
+    QVERIFY(nowhere.errors.contains("missing/c.png: can't be written"));
+    const Run empty = run({"limits", "--plot", path("d.png"), write("empty.xml", "<data/>")});
+    QCOMPARE(empty.errors, QString());
+    QCOMPARE(empty.exitStatus, 0);
+}
+
+void TestLimitsCommand::drawsEveryExample()
+{
+    const QDir examples(kExamples);
+    for (const QString &name : examples.entryList({"*.xml"})) {
+        const Run result = run({"limits", "--plot", path("a.png"), examples.filePath(name)});
+        QCOMPARE(result.errors, QString());
+        QCOMPARE(result.exitStatus, 0);
+        QVERIFY(countPixels(QImage(path("a.png")), 0xffcc0000) > 200);
+    }
+}
+
+void TestLimitsCommand::reportsOutputThatCanNotBeWritten()
+{
+    const QString mask = write("mask.xml", QByteArray(kMask).replace("Of a test", QByteArray(20000, 'x')));
+    QProcess shell;
+    shell.start("sh", {"-c", QStringLiteral("trap '' XFSZ; ulimit -f 4; '%1' limits '%2' > '%3'")
+                                 .arg(QStringLiteral(AVELDORAN_PROGRAM), mask, path("out.txt"))});
+    QVERIFY(shell.waitForFinished(60000));
+    QCOMPARE(shell.exitCode(), 1);
+    QVERIFY(shell.readAllStandardError().contains("could not write the output"));
+}
+
+void TestLimitsCommand::refusesWrongUsage_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    const QString mask = "mask.xml";
+    QTest::newRow("no file") << QStringList{};
+    QTest::newRow("unknown option") << QStringList{"--color", mask};
+    QTest::newRow("no trace") << QStringList{mask, "--check"};
+    QTest::newRow("empty trace") << QStringList{"--check", "", mask};
+    QTest::newRow("no PNG") << QStringList{"--plot", "a.jpg", mask};
+    QTest::newRow("two to rewrite") << QStringList{"--rewrite", "out.xml", mask, mask};
+    QTest::newRow("a directory to rewrite") << QStringList{"--rewrite", "out.xml", "."};
+}
+
+void TestLimitsCommand::refusesWrongUsage()
+{
+    QFETCH(QStringList, arguments);
+    const Run result = run(QStringList{"limits"} + arguments);
+    QCOMPARE(result.exitStatus, 2);
+    QCOMPARE(result.output, QString());
+    QVERIFY(result.errors.startsWith("aveldoran: "));
+    QVERIFY(!QFile::exists("out.xml"));
+}
+
+void TestLimitsCommand::helps()
+{
+    const Run help = run({"limits", "--help"});
+    QCOMPARE(help.exitStatus, 0);
+    for (const char *option : {"--check", "--rewrite", "--plot"})
+        QVERIFY(help.output.contains(option));
+    QVERIFY(run({"--help"}).output.contains("limits "));
+}
+
+QTEST_GUILESS_MAIN(TestLimitsCommand)
+#include "tst_limits_command.moc"
