@@ -13,4 +13,5 @@ enum ExitStatus
 
 int runChannels(const QStringList &arguments);
 int runLimits(const QStringList &arguments);
+int runLogo(const QStringList &arguments);
 int runMarkers(const QStringList &arguments);

@@ -20,6 +20,7 @@ struct Command
 constexpr Command kCommands[] = {
     {"channels", "build a channel plan from profile files and print it", runChannels},
     {"limits", "print limit lines, draw them, and check a trace against them", runLimits},
+    {"logo", "compose the boot logo of a device", runLogo},
     {"markers", "set markers on a trace and print what they read", runMarkers},
 };
 
@@ -35,7 +36,7 @@ QString usage()
                           "refused, 2 wrong usage.\n");
 }
 
-// Every subcommand that draws has this option.
+// Every subcommand that draws has this option, except the one for logos, which are nothing else.
 bool asksForPicture(const char *argument)
 {
     constexpr char kOption[] = "--plot";
@@ -56,7 +57,8 @@ void withoutRuntimeDirectory(QtMsgType type, const QMessageLogContext &context, 
 // kept from it.
 std::unique_ptr<QCoreApplication> createApplication(int &argc, char **argv)
 {
-    if (std::none_of(argv + 1, argv + argc, asksForPicture))
+    const bool isLogo = argc > 1 && std::strcmp(argv[1], "logo") == 0;
+    if (!isLogo && std::none_of(argv + 1, argv + argc, asksForPicture))
         return std::make_unique<QCoreApplication>(argc, argv);
     qputenv("QT_QPA_PLATFORM", "offscreen");
     static int count = 1;
