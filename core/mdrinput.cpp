@@ -64,7 +64,7 @@ struct Input::Time
         if (kind == UtcTime)
             return QDateTime::fromMSecsSinceEpoch(milliseconds, Qt::UTC);
         if (kind == LocalTime) {
-            const QDateTime local = QDateTime::fromMSecsSinceEpoch(milliseconds, Qt::LocalTime);
+            QDateTime local = QDateTime::fromMSecsSinceEpoch(milliseconds, Qt::LocalTime);
             if (local.offsetFromUtc() == offsetSeconds)
                 return local;
         }

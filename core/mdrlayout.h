@@ -15,8 +15,8 @@ inline constexpr char kMagic[] = "\x89MDR\r\n\x1a\n";
 constexpr qint64 kMagicBytes = sizeof kMagic - 1;
 constexpr qint64 kTimeBytes = 13;
 constexpr qint64 kValueBytes = 42;
-constexpr qint64 kGeoDataBytes = 4 + kTimeBytes + 2 * 4 + 1 + 4 * 4 + 9 * 4; // without its texts
-constexpr qint64 kDeviceBytes = 4 + 1 + 2 + 4 + 4 + 2 + 2 + 4 + 4;           // without its texts
+constexpr qint64 kGeoDataBytes = 4 + kTimeBytes + 8 + 1 + 16 + 36; // without its texts
+constexpr qint64 kDeviceBytes = 4 + 1 + 2 + 4 + 4 + 2 + 2 + 4 + 4; // without its texts
 
 constexpr qint64 kMaxMilliseconds = qint64(1) << 53; // beyond it no QDateTime is safe from overflow
 constexpr int kMaxOffsetSeconds = 24 * 60 * 60;

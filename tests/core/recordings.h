@@ -4,6 +4,7 @@
 #include "core/aveldorandevice.h"
 
 #include "core/peaksearch.h"
+#include "core/plaincrc32.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QTemporaryDir>
@@ -186,17 +187,6 @@ inline QList<Chunk> chunksOf(const QByteArray &file)
         at = end;
     }
     return chunks;
-}
-
-inline quint32 plainCrc32(const QByteArray &bytes)
-{
-    quint32 sum = 0xffffffffU;
-    for (const char byte : bytes) {
-        sum ^= static_cast<unsigned char>(byte);
-        for (int bit = 0; bit < 8; ++bit)
-            sum = (sum >> 1) ^ ((sum & 1) != 0 ? 0xEDB88320U : 0);
-    }
-    return ~sum;
 }
 
 template<typename Number>
