@@ -26,7 +26,7 @@ struct device_variable_desc
 
     quint16 identifier; // from 1 on, one variable each
     quint32 deviceMask; // VeldoranDeviceType bits: the devices that have the variable
-    char name[32];      // zero-terminated; as long as the table stands, a variable keeps it
+    char name[32];      // zero-terminated
     quint16 flags;
     const char *enumeration; // "key:label;key:label", the keys decimal numbers; null if there is none
     const char *description; // what it sets, with its unit if it is a plain number
