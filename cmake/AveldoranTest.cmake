@@ -10,5 +10,8 @@ function(aveldoran_add_test name)
     add_test(NAME ${name} COMMAND ${arg_LAUNCHER} $<TARGET_FILE:${name}>)
     set_tests_properties(${name} PROPERTIES ENVIRONMENT
         "QT_QPA_PLATFORM=offscreen;HOME=${CMAKE_CURRENT_BINARY_DIR}/${name}.home;XDG_CONFIG_HOME=;XDG_DATA_HOME=;LC_ALL=C.UTF-8;ASAN_OPTIONS=detect_leaks=1;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/leaks.supp:print_suppressions=0")
+    if(arg_LAUNCHER) # which may preload a library before the sanitizer's
+        set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT "ASAN_OPTIONS=detect_leaks=1:verify_asan_link_order=0")
+    endif()
     file(MAKE_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/${name}.home)
 endfunction()
