@@ -15,6 +15,9 @@ set(AVELDORAN_PRIVATE_HEADERS
     core/limitcurve.h
     core/mdrformat.h
     core/mdrlayout.h
+    core/nmea.h
+    core/nmearecords.h
+    core/orientation.h
     core/peaksuppression.h
     core/recordeddevice.h
     core/xmldocument.h

@@ -14,8 +14,10 @@
 
 // What the tests of recordings and of their replay share.
 
+// A new file: what replaces the content of an old one is flushed to the disk by some file systems, which takes long.
 inline bool writeFile(const QString &name, const QByteArray &content)
 {
+    QFile::remove(name);
     QFile file(name);
     return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush();
 }

@@ -1,0 +1,399 @@
+#include "core/asimulateddevice.h"
+
+#include "core/orientation.h"
+
+#include <QtCore/QPointer>
+#include <QtCore/QTimer>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <vector>
+
+namespace {
+
+constexpr int kdBm = 0;
+constexpr int kMaximumPoints = 1000 * 1000;
+constexpr int kCarrierCount = 8;
+constexpr int kAverages = 4;                 // power readings that make one point
+constexpr double kReferenceDistance = 100.0; // metres
+constexpr double kNearest = 10.0;            // metres: an antenna is above the street
+constexpr double kFadeDepthMinimum = 0.05;
+constexpr double kFadePerSweep = 0.6;
+constexpr double kBelowNoise = 40.0; // dB by which a carrier's skirt has to lie below the floor to be left out
+
+// The drive: metres, seconds, degrees.
+constexpr double kMiddleLatitude = 47.07;
+constexpr double kMiddleLongitude = 15.44;
+constexpr double kMetresPerDegree = 111195.0;
+constexpr double kHalfWidth = 1200.0;
+constexpr double kHalfHeight = 800.0;
+constexpr double kLapSeconds = 600.0;
+constexpr double kMeanAltitude = 353.0;
+constexpr double kHillHeight = 45.0;
+constexpr double kKnotsPerMetreSecond = 3600.0 / 1852.0;
+constexpr double kCircle = 2.0 * 3.14159265358979323846;
+
+// What a number is made for, so that no two sorts share their randomness.
+enum Purpose : quint32
+{
+    NoisePurpose = 1,
+    CarrierPurpose = 2,
+    FadePurpose = 3,
+    ShadowPurpose = 4,
+};
+
+// A number from 0 to below 1 that depends on its arguments alone.
+double uniform(quint64 seed, Purpose purpose, quint32 a, quint32 b) noexcept
+{
+    quint64 x = seed << 32 ^ quint64(purpose) << 28 ^ a;
+    for (const quint64 word : {quint64(b), Q_UINT64_C(0x9e3779b97f4a7c15)}) {
+        x = (x ^ word) + Q_UINT64_C(0x9e3779b97f4a7c15);
+        x = (x ^ (x >> 30)) * Q_UINT64_C(0xbf58476d1ce4e5b9);
+        x = (x ^ (x >> 27)) * Q_UINT64_C(0x94d049bb133111eb);
+        x ^= x >> 31;
+    }
+    return static_cast<double>(x >> 11) * 0x1p-53;
+}
+
+double decibels(double ratio)
+{
+    return 10.0 * std::log10(ratio);
+}
+
+double ratio(double dB)
+{
+    return std::pow(10.0, dB / 10.0);
+}
+
+AFrequency hertz(double value)
+{
+    constexpr double kLargest = 9.2e18;
+    AFrequency frequency;
+    frequency.setValue(static_cast<long long>(std::min(value, kLargest)), AFrequency::Hz);
+    return frequency;
+}
+
+struct Place
+{
+    double east = 0.0;
+    double north = 0.0;
+    double altitude = 0.0;
+};
+
+Place placeAt(double seconds)
+{
+    const double angle = kCircle * seconds / kLapSeconds;
+    return {kHalfWidth * std::sin(angle), kHalfHeight * std::sin(2.0 * angle),
+            kMeanAltitude + kHillHeight * std::sin(angle + 0.7)};
+}
+
+float nmeaForm(double degrees)
+{
+    const double whole = std::trunc(degrees);
+    return static_cast<float>(whole * 100.0 + (degrees - whole) * 60.0);
+}
+
+// The international standard atmosphere, in hectopascal.
+double pressureAt(double altitude)
+{
+    return 1013.25 * std::pow(1.0 - 2.25577e-5 * altitude, 5.25588);
+}
+
+} // namespace
+
+struct ASimulatedDevice::Private
+{
+    explicit Private(quint32 seedNumber)
+        : seed(seedNumber)
+    {}
+
+    quint32 seed;
+    AFrequency begin;
+    AFrequency end;
+    int pointCount = 2;
+    double noiseFloor = -105.0;
+    QVector<Carrier> carriers;
+    QDateTime beginTime = QDateTime(QDate(2024, 5, 17), QTime(8, 0), Qt::UTC);
+    int sweepIntervalMs = 250;
+
+    QTimer timer;
+    int next = 0;
+    int left = 0; // below 0: without an end
+    int run = 0;  // changes with start() and stop()
+
+    QDateTime timeOf(int number) const { return beginTime.addMSecs(qint64(number) * sweepIntervalMs); }
+    double secondsAt(int number) const { return 1e-3 * sweepIntervalMs * number; }
+    double span() const { return (end - begin).floatValue(AFrequency::Hz); }
+    AFrequency frequencyOf(int point) const;
+    void chooseCarriers();
+    double receivedLevel(int carrier, int number) const;
+    void addCarrier(int carrier, int number, std::vector<double> *powers) const;
+};
+
+AFrequency ASimulatedDevice::Private::frequencyOf(int point) const
+{
+    return begin + hertz(span() * point / (pointCount - 1));
+}
+
+void ASimulatedDevice::Private::chooseCarriers()
+{
+    carriers.clear();
+    for (quint32 i = 0; i < kCarrierCount; ++i) {
+        const auto chance = [&](quint32 what) { return uniform(seed, CarrierPurpose, i, what); };
+        Carrier carrier;
+        carrier.frequency = begin + hertz(span() * (i + 0.2 + 0.6 * chance(0)) / kCarrierCount);
+        carrier.width = hertz(span() / 200.0 * (0.5 + chance(1)));
+        carrier.level = -60.0 + 40.0 * chance(2);
+        carrier.east = 2.0 * kHalfWidth * (chance(3) - 0.5) * 1.5;
+        carrier.north = 2.0 * kHalfHeight * (chance(4) - 0.5) * 1.5;
+        carriers.append(carrier);
+    }
+}
+
+// Free space, the shadows of houses that the vehicle passes in some seconds, and the fading from sweep to sweep.
+double ASimulatedDevice::Private::receivedLevel(int carrier, int number) const
+{
+    const Carrier &source = carriers.at(carrier);
+    const auto index = static_cast<quint32>(carrier);
+    const Place place = placeAt(secondsAt(number));
+    const double distance = std::max(kNearest, std::hypot(place.east - source.east, place.north - source.north));
+    double level = source.level - 2.0 * decibels(distance / kReferenceDistance);
+
+    for (const double metres : {35.0, 90.0, 310.0}) {
+        const double phase = kCircle * uniform(seed, ShadowPurpose, index, static_cast<quint32>(metres));
+        level += 2.0 * std::sin(kCircle * (place.east + 0.6 * place.north) / metres + phase);
+    }
+
+    const double position = number * kFadePerSweep;
+    const double before = std::floor(position);
+    const auto fade = [&](double at) {
+        return std::max(kFadeDepthMinimum, uniform(seed, FadePurpose, index, static_cast<quint32>(at)));
+    };
+    const double part = position - before;
+    return level + decibels(fade(before) * (1.0 - part) + fade(before + 1.0) * part);
+}
+
+void ASimulatedDevice::Private::addCarrier(int carrier, int number, std::vector<double> *powers) const
+{
+    const double level = receivedLevel(carrier, number);
+    const double step = span() / (pointCount - 1);
+    const double height = level - noiseFloor + kBelowNoise;
+    if (height <= 0.0 || !std::isfinite(height))
+        return;
+
+    // Of Gaussian shape: 3 dB down at half the width, and with the square of the distance further.
+    const double width = std::max(carriers.at(carrier).width.floatValue(AFrequency::Hz), std::max(step, 1.0));
+    const double decibelsAtHalfWidth = decibels(2.0);
+    const double reach = width / 2.0 * std::sqrt(height / decibelsAtHalfWidth);
+    const double middle = (carriers.at(carrier).frequency - begin).floatValue(AFrequency::Hz);
+    const double pointsPerHertz = step > 0.0 ? 1.0 / step : 0.0;
+    const double last = pointCount - 1;
+    const int from = static_cast<int>(std::clamp(std::ceil((middle - reach) * pointsPerHertz), 0.0, last + 1.0));
+    const int to = static_cast<int>(std::clamp(std::floor((middle + reach) * pointsPerHertz), -1.0, last));
+    for (int i = from; i <= to; ++i) {
+        const double off = (i * step - middle) / (width / 2.0);
+        (*powers)[static_cast<std::size_t>(i)] += ratio(level - decibelsAtHalfWidth * off * off);
+    }
+}
+
+ASimulatedDevice::ASimulatedDevice(quint32 seed, QObject *parent)
+    : ASweepProcessor(parent)
+    , d(std::make_unique<Private>(seed))
+{
+    setRange(AFrequency("87.5 MHz"), AFrequency("108 MHz"), 501);
+    connect(&d->timer, &QTimer::timeout, this, &ASimulatedDevice::deliverNext);
+}
+
+ASimulatedDevice::~ASimulatedDevice() = default;
+
+QString ASimulatedDevice::customOptionText() const
+{
+    return QStringLiteral("SIM");
+}
+
+int ASimulatedDevice::hardwareRevision() const
+{
+    return 1;
+}
+
+bool ASimulatedDevice::isReady() const
+{
+    return true;
+}
+
+QStringList ASimulatedDevice::informationList() const
+{
+    return {QStringLiteral("SIM1"),
+            QStringLiteral("Simulated spectrum analyser"),
+            QString(),
+            QString(),
+            QStringLiteral("1.0"),
+            QString(),
+            QString::number(d->seed)};
+}
+
+quint16 ASimulatedDevice::optionMask() const
+{
+    return CustomOption;
+}
+
+bool ASimulatedDevice::hasCapability(int capability) const
+{
+    return capability == NoiseFloorSuppression || capability == BootLogo;
+}
+
+AVeldoranChipInformation ASimulatedDevice::chipInformation() const
+{
+    AVeldoranChipInformation chip = simulatedChip();
+    chip.name = QString::number(d->seed);
+    return chip;
+}
+
+AVeldoranChipInformation ASimulatedDevice::simulatedChip()
+{
+    AVeldoranChipInformation chip;
+    chip.name = QStringLiteral("1");
+    chip.description = QStringLiteral("Simulated spectrum analyser");
+    return chip;
+}
+
+quint32 ASimulatedDevice::seed() const
+{
+    return d->seed;
+}
+
+void ASimulatedDevice::setRange(const AFrequency &begin, const AFrequency &end, int pointCount)
+{
+    d->begin = begin;
+    d->end = std::max(begin, end);
+    d->pointCount = std::clamp(pointCount, 2, kMaximumPoints);
+    d->chooseCarriers();
+}
+
+void ASimulatedDevice::setNoiseFloor(double level)
+{
+    d->noiseFloor = level;
+}
+
+void ASimulatedDevice::setCarriers(const QVector<Carrier> &carriers)
+{
+    d->carriers = carriers;
+}
+
+QVector<ASimulatedDevice::Carrier> ASimulatedDevice::carriers() const
+{
+    return d->carriers;
+}
+
+void ASimulatedDevice::setBegin(const QDateTime &begin, int sweepIntervalMs)
+{
+    d->beginTime = begin.toUTC();
+    d->sweepIntervalMs = std::max(1, sweepIntervalMs);
+}
+
+ASweep ASimulatedDevice::sweep(int number) const
+{
+    const int sweepNumber = std::max(0, number);
+    const double floorPower = ratio(d->noiseFloor);
+    std::vector<double> powers(static_cast<std::size_t>(d->pointCount));
+    for (std::size_t i = 0; i < powers.size(); ++i) {
+        double product = 1.0; // of uniform numbers: their logarithms add up to the sum of exponential powers
+        for (quint32 k = 0; k < kAverages; ++k) {
+            product *= 1.0 - uniform(d->seed, NoisePurpose, static_cast<quint32>(sweepNumber),
+                                     static_cast<quint32>(i) * kAverages + k);
+        }
+        powers[i] = -std::log(product) / kAverages * floorPower;
+    }
+    for (int i = 0; i < d->carriers.size(); ++i)
+        d->addCarrier(i, sweepNumber, &powers);
+
+    QList<AMeasurementValue> values;
+    values.reserve(d->pointCount);
+    for (int i = 0; i < d->pointCount; ++i)
+        values.append({decibels(powers[static_cast<std::size_t>(i)]), kdBm, d->frequencyOf(i), 0, 0.0});
+    ASweep result(values, d->timeOf(sweepNumber), d->timeOf(sweepNumber).addMSecs(d->sweepIntervalMs - 1));
+    result.setGeoData(position(sweepNumber));
+    return result;
+}
+
+AGeoData ASimulatedDevice::position(int number) const
+{
+    constexpr double kStep = 0.5; // seconds
+    const int sweepNumber = std::max(0, number);
+    const double seconds = d->secondsAt(sweepNumber) + 1e-3 * (d->sweepIntervalMs - 1);
+    const Place place = placeAt(seconds);
+    const Place before = placeAt(seconds - kStep);
+    const Place after = placeAt(seconds + kStep);
+    const double east = (after.east - before.east) / (2.0 * kStep);
+    const double north = (after.north - before.north) / (2.0 * kStep);
+    const double up = (after.altitude - before.altitude) / (2.0 * kStep);
+    const double speed = std::hypot(east, north);
+    const auto turnRate = [&](const Place &from, const Place &through, const Place &to) {
+        const double first = std::atan2(through.east - from.east, through.north - from.north);
+        const double second = std::atan2(to.east - through.east, to.north - through.north);
+        return std::remainder(second - first, kCircle) / kStep;
+    };
+
+    Orientation orientation;
+    orientation.heading = std::atan2(east, north);
+    orientation.pitch = std::atan2(up, speed);
+    const double rotation = turnRate(before, place, after);
+    orientation.roll = -0.2 * std::atan(rotation * speed / 9.81); // a car leans out of a bend
+
+    AGeoData data;
+    data.recordTime = d->timeOf(sweepNumber).addMSecs(d->sweepIntervalMs - 1);
+    data.latitude = nmeaForm(kMiddleLatitude + place.north / kMetresPerDegree);
+    data.longitude =
+        nmeaForm(kMiddleLongitude + place.east / (kMetresPerDegree * std::cos(kMiddleLatitude * kRadiansPerDegree)));
+    data.fix = 1;
+    data.speed = static_cast<float>(speed * kKnotsPerMetreSecond);
+    const double course = orientation.heading / kRadiansPerDegree;
+    data.course = static_cast<float>(course < 0.0 ? course + 360.0 : course);
+    data.altitude = static_cast<float>(place.altitude);
+    data.airPressure = static_cast<float>(pressureAt(place.altitude));
+    setGravity(orientation, data.accelerometer);
+    setMagneticField(orientation, data.magnetometer);
+    data.gyroscope[2] = static_cast<float>(rotation);
+    return data;
+}
+
+void ASimulatedDevice::start(int first, int count, int intervalMs)
+{
+    d->next = std::max(0, first);
+    d->left = count;
+    ++d->run;
+    d->timer.start(std::max(0, intervalMs));
+}
+
+void ASimulatedDevice::stop()
+{
+    ++d->run;
+    d->timer.stop();
+}
+
+bool ASimulatedDevice::isRunning() const
+{
+    return d->timer.isActive();
+}
+
+void ASimulatedDevice::deliverNext()
+{
+    if (d->left == 0) {
+        d->timer.stop();
+        Q_EMIT stopped();
+        return;
+    }
+    if (d->left > 0)
+        --d->left;
+    const int number = d->next;
+    d->next = number < std::numeric_limits<int>::max() ? number + 1 : 0;
+
+    const int run = d->run;
+    const QPointer<ASimulatedDevice> alive(this);
+    Q_EMIT gpsData(position(number));
+    if (!alive || d->run != run)
+        return;
+    ASweep measured = sweep(number);
+    deliver(&measured);
+}

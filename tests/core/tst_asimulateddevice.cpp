@@ -1,0 +1,379 @@
+#include "core/nmealog.h"
+
+#include <core/amdrdocument.h>
+#include <core/asimulateddevice.h>
+#include <core/aveldoranfactory.h>
+
+#include <QtCore/QPointer>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+class TestASimulatedDevice : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void describesItself();
+    void theSameSeedMeasuresTheSame();
+    void anotherSeedMeasuresSomethingElse();
+    void aSweepDependsOnItsNumberAlone();
+    void pointsCoverTheRange_data();
+    void pointsCoverTheRange();
+    void withoutCarriersTheNoiseLiesAtTheFloor();
+    void aCarrierStandsAtItsFrequencyWithItsWidth();
+    void carriersFadeAlongTheDrive();
+    void aCarrierFarOutOfTheRangeIsNotSeen();
+    void sweepsFollowEachOtherInTime();
+    void theVehicleMovesWhereItHeads();
+    void theDriveIsClosed();
+    void tiltAndRotationAreThoseOfACar();
+    void deliversPositionsAndSweepsInOrder();
+    void runsUntilItIsStopped();
+    void aReceiverMayStopRestartOrDelete();
+    void suppressesPeaksInWhatItDelivers();
+    void itsRecordingNamesIt();
+};
+
+namespace {
+
+struct Offset
+{
+    double east = 0.0; // metres
+    double north = 0.0;
+};
+
+Offset offsetOf(const AGeoData &from, const AGeoData &to)
+{
+    const auto degrees = [&](float nmeaForm) { return from.convertNmeaLatLonToDecimal(static_cast<double>(nmeaForm)); };
+    constexpr double kMetresPerDegree = 111195.0;
+    constexpr double kCosineOfLatitude = 0.6811;
+    return {(degrees(to.longitude) - degrees(from.longitude)) * kMetresPerDegree * kCosineOfLatitude,
+            (degrees(to.latitude) - degrees(from.latitude)) * kMetresPerDegree};
+}
+
+double metresBetween(const AGeoData &a, const AGeoData &b)
+{
+    const Offset offset = offsetOf(a, b);
+    return std::hypot(offset.east, offset.north);
+}
+
+double bearing(const AGeoData &from, const AGeoData &to)
+{
+    const Offset offset = offsetOf(from, to);
+    return std::atan2(offset.east, offset.north) * 180.0 / 3.14159265358979323846;
+}
+
+ASimulatedDevice::Carrier carrierAt(const char *frequency, const char *width = "200 kHz", double level = -40.0)
+{
+    ASimulatedDevice::Carrier carrier;
+    carrier.frequency = AFrequency(frequency);
+    carrier.width = AFrequency(width);
+    carrier.level = level;
+    return carrier;
+}
+
+} // namespace
+
+void TestASimulatedDevice::describesItself()
+{
+    const ASimulatedDevice device(4711);
+    QVERIFY(device.isReady());
+    QVERIFY(device.informationList().size() >= 7);
+    QVERIFY(!device.informationList().at(AVeldoranDevice::ModelName).isEmpty());
+    QVERIFY(!device.informationList().at(AVeldoranDevice::FirmwareVersion).isEmpty());
+    QCOMPARE(device.informationList().at(AVeldoranDevice::SerialNumber), QStringLiteral("4711"));
+    QVERIFY(device.hasCapability(2));
+    QVERIFY(device.hasCapability(8));
+    QVERIFY(!device.hasCapability(128));
+    QCOMPARE(device.optionMask(), quint16(8));
+    QVERIFY(!device.customOptionText().isEmpty());
+    QCOMPARE(device.chipInformation().name, QStringLiteral("4711"));
+    QCOMPARE(device.chipInformation().description, ASimulatedDevice::simulatedChip().description);
+}
+
+void TestASimulatedDevice::theSameSeedMeasuresTheSame()
+{
+    const ASimulatedDevice a(7);
+    const ASimulatedDevice b(7);
+    for (const int number : {0, 1, 5, 1000}) {
+        QVERIFY(a.sweep(number).values == b.sweep(number).values);
+        QVERIFY(a.position(number) == b.position(number));
+        QVERIFY(a.sweep(number).geoData() == b.position(number));
+    }
+}
+
+void TestASimulatedDevice::anotherSeedMeasuresSomethingElse()
+{
+    const ASimulatedDevice a(7);
+    const ASimulatedDevice b(8);
+    QVERIFY(a.sweep(0).values != b.sweep(0).values);
+    QVERIFY(!(a.carriers().first().frequency == b.carriers().first().frequency));
+    QVERIFY(a.sweep(0).values != a.sweep(1).values);
+}
+
+void TestASimulatedDevice::aSweepDependsOnItsNumberAlone()
+{
+    const ASimulatedDevice device(3);
+    const ASweep first = device.sweep(2);
+    for (int i = 9; i >= 0; --i)
+        device.sweep(i);
+    QVERIFY(device.sweep(2).values == first.values);
+    QVERIFY(device.sweep(-1).values == device.sweep(0).values);
+}
+
+void TestASimulatedDevice::pointsCoverTheRange_data()
+{
+    QTest::addColumn<QByteArray>("begin");
+    QTest::addColumn<QByteArray>("end");
+    QTest::addColumn<int>("wanted");
+    QTest::addColumn<int>("count");
+    QTest::newRow("usual") << QByteArray("400 MHz") << QByteArray("470 MHz") << 1001 << 1001;
+    QTest::newRow("two points") << QByteArray("1 MHz") << QByteArray("2 MHz") << 2 << 2;
+    QTest::newRow("fewer than two") << QByteArray("1 MHz") << QByteArray("2 MHz") << -5 << 2;
+    QTest::newRow("one frequency") << QByteArray("1 MHz") << QByteArray("1 MHz") << 5 << 5;
+    QTest::newRow("one hertz") << QByteArray("1000") << QByteArray("1001") << 5 << 5;
+    QTest::newRow("all") << QByteArray("0") << QByteArray("9223372036854775807") << 11 << 11;
+}
+
+void TestASimulatedDevice::pointsCoverTheRange()
+{
+    QFETCH(QByteArray, begin);
+    QFETCH(QByteArray, end);
+    QFETCH(int, wanted);
+    ASimulatedDevice device;
+    device.setRange(AFrequency(begin.constData()), AFrequency(end.constData()), wanted);
+    const QList<AMeasurementValue> values = device.sweep(0).values;
+    QTEST(values.size(), "count");
+    QVERIFY(values.first().frequency == AFrequency(begin.constData()));
+    QVERIFY(std::abs(values.last().frequency / AFrequency(end.constData()) - 1.0) < 0.003);
+    for (int i = 0; i < values.size(); ++i) {
+        QCOMPARE(values.at(i).unit, quint8(0));
+        QVERIFY(std::isfinite(values.at(i).level));
+        QVERIFY(i == 0 || values.at(i - 1).frequency <= values.at(i).frequency);
+    }
+
+    device.setRange(AFrequency("5 MHz"), AFrequency("1 MHz"), 3);
+    QVERIFY(device.sweep(0).values.last().frequency == AFrequency("5 MHz"));
+}
+
+void TestASimulatedDevice::withoutCarriersTheNoiseLiesAtTheFloor()
+{
+    ASimulatedDevice device;
+    device.setRange(AFrequency("1 GHz"), AFrequency("2 GHz"), 20001);
+    device.setNoiseFloor(-90.0);
+    device.setCarriers({});
+    const QList<AMeasurementValue> values = device.sweep(3).values;
+    double sum = 0.0;
+    double highest = -200.0;
+    double lowest = 0.0;
+    for (const AMeasurementValue &value : values) {
+        sum += std::pow(10.0, value.level / 10.0);
+        highest = std::max(highest, value.level);
+        lowest = std::min(lowest, value.level);
+    }
+    QVERIFY(std::abs(10.0 * std::log10(sum / values.size()) + 90.0) < 0.1);
+    QVERIFY(highest > -88.0 && highest < -80.0);
+    QVERIFY(lowest < -95.0 && lowest > -130.0);
+}
+
+void TestASimulatedDevice::aCarrierStandsAtItsFrequencyWithItsWidth()
+{
+    ASimulatedDevice device;
+    device.setRange(AFrequency("100 MHz"), AFrequency("110 MHz"), 1001);
+    device.setCarriers({carrierAt("104 MHz", "400 kHz", 20.0)});
+    const ASweep sweep = device.sweep(0);
+    QVERIFY(std::abs((sweep.maximum().frequency - AFrequency("104 MHz")).floatValue(AFrequency::kHz)) <= 10.0);
+    const double peak = sweep.values.at(400).level;
+    QVERIFY(std::abs(sweep.values.at(380).level - (peak - 3.0)) < 0.1);
+    QVERIFY(std::abs(sweep.values.at(420).level - (peak - 3.0)) < 0.1);
+    QVERIFY(sweep.values.at(400 + 60).level < peak - 25.0);
+    QVERIFY(sweep.values.first().level < -90.0);
+}
+
+void TestASimulatedDevice::carriersFadeAlongTheDrive()
+{
+    ASimulatedDevice device;
+    device.setRange(AFrequency("100 MHz"), AFrequency("110 MHz"), 101);
+    ASimulatedDevice::Carrier east = carrierAt("105 MHz", "1 MHz");
+    east.east = 1200.0;
+    device.setCarriers({east});
+    device.setBegin(utc(2024, 5, 17, 8, 0, 0), 1000);
+    // 150 s of the drive's 600 are at its eastern end, 450 s at its western.
+    double near = 0.0;
+    double far = 0.0;
+    double changes = 0.0;
+    for (int i = 0; i < 40; ++i) {
+        near += device.sweep(130 + i).maximum().level / 40;
+        far += device.sweep(430 + i).maximum().level / 40;
+        changes += std::abs(device.sweep(430 + i).maximum().level - device.sweep(431 + i).maximum().level) / 40;
+    }
+    QVERIFY2(near > far + 10.0, qPrintable(QStringLiteral("%1 %2").arg(near).arg(far)));
+    QVERIFY2(changes > 0.2 && changes < 15.0, qPrintable(QString::number(changes)));
+}
+
+void TestASimulatedDevice::aCarrierFarOutOfTheRangeIsNotSeen()
+{
+    ASimulatedDevice with(1);
+    ASimulatedDevice without(1);
+    with.setCarriers({carrierAt("10 GHz"), carrierAt("-10 GHz"), carrierAt("9223372036854775807", "1"),
+                      carrierAt("100 MHz", "0", -std::numeric_limits<double>::infinity()),
+                      carrierAt("100 MHz", "1 MHz", std::numeric_limits<double>::quiet_NaN())});
+    without.setCarriers({});
+    QVERIFY(with.sweep(0).values == without.sweep(0).values);
+}
+
+void TestASimulatedDevice::sweepsFollowEachOtherInTime()
+{
+    ASimulatedDevice device;
+    device.setBegin(utc(2024, 12, 31, 23, 59, 59), 400);
+    QCOMPARE(device.sweep(0).startTime(), utc(2024, 12, 31, 23, 59, 59));
+    QCOMPARE(device.sweep(0).stopTime(), utc(2024, 12, 31, 23, 59, 59, 399));
+    QCOMPARE(device.sweep(3).startTime(), utc(2025, 1, 1, 0, 0, 0, 200));
+    QCOMPARE(device.sweep(3).geoData().recordTime, device.sweep(3).stopTime());
+    device.setBegin(utc(2024, 1, 1, 0, 0, 0), -5);
+    QCOMPARE(device.sweep(1).startTime(), utc(2024, 1, 1, 0, 0, 0, 1));
+}
+
+void TestASimulatedDevice::theVehicleMovesWhereItHeads()
+{
+    ASimulatedDevice device;
+    device.setBegin(utc(2024, 5, 17, 8, 0, 0), 2000);
+    for (int i = 0; i < 300; i += 7) {
+        const AGeoData here = device.position(i);
+        const AGeoData there = device.position(i + 1);
+        const double metres = metresBetween(here, there);
+        QVERIFY(metres > 2.0 && metres < 60.0);
+        const double speed = static_cast<double>(here.speed) / 3600.0 * 1852.0;
+        QVERIFY(std::abs(metres / 2.0 - speed) < 3.0);
+        QVERIFY(std::abs(std::remainder(here.estimateHeading(true) - static_cast<double>(here.course), 360.0)) < 0.01);
+        QVERIFY(std::abs(std::remainder(here.estimateHeading(true) - bearing(here, there), 360.0)) < 10.0);
+        QVERIFY(here.altitude > 250.0F && here.altitude < 450.0F);
+        QVERIFY(here.airPressure > 950.0F && here.airPressure < 1000.0F);
+        QVERIFY(!here.isEmpty());
+        QCOMPARE(here.fix, quint8(1));
+    }
+}
+
+void TestASimulatedDevice::theDriveIsClosed()
+{
+    ASimulatedDevice device;
+    device.setBegin(utc(2024, 5, 17, 8, 0, 0), 1000);
+    QVERIFY(metresBetween(device.position(0), device.position(600)) < 2.0);
+    QVERIFY(metresBetween(device.position(0), device.position(200)) > 500.0);
+}
+
+void TestASimulatedDevice::tiltAndRotationAreThoseOfACar()
+{
+    ASimulatedDevice device;
+    device.setBegin(utc(2024, 5, 17, 8, 0, 0), 1000);
+    float highestPitch = 0.0F;
+    float highestRotation = 0.0F;
+    for (int i = 0; i < 600; ++i) {
+        const AGeoData data = device.position(i);
+        const QVector3D tilt = data.convertTiltToDegree();
+        QVERIFY(std::abs(tilt.x()) < 15.0F);
+        QVERIFY(std::abs(tilt.y()) < 15.0F);
+        highestPitch = std::max(highestPitch, std::abs(tilt.x()));
+        highestRotation = std::max(highestRotation, std::abs(data.convertGyroToDegree().z()));
+    }
+    QVERIFY(highestPitch > 0.5F);
+    QVERIFY(highestRotation > 0.5F && highestRotation < 45.0F);
+}
+
+void TestASimulatedDevice::deliversPositionsAndSweepsInOrder()
+{
+    ASimulatedDevice device;
+    QStringList order;
+    QList<ASweep> sweeps;
+    int stoppedCount = 0;
+    connect(&device, &ASimulatedDevice::gpsData, this, [&](const AGeoData &data) {
+        order.append(QStringLiteral("position"));
+        QCOMPARE(data.recordTime, device.position(5 + sweeps.size()).recordTime);
+    });
+    connect(&device, &ASweepProcessor::sweepFinished, this, [&](const ASweep &sweep) {
+        order.append(QStringLiteral("sweep"));
+        sweeps.append(sweep);
+    });
+    connect(&device, &ASimulatedDevice::stopped, this, [&] { ++stoppedCount; });
+    device.start(5, 3, 0);
+    QVERIFY(order.isEmpty());
+    QVERIFY(device.isRunning());
+    QVERIFY(QTest::qWaitFor([&] { return stoppedCount > 0; }));
+    QVERIFY(!device.isRunning());
+    QCOMPARE(order.join(QLatin1Char(' ')), QStringLiteral("position sweep position sweep position sweep"));
+    for (int i = 0; i < sweeps.size(); ++i)
+        QVERIFY(sweeps.at(i).values == device.sweep(5 + i).values);
+}
+
+void TestASimulatedDevice::runsUntilItIsStopped()
+{
+    ASimulatedDevice device;
+    int count = 0;
+    int stoppedCount = 0;
+    connect(&device, &ASweepProcessor::sweepFinished, this, [&] { ++count; });
+    connect(&device, &ASimulatedDevice::stopped, this, [&] { ++stoppedCount; });
+    device.start(std::numeric_limits<int>::max() - 3, -1, 0);
+    QVERIFY(QTest::qWaitFor([&] { return count >= 10; }));
+    device.stop();
+    const int atStop = count;
+    QTest::qWait(20);
+    QCOMPARE(count, atStop);
+    QCOMPARE(stoppedCount, 0);
+    device.start(0, 0, 0);
+    QVERIFY(QTest::qWaitFor([&] { return stoppedCount == 1; }));
+    QCOMPARE(count, atStop);
+}
+
+void TestASimulatedDevice::aReceiverMayStopRestartOrDelete()
+{
+    QPointer<ASimulatedDevice> device = new ASimulatedDevice;
+    int positions = 0;
+    int sweeps = 0;
+    connect(device, &ASweepProcessor::sweepFinished, this, [&] { ++sweeps; });
+    connect(device, &ASimulatedDevice::gpsData, this, [&] {
+        ++positions;
+        if (positions == 1)
+            device->stop();
+        else if (positions == 2)
+            device->start(0, 5, 0);
+        else
+            delete device;
+    });
+    device->start(0, 5, 0);
+    QVERIFY(QTest::qWaitFor([&] { return positions == 1; }));
+    QTest::qWait(10);
+    QCOMPARE(positions, 1);
+    device->start(0, 5, 0);
+    QVERIFY(QTest::qWaitFor([&] { return device.isNull(); }));
+    QCOMPARE(positions, 3);
+    QCOMPARE(sweeps, 0);
+}
+
+void TestASimulatedDevice::suppressesPeaksInWhatItDelivers()
+{
+    ASimulatedDevice device;
+    device.setRange(AFrequency("100 MHz"), AFrequency("110 MHz"), 1001);
+    device.setCarriers({carrierAt("105 MHz", "10 kHz", -40.0)});
+    device.setPeakSuppression(ASweepProcessor::SuppressionNF);
+    double highest = 0.0;
+    connect(&device, &ASweepProcessor::sweepFinished, this,
+            [&](const ASweep &sweep) { highest = sweep.maximum().level; });
+    device.start(0, 1, 0);
+    QVERIFY(QTest::qWaitFor([&] { return highest != 0.0; }));
+    QVERIFY(highest < device.sweep(0).maximum().level - 20.0);
+}
+
+void TestASimulatedDevice::itsRecordingNamesIt()
+{
+    const ASimulatedDevice device(99);
+    AMdrDocument document;
+    document.setDevice(device);
+    for (int i = 0; i < 3; ++i)
+        document.addSweep(device.sweep(i));
+    QCOMPARE(document.sweepCount(), 3);
+}
+
+QTEST_GUILESS_MAIN(TestASimulatedDevice)
+#include "tst_asimulateddevice.moc"
