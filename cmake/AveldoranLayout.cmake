@@ -14,6 +14,7 @@ set(AVELDORAN_PRIVATE_HEADERS
     core/interpolation.h
     core/limitcurve.h
     core/mdrformat.h
+    core/mdrlayout.h
     core/nmea.h
     core/nmearecords.h
     core/orientation.h

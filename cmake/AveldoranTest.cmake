@@ -1,14 +1,17 @@
-# aveldoran_add_test(NAME [LIBRARIES ...] [SOURCES ...])
+# aveldoran_add_test(NAME [LAUNCHER PROGRAM] [LIBRARIES ...] [SOURCES ...])
 # One Qt Test program, NAME.cpp beside the CMakeLists.txt, run by CTest on the offscreen platform in a home of its own,
-# so that no test sees or leaves settings of the user.
+# so that no test sees or leaves settings of the user. A launcher runs the program that it is given.
 function(aveldoran_add_test name)
-    cmake_parse_arguments(arg "" "" "LIBRARIES;SOURCES" ${ARGN})
+    cmake_parse_arguments(arg "" "LAUNCHER" "LIBRARIES;SOURCES" ${ARGN})
     add_executable(${name} ${name}.cpp ${arg_SOURCES})
     target_link_libraries(${name} PRIVATE Aveldoran::Core ${arg_LIBRARIES} Qt5::Test)
     target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
     target_compile_definitions(${name} PRIVATE AVELDORAN_EXAMPLES_DIR="${PROJECT_SOURCE_DIR}/examples")
-    add_test(NAME ${name} COMMAND ${name})
+    add_test(NAME ${name} COMMAND ${arg_LAUNCHER} $<TARGET_FILE:${name}>)
     set_tests_properties(${name} PROPERTIES ENVIRONMENT
         "QT_QPA_PLATFORM=offscreen;HOME=${CMAKE_CURRENT_BINARY_DIR}/${name}.home;XDG_CONFIG_HOME=;XDG_DATA_HOME=;LC_ALL=C.UTF-8;ASAN_OPTIONS=detect_leaks=1;LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/leaks.supp:print_suppressions=0")
+    if(arg_LAUNCHER) # which may preload a library before the sanitizer's
+        set_property(TEST ${name} APPEND PROPERTY ENVIRONMENT "ASAN_OPTIONS=detect_leaks=1:verify_asan_link_order=0")
+    endif()
     file(MAKE_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/${name}.home)
 endfunction()

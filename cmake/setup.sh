@@ -6,8 +6,8 @@ export LC_ALL=C.UTF-8
 logs=build/logs
 program=build/release/apps/aveldoran/aveldoran
 
-library_packages=(cmake g++ libqwt-qt5-dev ninja-build qtbase5-dev)
-check_packages=("${library_packages[@]}" libbenchmark-dev pkg-config)
+library_packages=(cmake g++ libqwt-qt5-dev libudev-dev ninja-build qtbase5-dev)
+check_packages=("${library_packages[@]}" libbenchmark-dev libumockdev-dev pkg-config umockdev)
 
 die() {
     printf '%s\n' "$*" >&2

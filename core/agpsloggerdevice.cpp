@@ -22,8 +22,8 @@
 
 namespace {
 
-constexpr std::size_t kBufferSize = 64 * 1024; // read in one turn of the event loop
-constexpr int kPauseMs = 200;                  // longer than receivers rest between the sentences of one time
+constexpr std::size_t kBufferSize = std::size_t(64) * 1024; // read in one turn of the event loop
+constexpr int kPauseMs = 200; // longer than receivers rest between the sentences of one time
 
 // What was read and is not parsed yet: whole sentences, and at the end one of which a part is still to come.
 class Input
@@ -69,8 +69,8 @@ bool isTerminalOrPipe(const QFileDevice *file)
     if (file->isOpen())
         return file->isSequential();
     struct stat status = {};
-    return ::stat(QFile::encodeName(file->fileName()).constData(), &status) == 0
-           && (S_ISFIFO(status.st_mode) || S_ISCHR(status.st_mode));
+    return ::stat(QFile::encodeName(file->fileName()).constData(), &status) == 0 &&
+           (S_ISFIFO(status.st_mode) || S_ISCHR(status.st_mode));
 }
 
 // A terminal or a pipe on disk is opened without waiting for its other side.

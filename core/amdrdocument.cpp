@@ -74,8 +74,8 @@ struct AMdrDocument::Private
 
     bool openEntry(const Entry &entry, QString *errorText) const;
     QString unreadableText() const;
-    bool copyChunk(const Entry &entry, Output *output, QString *errorText) const;
-    bool writeEntry(const Entry &entry, Output *output, QString *errorText) const;
+    bool copyChunk(const Entry &entry, Output *to, QString *errorText) const;
+    bool writeEntry(const Entry &entry, Output *to, QString *errorText) const;
     bool writeAll(const QString &fileName, std::vector<qint64> *offsets, qint64 *endOffset, QString *errorText) const;
 
     bool isBeingRecorded(const QString &fileName) const;

@@ -17,8 +17,9 @@ namespace {
 
 // What counts as a narrow peak, and as its surroundings.
 constexpr int kSurroundingPoints = 10; // to each side
-constexpr int kWidestPeak = 5;         // points
-constexpr double kStandsOut = 6.0;     // dB
+constexpr int kWindowPoints = 2 * kSurroundingPoints + 1;
+constexpr int kWidestPeak = 5;     // points
+constexpr double kStandsOut = 6.0; // dB
 constexpr int kFewestPoints = 3;
 
 constexpr qint64 kMaxLineBytes = 1 << 16;
@@ -70,7 +71,7 @@ public:
     }
 
 private:
-    std::array<double, 2 *kSurroundingPoints + 1> m_levels = {};
+    std::array<double, kWindowPoints> m_levels = {};
     int m_size = 0;
 };
 
@@ -175,15 +176,16 @@ void PeakSuppressor::suppressBy(QList<AMeasurementValue> *values, DecibelsAt dec
     };
 
     const int count = values->size();
+    const double *const levels = m_levels.data();
     Window window;
     for (int i = 0; i < std::min(kSurroundingPoints, count); ++i)
-        window.insert(m_levels[static_cast<std::size_t>(i)]);
+        window.insert(levels[i]);
     for (int i = 0; i < count; ++i) {
         if (i > kSurroundingPoints)
-            window.remove(m_levels[static_cast<std::size_t>(i - kSurroundingPoints - 1)]);
+            window.remove(levels[i - kSurroundingPoints - 1]);
         if (i + kSurroundingPoints < count)
-            window.insert(m_levels[static_cast<std::size_t>(i + kSurroundingPoints)]);
-        const double level = m_levels[static_cast<std::size_t>(i)];
+            window.insert(levels[i + kSurroundingPoints]);
+        const double level = levels[i];
         if (std::isnan(level))
             continue; // neither part of a peak nor its end
         const double height = std::isfinite(level) ? level - window.median() : 0.0;

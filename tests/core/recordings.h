@@ -4,6 +4,7 @@
 #include "core/aveldorandevice.h"
 
 #include "core/peaksearch.h"
+#include "core/plaincrc32.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QTemporaryDir>
@@ -13,8 +14,10 @@
 
 // What the tests of recordings and of their replay share.
 
+// A new file: what replaces the content of an old one is flushed to the disk by some file systems, which takes long.
 inline bool writeFile(const QString &name, const QByteArray &content)
 {
+    QFile::remove(name);
     QFile file(name);
     return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush();
 }
@@ -186,17 +189,6 @@ inline QList<Chunk> chunksOf(const QByteArray &file)
         at = end;
     }
     return chunks;
-}
-
-inline quint32 plainCrc32(const QByteArray &bytes)
-{
-    quint32 sum = 0xffffffffU;
-    for (const char byte : bytes) {
-        sum ^= static_cast<unsigned char>(byte);
-        for (int bit = 0; bit < 8; ++bit)
-            sum = (sum >> 1) ^ ((sum & 1) != 0 ? 0xEDB88320U : 0);
-    }
-    return ~sum;
 }
 
 template<typename Number>

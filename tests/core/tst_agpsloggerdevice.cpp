@@ -1,3 +1,4 @@
+#include "core/documentedfiles.h"
 #include "core/nmealog.h"
 
 #include <cmath>
@@ -32,6 +33,7 @@ private Q_SLOTS:
     void transducers_data();
     void transducers();
     void rawAxesAreTheRecordsOwn();
+    void theDocumentedContentIsRead();
 };
 
 void TestAGpsLoggerDevice::oneSentenceGivesARecord_data()
@@ -404,6 +406,21 @@ void TestAGpsLoggerDevice::rawAxesAreTheRecordsOwn()
     QCOMPARE(record.magnetometer[2], 43.0F);
     QCOMPARE(record.gyroscope[2], 1.5F);
     QVERIFY((record.convertGyroToDegree() - QVector3D(90.0F, -180.0F, 85.943669F)).length() < 1e-3F);
+}
+
+void TestAGpsLoggerDevice::theDocumentedContentIsRead()
+{
+    const QList<QByteArray> files = documentedFiles("NMEA content");
+    QCOMPARE(files.size(), 1);
+    const QList<AGeoData> records = recordsOf(files.first());
+    QCOMPARE(timesOf(records), QList<QDateTime>{utc(2024, 5, 17, 12, 35, 19)});
+    const AGeoData &record = records.first();
+    QCOMPARE(record.latitude, 4807.038F);
+    QCOMPARE(record.altitude, 545.4F);
+    QCOMPARE(record.speed, 22.4F);
+    QCOMPARE(record.airPressure, 1013.2F);
+    QVERIFY(std::abs(record.estimateHeading(true) - 101.1) < 1e-3);
+    QVERIFY((record.convertTiltToDegree() - QVector3D(-2.5F, 1.0F, 0.0F)).length() < 1e-4F);
 }
 
 QTEST_GUILESS_MAIN(TestAGpsLoggerDevice)

@@ -69,6 +69,7 @@ private:
     QString path(const char *name) const { return m_dir.filePath(QString::fromLatin1(name)); }
 
     QTemporaryDir m_dir;
+    QByteArray m_payload; // of a good sweep
 };
 
 void TestAMdrDocumentDamage::everyFlippedByteLeavesTheChunksBefore_data()
@@ -236,6 +237,7 @@ void TestAMdrDocumentDamage::aFormThatDoesNotFitItsChunkIsDamage_data()
     document.setDevice(OtherDevice());
     QVERIFY(document.save(path("forms.mdr")));
     const QList<Chunk> chunks = chunksOf(readFile(path("forms.mdr")));
+    m_payload = chunks[1].payload;
     for (const Chunk &chunk : chunks) {
         const QByteArray name = chunk.type.trimmed();
         QTest::newRow(name + " empty") << chunk.type << QByteArray();
@@ -261,17 +263,13 @@ void TestAMdrDocumentDamage::aFormThatDoesNotFitItsChunkIsDamage()
 {
     QFETCH(QByteArray, type);
     QFETCH(QByteArray, payload);
-    const QByteArray good = chunkBytes("SWEP", [this] {
-        AMdrDocument document;
-        document.addSweep(markedSweep(7));
-        return document.save(path("good.mdr")) ? chunksOf(readFile(path("good.mdr"))).first().payload : QByteArray();
-    }());
+    const QByteArray good = chunkBytes("SWEP", m_payload);
     QVERIFY(writeFile(path("form.mdr"), fileBytes({good, chunkBytes(type, payload), good})));
     AMdrDocument document;
     QString errorText;
     QVERIFY(!document.load(path("form.mdr"), &errorText));
     QVERIFY(!errorText.isEmpty());
-    QCOMPARE(recordsText(document), QStringLiteral("s7"));
+    QCOMPARE(recordsText(document), QStringLiteral("s1"));
     QVERIFY(!document.createDevice());
 }
 

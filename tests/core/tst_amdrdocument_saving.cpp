@@ -297,8 +297,11 @@ void TestAMdrDocumentSaving::recordingNeedsNoMemoryForItsRecords()
             AMdrDocument document;
             if (!document.startRecording(name))
                 return 1;
-            for (int i = 0; i < sweeps; ++i)
-                document.addSweep(markedSweep(i, i * 100, 10000));
+            ASweep sweep = markedSweep(0, 0, 10000);
+            for (int i = 0; i < sweeps; ++i) {
+                sweep.values[0].level = i;
+                document.addSweep(sweep);
+            }
             return document.finishRecording() && document.sweepCount() == sweeps ? 0 : 1;
         });
     };

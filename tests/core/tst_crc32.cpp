@@ -1,5 +1,7 @@
 #include "core/crc32.h"
 
+#include "core/plaincrc32.h"
+
 #include <QtTest/QtTest>
 
 #include <random>
@@ -7,18 +9,6 @@
 // The sum is private to the library; its source is compiled into this program.
 
 namespace {
-
-// Bit by bit, as the definition has it.
-quint32 plainCrc32(const QByteArray &bytes)
-{
-    quint32 sum = 0xffffffffU;
-    for (const char byte : bytes) {
-        sum ^= static_cast<unsigned char>(byte);
-        for (int bit = 0; bit < 8; ++bit)
-            sum = (sum >> 1) ^ ((sum & 1) != 0 ? 0xEDB88320U : 0);
-    }
-    return ~sum;
-}
 
 QByteArray randomBytes(int size)
 {

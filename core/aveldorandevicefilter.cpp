@@ -1,0 +1,79 @@
+#include "core/aveldorandevicefilter.h"
+
+#include "core/asettings.h"
+
+#include <QtCore/QStringList>
+
+namespace {
+
+struct KnownChip
+{
+    unsigned short vendorId;
+    unsigned short productId;
+    AVeldoranDeviceFilter::Kind kind;
+};
+
+constexpr KnownChip kKnownChips[] = {
+    {0x0403, 0x6010, AVeldoranDeviceFilter::Analyser},  {0x0403, 0x6014, AVeldoranDeviceFilter::Analyser},
+    {0x1209, 0x0001, AVeldoranDeviceFilter::Analyser},  {0x0403, 0x6015, AVeldoranDeviceFilter::Generator},
+    {0x04d8, 0x000a, AVeldoranDeviceFilter::Generator}, {0x0403, 0x6001, AVeldoranDeviceFilter::GpsLogger},
+    {0x10c4, 0xea60, AVeldoranDeviceFilter::GpsLogger},
+};
+
+unsigned int kindNamed(const QString &name)
+{
+    const QString lower = name.trimmed().toLower();
+    if (lower == QLatin1String("analyser"))
+        return AVeldoranDeviceFilter::Analyser;
+    if (lower == QLatin1String("generator"))
+        return AVeldoranDeviceFilter::Generator;
+    return lower == QLatin1String("gpslogger") ? AVeldoranDeviceFilter::GpsLogger : 0U;
+}
+
+bool isId(const QString &text, unsigned short id)
+{
+    bool ok = false;
+    return text.trimmed().toUShort(&ok, 16) == id && ok;
+}
+
+// The kind that an entry such as "1209:0002=analyser" gives to a chip.
+unsigned int kindInEntry(const QString &entry, unsigned short vendorId, unsigned short productId)
+{
+    const QStringList sides = entry.split(QLatin1Char('='));
+    const QStringList ids = sides.first().split(QLatin1Char(':'));
+    if (sides.size() != 2 || ids.size() != 2 || !isId(ids.first(), vendorId) || !isId(ids.last(), productId))
+        return 0;
+    return kindNamed(sides.last());
+}
+
+} // namespace
+
+AVeldoranDeviceFilter::AVeldoranDeviceFilter(bool analysers, bool generators, bool gpsLoggers, bool simulated)
+    : m_kinds((analysers ? Analyser : 0U) | (generators ? Generator : 0U) | (gpsLoggers ? GpsLogger : 0U))
+    , m_simulated(simulated)
+{}
+
+AVeldoranDeviceFilter::~AVeldoranDeviceFilter() = default;
+
+bool AVeldoranDeviceFilter::accepts(const AVeldoranChipInformation &chip) const
+{
+    return (kindsOf(chip.vendorId, chip.productId) & m_kinds) != 0;
+}
+
+bool AVeldoranDeviceFilter::acceptsSimulated() const
+{
+    return m_simulated;
+}
+
+unsigned int AVeldoranDeviceFilter::kindsOf(unsigned short vendorId, unsigned short productId)
+{
+    unsigned int kinds = 0;
+    for (const KnownChip &chip : kKnownChips) {
+        if (chip.vendorId == vendorId && chip.productId == productId)
+            kinds |= chip.kind;
+    }
+    const QStringList entries = ASettings::value(QStringLiteral("Devices/UsbIds")).toStringList();
+    for (const QString &entry : entries)
+        kinds |= kindInEntry(entry, vendorId, productId);
+    return kinds;
+}
