@@ -23,6 +23,7 @@ set(AVELDORAN_PRIVATE_HEADERS
     core/xmldocument.h
     core/xmltagguard.h
     datamanager/adatamanager_p.h
+    datamanager/scanneddirectories.h
     limit/boundeddom.h
     marker/aspectrummarkerlist_p.h
 )

@@ -15,8 +15,8 @@ class AChannelInfo;
 class ALimit;
 class ADataManagerPrivate;
 
-// The registry of all that an application has loaded from disk: profiles, limits, and the channel tree made from
-// the profiles. It watches the files that it loaded and follows their changes.
+// The registry of all that an application has loaded from disk: profiles, limits, calibration objects, and the channel
+// tree made from the profiles. It watches the files that it loaded and follows their changes.
 //
 // Connect to error() first, add paths and files, call createChannelInfoFromProfiles() once, and from then on read the
 // get operations and follow the signals. Everything runs on the thread of the application's event loop. A pointer that
@@ -73,9 +73,39 @@ public:
 
     void clearLimitData(); // the application's own limits too
 
-    // --- calibration ---
+    // --- calibration: objects by file, and one for each label, the last that was loaded or edited ---
+
+    // Reads one file in place of what it gave before and returns the labels, in file order. `type` is for objects whose
+    // file names none, and what the file is listed under. On failure the result is empty, error() says so and nothing
+    // is changed. An object whose label is known already takes the place of the first one of its label and type, which
+    // may write that one's file, as updateCalibrationData() does.
+    QStringList addCalibrationFile(const QString &filename, ACalibrationData::CalibrationType type);
+
+    // Reads the calibration files (*.xml, *.caldata, *.offsets) of a directory and those below it, and returns all
+    // labels. A directory is scanned once, however many links lead to it.
+    QStringList addCalibrationPath(const QString &path, ACalibrationData::CalibrationType type);
+
+    // Adds an object to a file, or replaces the one of its label there, and writes the file; the directory is made.
+    // With "-" for a file name the object is held in memory alone. A file that can't be written is logged.
+    void addCalibrationData(const ACalibrationData &data, const QString &filename);
+
+    // Changes an object that a file holds: the first of label `oldLabel`, or if that is empty of the label of `data`,
+    // and of the type of `data`. An object of the installed location is written to the same place in the user's own.
+    // With an old label the object moves to the end of its file. Without such an object nothing happens.
+    void updateCalibrationData(const ACalibrationData &data, const QString &oldLabel);
+
+    // Takes out the first object of that label and type. With `removeFromFile` it is taken out of its file too, which
+    // is deleted with its last object, but only in the user's location: elsewhere the next load brings it back.
+    void removeCalibrationData(const QString &label, ACalibrationData::CalibrationType type, bool removeFromFile);
 
     void clearCalibrationData(ACalibrationData::CalibrationType type); // touches no file
+
+    // All objects of the files that are listed under the type, also those of another type.
+    QList<ACalibrationData> getCalibrationsForType(ACalibrationData::CalibrationType type) const;
+    QStringList getCalibrationNames(ACalibrationData::CalibrationType type) const; // sorted, each once
+
+    // A default-constructed object if there is none. An object of no particular type is given for any type.
+    ACalibrationData getCalibrationForName(const QString &name, ACalibrationData::CalibrationType type) const;
 
     // --- the channel tree ---
 

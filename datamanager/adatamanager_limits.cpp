@@ -2,14 +2,10 @@
 
 #include "core/alimit.h"
 #include "datamanager/adatamanager_p.h"
+#include "datamanager/scanneddirectories.h"
 
 #include <QtCore/QDir>
-#include <QtCore/QFile>
 #include <QtCore/QFileInfo>
-#include <QtCore/QPair>
-#include <QtCore/QSet>
-
-#include <sys/stat.h>
 
 // The limit store: the limits of each file, and those that the application handed in.
 
@@ -21,27 +17,12 @@ const QString &internalGroup()
     return name;
 }
 
-using DirectoryId = QPair<quint64, quint64>; // of its device, and on it
-
-// Not the canonical path, whose cost grows with the depth, so that a deep tree would take minutes.
-DirectoryId directoryId(const QString &path)
-{
-    struct stat status = {};
-    if (::stat(QFile::encodeName(path).constData(), &status) != 0)
-        return {};
-    return {status.st_dev, status.st_ino};
-}
-
-// A directory counts once, by the first of the ways that lead to it: links may go round in a circle, and a few
-// directories full of links to each other have more ways through them than a scan would ever end.
-int addLimitTree(ADataManager *manager, const QString &path, QSet<DirectoryId> *scanned)
+int addLimitTree(ADataManager *manager, const QString &path, ScannedDirectories *scanned)
 {
     if (!QFileInfo(path).isDir())
         return manager->addLimitFile(path) ? 1 : 0;
-    const DirectoryId id = directoryId(path);
-    if (scanned->contains(id))
+    if (!scanned->enter(path))
         return 0;
-    scanned->insert(id);
 
     int added = 0;
     const QDir::Filters filter = QDir::Dirs | QDir::Files | QDir::AllDirs | QDir::Readable | QDir::NoDotAndDotDot;
@@ -70,7 +51,7 @@ bool ADataManager::addLimitFile(const QString &filename)
 
 int ADataManager::addLimitPath(const QString &path)
 {
-    QSet<DirectoryId> scanned;
+    ScannedDirectories scanned;
     return addLimitTree(this, path, &scanned);
 }
 

@@ -9,9 +9,45 @@
 
 // What a change of a watched file does to the stores.
 
+namespace {
+
+// The first single type whose files `filename` is among, or AllTypes for none. A file that was loaded for all types is
+// deliberately not found.
+ACalibrationData::CalibrationType listedType(const QMap<ACalibrationData::CalibrationType, QStringList> &filesByType,
+                                             const QString &filename)
+{
+    for (auto files = filesByType.begin(); files != filesByType.end(); ++files) {
+        if (files.key() != ACalibrationData::AllTypes && files->contains(filename))
+            return files.key();
+    }
+    return ACalibrationData::AllTypes;
+}
+
+} // namespace
+
 void ADataManager::updateFile(QString filename) // NOLINT(performance-unnecessary-value-param): a slot's signature
 {
     const bool missing = !QFile(filename).exists();
+
+    // calibrationsByLabel stays as it is, deliberately: an object whose file has gone is still found by its label, and
+    // what a changed file holds shows there after the next load only.
+    if (d->calibrationsByFile.contains(filename)) {
+        if (missing)
+            d->calibrationsByFile.remove(filename);
+        const ACalibrationData::CalibrationType type = listedType(d->calibrationFilesByType, filename);
+        if (type != ACalibrationData::AllTypes) {
+            if (missing) {
+                d->calibrationFilesByType[type].removeAll(filename);
+                d->calibrationFilesByType[ACalibrationData::AllTypes].removeAll(filename);
+            } else {
+                QList<ACalibrationData> &objects = d->calibrationsByFile[filename];
+                objects.clear(); // and empty if the file can't be read
+                ACalibrationData::readAll(filename, objects, type);
+                watchFile(filename); // a file that is replaced takes its watch along
+            }
+            Q_EMIT calibrationDataChanged(type);
+        }
+    }
 
     if (d->limitsByFile.contains(filename)) {
         if (missing)

@@ -11,6 +11,7 @@ enum ExitStatus
     ExitUsage = 2,  // the command line makes no sense; nothing was done
 };
 
+int runCalibration(const QStringList &arguments);
 int runChannels(const QStringList &arguments);
 int runLimits(const QStringList &arguments);
 int runLogo(const QStringList &arguments);

@@ -1,0 +1,222 @@
+#include "apps/aveldoran/commands.h"
+#include "apps/aveldoran/console.h"
+#include "apps/aveldoran/plantext.h"
+#include "apps/aveldoran/plot.h"
+#include "apps/aveldoran/tracefile.h"
+
+#include <core/acalibrationdata.h>
+
+#include <QtCore/QCommandLineParser>
+#include <QtCore/QDirIterator>
+#include <QtCore/QFileInfo>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+struct Options
+{
+    bool hasFrequency = false;
+    AFrequency frequency; // at which gains are printed
+    QString picture;
+    QStringList paths;
+};
+
+bool readOptions(const QStringList &arguments, Options *options, int *exitStatus)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral(
+        "Reads calibration files and lists their objects by type: label, number of entries, range, and the least and\n"
+        "the highest gain. Nothing is written to them.\n\n"
+        "Example: aveldoran calibration --at 145MHz --plot gains.png examples/data/calibration"));
+    const QCommandLineOption at(
+        QStringLiteral("at"),
+        QStringLiteral("Print the gains at this frequency too; a number without a unit is hertz."),
+        QStringLiteral("FREQ"));
+    const QCommandLineOption plot(QStringLiteral("plot"),
+                                  QStringLiteral("Draw the gains over frequency into a PNG file."),
+                                  QStringLiteral("FILE.png"));
+    parser.addOptions({at, plot});
+    parser.addPositionalArgument(
+        QStringLiteral("PATH"),
+        QStringLiteral("A calibration file, or a directory with calibration files (*.xml, *.caldata, *.offsets)."),
+        QStringLiteral("PATH..."));
+    if (!Console::parse(&parser, arguments, exitStatus))
+        return false;
+
+    *exitStatus = ExitUsage;
+    options->hasFrequency = parser.isSet(at);
+    options->picture = parser.value(plot);
+    options->paths = parser.positionalArguments();
+    if (options->paths.isEmpty()) {
+        Console::error(QStringLiteral("calibration: a calibration file is missing"));
+        return false;
+    }
+    if (options->hasFrequency &&
+        !readFrequency(parser.value(at).trimmed().toUtf8(), AFrequency::Hz, &options->frequency)) {
+        Console::error(QStringLiteral("calibration: --at expects a frequency like 145MHz, not '%1'")
+                           .arg(Console::oneLine(parser.value(at))));
+        return false;
+    }
+    if (parser.isSet(plot) && !options->picture.endsWith(QLatin1String(".png"), Qt::CaseInsensitive)) {
+        Console::error(
+            QStringLiteral("calibration: --plot expects the name of a PNG file, not '%1'").arg(options->picture));
+        return false;
+    }
+    return true;
+}
+
+bool readFile(const QString &fileName, QList<ACalibrationData> *objects)
+{
+    Console::progress(QStringLiteral("reading %1").arg(fileName));
+    const bool isRead = ACalibrationData::readAll(fileName, *objects, ACalibrationData::AnyType);
+    Console::clearProgress();
+    if (!isRead)
+        Console::error(QStringLiteral("%1: can't be read as a calibration file").arg(fileName));
+    return isRead;
+}
+
+bool readPath(const QString &path, QList<ACalibrationData> *objects)
+{
+    if (!QFileInfo(path).isDir())
+        return readFile(path, objects);
+    QStringList files;
+    QDirIterator entries(path, {QStringLiteral("*.xml"), QStringLiteral("*.caldata"), QStringLiteral("*.offsets")},
+                         QDir::Files, QDirIterator::Subdirectories);
+    while (entries.hasNext())
+        files.append(entries.next());
+    std::sort(files.begin(), files.end());
+    if (files.isEmpty())
+        Console::error(
+            QStringLiteral("%1: no calibration files (*.xml, *.caldata, *.offsets) below this directory").arg(path));
+    bool complete = !files.isEmpty();
+    for (const QString &file : qAsConst(files))
+        complete = readFile(file, objects) && complete;
+    return complete;
+}
+
+QString nameOf(const ACalibrationData &object)
+{
+    return object.label().isEmpty() ? QStringLiteral("-") : Console::oneLine(object.label());
+}
+
+QString unitOf(const ACalibrationData &object)
+{
+    return object.type() == ACalibrationData::Antenna ? QStringLiteral("dBi") : QStringLiteral("dB");
+}
+
+QString gainText(double gain)
+{
+    return QString::number(gain, 'g', 6);
+}
+
+// The gains that are numbers, least and highest; false if there is none.
+bool gainRange(const ACalibrationData &object, double *least, double *highest)
+{
+    bool found = false;
+    for (const double gain : object.level()) {
+        if (std::isnan(gain))
+            continue;
+        *least = found ? std::min(*least, gain) : gain;
+        *highest = found ? std::max(*highest, gain) : gain;
+        found = true;
+    }
+    return found;
+}
+
+void printObject(const ACalibrationData &object, const Options &options)
+{
+    const QMap<AFrequency, double> &level = object.level();
+    QString line = QStringLiteral("  ") + nameOf(object);
+    if (level.isEmpty()) {
+        Console::write(line + QStringLiteral("  no entries\n"));
+        return;
+    }
+    line += level.size() == 1 ? QStringLiteral("  1 entry") : QStringLiteral("  %L1 entries").arg(level.size());
+    line += QStringLiteral("  %1 - %2").arg(shortFrequency(level.firstKey()), shortFrequency(level.lastKey()));
+    double least = 0.0;
+    double highest = 0.0;
+    if (gainRange(object, &least, &highest)) {
+        line += QStringLiteral("  ") + gainText(least);
+        if (highest != least)
+            line += QStringLiteral(" to ") + gainText(highest);
+        line += QLatin1Char(' ') + unitOf(object);
+    }
+    if (options.hasFrequency) {
+        line += QStringLiteral("; at %1: %2 %3")
+                    .arg(shortFrequency(options.frequency), gainText(object.valueAt(options.frequency, true)),
+                         unitOf(object));
+        if (options.frequency < level.firstKey() || level.lastKey() < options.frequency)
+            line += QStringLiteral(", held from the end of the table");
+    }
+    Console::write(line + QLatin1Char('\n'));
+}
+
+void printList(const QList<ACalibrationData> &objects, const Options &options)
+{
+    constexpr struct
+    {
+        ACalibrationData::CalibrationType type;
+        const char *heading;
+    } kSections[] = {{ACalibrationData::Preamplifier, "Preamplifiers"},
+                     {ACalibrationData::Antenna, "Antennas"},
+                     {ACalibrationData::Cable, "Cables"},
+                     {ACalibrationData::Attenuator, "Attenuators"},
+                     {ACalibrationData::AnyType, "Of no particular type"}};
+    for (const auto &section : kSections) {
+        bool isEmpty = true;
+        for (const ACalibrationData &object : objects) {
+            if (object.type() != section.type)
+                continue;
+            if (isEmpty)
+                Console::write(QLatin1String(section.heading) + QLatin1Char('\n'));
+            isEmpty = false;
+            printObject(object, options);
+        }
+    }
+}
+
+bool draw(const QList<ACalibrationData> &objects, const QString &picture)
+{
+    Console::progress(QStringLiteral("drawing %1").arg(picture));
+    const bool areAntennas = !objects.isEmpty() && std::all_of(objects.begin(), objects.end(), [](const auto &object) {
+        return object.type() == ACalibrationData::Antenna;
+    });
+    Plot plot(QString(), QStringLiteral("Gain"), areAntennas ? QStringLiteral("dBi") : QStringLiteral("dB"));
+    plot.setFrequencyScale(Plot::LogarithmicFrequency);
+    for (const ACalibrationData &object : objects) {
+        QVector<Plot::Point> points;
+        points.reserve(object.level().size());
+        for (auto entry = object.level().begin(); entry != object.level().end(); ++entry)
+            points.append({entry.key().floatValue(AFrequency::Hz), entry.value()});
+        plot.addCurve(nameOf(object), points, Plot::TableCurve);
+    }
+    QString errorText;
+    const bool saved = plot.save(picture, &errorText);
+    Console::clearProgress();
+    if (!saved)
+        Console::error(errorText);
+    return saved;
+}
+
+} // namespace
+
+// Without the registry, which writes files when two objects share a label.
+int runCalibration(const QStringList &arguments)
+{
+    Options options;
+    int exitStatus = ExitDone;
+    if (!readOptions(arguments, &options, &exitStatus))
+        return exitStatus;
+
+    QList<ACalibrationData> objects;
+    bool complete = true;
+    for (const QString &path : qAsConst(options.paths))
+        complete = readPath(path, &objects) && complete;
+    printList(objects, options);
+    complete = Console::finish() && complete;
+    if (!options.picture.isEmpty())
+        complete = draw(objects, options.picture) && complete;
+    return complete ? ExitDone : ExitFailed;
+}

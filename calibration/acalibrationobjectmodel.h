@@ -1,0 +1,73 @@
+#pragma once
+
+#include "core/acalibrationdata.h"
+#include "core/aveldoranexport.h"
+
+#include <QtCore/QAbstractItemModel>
+#include <QtCore/QPointer>
+
+class ADataManager;
+
+// The registry's calibration objects as a tree for an editor: a top item that shows nothing, below it the four types,
+// below each its objects, below an object the entries of its table (frequency and gain) and a last row to add one in.
+// Set the top item as the root of a view: view->setRootIndex(model->index(0, 0)), again after each reset.
+//
+// The model holds nothing. It asks ADataManager::instance(), as it was when the model was made, at every call; an edit
+// goes back there at once and thereby to the object's file. Every change of the store resets the model, its own edits
+// too. When the registry is deleted the objects go from the model.
+class AVELDORAN_DATA_EXPORT ACalibrationObjectModel : public QAbstractItemModel
+{
+    Q_OBJECT
+
+public:
+    enum Roles
+    {
+        LevelRole = Qt::UserRole // int: 0 the top item, 1 a type, 2 an object, 3 a row of its table
+    };
+
+    explicit ACalibrationObjectModel(QObject *parent = nullptr);
+
+    QModelIndex index(int row, int column, const QModelIndex &parent = QModelIndex()) const override;
+    QModelIndex parent(const QModelIndex &index) const override;
+    int rowCount(const QModelIndex &parent = QModelIndex()) const override;
+    int columnCount(const QModelIndex &parent = QModelIndex()) const override;
+
+    // The edit value of a frequency is its whole hertz (64 bit), that of a gain its text with the unit.
+    QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+
+    // Of an object: renames it. Of a frequency: a number of hertz or a text with a unit; one that is new moves the
+    // entry, keeping the table's gain there, one below zero deletes it, one that another row has is refused. Of a gain:
+    // a number, with or without a unit, in the form of the default locale or with "." as decimal sign; what is none
+    // gives 0. In the last row both add an entry, the gain at 0 Hz. The text that an editor began with changes nothing.
+    bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
+
+    QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
+
+    // Removes entries of a table, or objects: of several objects at once only every second one, so remove them one by
+    // one. False for anything else and for rows that don't exist.
+    bool removeRows(int row, int count, const QModelIndex &parent = QModelIndex()) override;
+
+    Qt::ItemFlags flags(const QModelIndex &index) const override;
+
+    ACalibrationData getCalObject(const QModelIndex &index) const; // default-constructed for what is no object's index
+
+    // The index of the object of that type and label; invalid if there is none.
+    QModelIndex indexForObject(ACalibrationData object) const;
+
+protected Q_SLOTS:
+    void reload();
+
+private:
+    bool rename(const QModelIndex &index, const QString &label);
+    bool setFrequency(const QModelIndex &index, const QVariant &value);
+    bool setGain(const QModelIndex &index, const QVariant &value);
+    bool removeObjects(int row, int count, const QModelIndex &parent);
+    bool removeEntries(int row, int count, const QModelIndex &parent);
+    QVariant entryData(const QModelIndex &index, int role) const;
+    QStringList names(int type) const;
+    void update(const ACalibrationData &object, const QString &oldLabel = QString());
+
+    QPointer<ADataManager> m_manager;
+    bool m_isRemovingRows = false; // no reset until they are gone
+    bool m_wasReset = false;
+};

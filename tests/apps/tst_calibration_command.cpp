@@ -1,0 +1,248 @@
+#include "apps/programrun.h"
+
+#include <core/acalibrationdata.h>
+
+#include <QtTest/QtTest>
+
+#include <QtCore/QTemporaryDir>
+#include <QtGui/QImage>
+
+namespace {
+
+constexpr char kExamples[] = AVELDORAN_EXAMPLES_DIR "/data/calibration";
+
+constexpr char kObjects[] = "caldata 1\n"
+                            "[cable] Long\n10 MHz -1\n1 GHz -9.5\n"
+                            "[antenna] Horn\n1 GHz 7\n2 GHz 9\n18 GHz 14\n"
+                            "[cable] Empty\n"
+                            "[antenna] Dipole\n145 MHz 2.15\n"
+                            "[] Strange\n-1 kHz nan\n1 kHz inf\n";
+
+int countColoured(const QImage &image)
+{
+    int count = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 0; x < image.width(); ++x)
+            count += image.pixelColor(x, y).hsvSaturation() > 100 ? 1 : 0;
+    }
+    return count;
+}
+
+} // namespace
+
+class TestCalibrationCommand : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init() { m_directory = std::make_unique<QTemporaryDir>(); }
+
+    void listsObjectsByType();
+    void tellsTheGainAtAFrequency();
+    void readsDirectoriesAndThoseBelowThem();
+    void writesNoCalibrationFile();
+    void namesWhatItCanNotRead_data();
+    void namesWhatItCanNotRead();
+    void keepsTerminalControlOutOfItsOutput();
+    void listsTheExamples();
+    void drawsTheExamples();
+    void drawsWhateverIsInAFile_data();
+    void drawsWhateverIsInAFile();
+    void refusesWrongUsage_data();
+    void refusesWrongUsage();
+    void helps();
+
+private:
+    QString path(const QString &name) const { return m_directory->filePath(name); }
+    QString write(const QString &name, const QByteArray &content) const
+    {
+        QDir().mkpath(QFileInfo(path(name)).path());
+        QFile file(path(name));
+        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
+            qFatal("could not write %s", qPrintable(file.fileName()));
+        return file.fileName();
+    }
+
+    std::unique_ptr<QTemporaryDir> m_directory;
+};
+
+void TestCalibrationCommand::listsObjectsByType()
+{
+    const Run result = run({"calibration", write("a", kObjects)});
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.exitStatus, 0);
+    QCOMPARE(result.output, QString("Antennas\n"
+                                    "  Horn  3 entries  1000 MHz - 18000 MHz  7 to 14 dBi\n"
+                                    "  Dipole  1 entry  145 MHz - 145 MHz  2.15 dBi\n"
+                                    "Cables\n"
+                                    "  Long  2 entries  10 MHz - 1000 MHz  -9.5 to -1 dB\n"
+                                    "  Empty  no entries\n"
+                                    "Of no particular type\n"
+                                    "  Strange  2 entries  -1 kHz - 1 kHz  inf dB\n"));
+}
+
+void TestCalibrationCommand::tellsTheGainAtAFrequency()
+{
+    const Run result = run({"calibration", "--at", "1.5 GHz", write("a", kObjects)});
+    QCOMPARE(result.exitStatus, 0);
+    const QStringList lines = result.output.split('\n');
+    QVERIFY(lines.at(1).endsWith("14 dBi; at 1500 MHz: 8 dBi"));
+    QVERIFY(lines.at(2).endsWith("; at 1500 MHz: 2.15 dBi, held from the end of the table"));
+    QVERIFY(lines.at(4).endsWith("; at 1500 MHz: -9.5 dB, held from the end of the table"));
+    QCOMPARE(lines.at(5), QString("  Empty  no entries"));
+}
+
+void TestCalibrationCommand::readsDirectoriesAndThoseBelowThem()
+{
+    write("all/b.xml", "<calibrations><calibration label='b' type='cable'/></calibrations>");
+    write("all/a.offsets", "label;type;frequency;gain\na;cable;1;2\n");
+    write("all/sub/c.caldata", "[cable] c\n");
+    write("all/readme.txt", "text");
+    const Run result = run({"calibration", path("all")});
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.output, QString("Cables\n  a  1 entry  1 Hz - 1 Hz  2 dB\n  b  no entries\n  c  no entries\n"));
+}
+
+// The registry would write the first of two files with one label.
+void TestCalibrationCommand::writesNoCalibrationFile()
+{
+    const QByteArray first = "[cable] x # not a remark\n1 MHz 5 # a remark\n";
+    const QString firstName = write("a.caldata", first);
+    write("b.caldata", "[cable] x # not a remark\n1 MHz 6\n");
+    QCOMPARE(run({"calibration", m_directory->path()}).exitStatus, 0);
+    QFile file(firstName);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), first);
+    QCOMPARE(QDir(m_directory->path()).entryList(QDir::Files | QDir::Hidden).size(), 2);
+}
+
+void TestCalibrationCommand::namesWhatItCanNotRead_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("error");
+    QTest::newRow("missing") << "missing.xml"
+                             << "missing.xml: can't be read as a calibration file";
+    QTest::newRow("garbage") << "garbage.xml"
+                             << "garbage.xml: can't be read as a calibration file";
+    QTest::newRow("empty directory") << "empty"
+                                     << "empty: no calibration files";
+}
+
+void TestCalibrationCommand::namesWhatItCanNotRead()
+{
+    QFETCH(QString, name);
+    QFETCH(QString, error);
+    write("garbage.xml", "garbage");
+    QVERIFY(QDir().mkdir(path("empty")));
+    const Run result = run({"calibration", path(name), write("good.caldata", "[cable] good\n")});
+    QCOMPARE(result.exitStatus, 1);
+    QVERIFY2(result.errors.startsWith("aveldoran: ") && result.errors.contains(error), qPrintable(result.errors));
+    QCOMPARE(result.output, QString("Cables\n  good  no entries\n"));
+}
+
+void TestCalibrationCommand::keepsTerminalControlOutOfItsOutput()
+{
+    const Run result = run({"calibration", write("a", "[cable] \"a\\u001b[31m\\nb\"\n[cable]\n")});
+    QCOMPARE(result.exitStatus, 0);
+    QVERIFY(!result.output.contains(QChar(0x1b)));
+    QCOMPARE(result.output.count('\n'), 3);
+    QVERIFY(result.output.endsWith("  -  no entries\n"));
+}
+
+void TestCalibrationCommand::listsTheExamples()
+{
+    const Run result = run({"calibration", "--at", "145MHz", kExamples});
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.exitStatus, 0);
+    for (const char *heading : {"Preamplifiers\n", "Antennas\n", "Cables\n", "Attenuators\n"})
+        QVERIFY(result.output.contains(heading));
+    QVERIFY(!result.output.contains("Of no particular type"));
+    // What such parts do: cables lose the more the higher the frequency, a horn gains between 0 and 20 dBi.
+    QList<ACalibrationData> objects;
+    const QDir examples(kExamples);
+    for (const QString &name : examples.entryList({"*.xml", "*.caldata", "*.offsets"}))
+        QVERIFY(ACalibrationData::readAll(examples.filePath(name), objects, ACalibrationData::AnyType));
+    QCOMPARE(objects.size(), 9);
+    for (const ACalibrationData &object : qAsConst(objects)) {
+        const QList<double> gains = object.level().values();
+        QVERIFY(gains.size() >= 4);
+        for (int i = 0; i < gains.size(); ++i) {
+            const double gain = gains.at(i);
+            switch (object.type()) {
+            case ACalibrationData::Cable:
+                QVERIFY(gain < 0.0 && (i == 0 || gain <= gains.at(i - 1)));
+                break;
+            case ACalibrationData::Antenna:
+                QVERIFY(gain > -20.0 && gain < 20.0);
+                break;
+            case ACalibrationData::Attenuator:
+                QVERIFY(gain < 0.0);
+                break;
+            default:
+                QVERIFY(gain > 15.0 && gain < 30.0);
+            }
+        }
+    }
+}
+
+void TestCalibrationCommand::drawsTheExamples()
+{
+    const Run result = run({"calibration", "--plot", path("a.png"), kExamples});
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.exitStatus, 0);
+    QVERIFY(countColoured(QImage(path("a.png"))) > 2000);
+    const Run nowhere = run({"calibration", "--plot", path("missing/a.png"), kExamples});
+    QCOMPARE(nowhere.exitStatus, 1);
+    QVERIFY(nowhere.errors.contains("missing/a.png: can't be written"));
+}
+
+void TestCalibrationCommand::drawsWhateverIsInAFile_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("nothing") << QByteArray("caldata 1\n");
+    QTest::newRow("no entries") << QByteArray("[cable] a\n");
+    QTest::newRow("one entry") << QByteArray("[cable] a\n1 MHz 5\n");
+    QTest::newRow("nothing to draw") << QByteArray("[cable] a\n-1 MHz 5\n0 5\n1 MHz nan\n2 MHz inf\n");
+    QTest::newRow("extremes") << QByteArray("[cable] a\n1e-300 -1e308\n9223372036854775807 1e308\n");
+}
+
+void TestCalibrationCommand::drawsWhateverIsInAFile()
+{
+    QFETCH(QByteArray, content);
+    const Run result = run({"calibration", "--at", "0", "--plot", path("a.png"), write("a", content)});
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.exitStatus, 0);
+    QVERIFY(!QImage(path("a.png")).isNull());
+}
+
+void TestCalibrationCommand::refusesWrongUsage_data()
+{
+    QTest::addColumn<QStringList>("arguments");
+    QTest::newRow("no file") << QStringList{};
+    QTest::newRow("unknown option") << QStringList{"--gain", "a"};
+    QTest::newRow("no frequency") << QStringList{"--at", "high", "a"};
+    QTest::newRow("empty frequency") << QStringList{"--at", "", "a"};
+    QTest::newRow("no PNG") << QStringList{"--plot", "a.jpg", "a"};
+    QTest::newRow("empty picture") << QStringList{"--plot", "", "a"};
+}
+
+void TestCalibrationCommand::refusesWrongUsage()
+{
+    QFETCH(QStringList, arguments);
+    const Run result = run(QStringList{"calibration"} + arguments);
+    QCOMPARE(result.exitStatus, 2);
+    QCOMPARE(result.output, QString());
+    QVERIFY(result.errors.startsWith("aveldoran: "));
+}
+
+void TestCalibrationCommand::helps()
+{
+    const Run help = run({"calibration", "--help"});
+    QCOMPARE(help.exitStatus, 0);
+    for (const char *option : {"--at", "--plot"})
+        QVERIFY(help.output.contains(option));
+    QVERIFY(run({"--help"}).output.contains("calibration "));
+}
+
+QTEST_GUILESS_MAIN(TestCalibrationCommand)
+#include "tst_calibration_command.moc"
