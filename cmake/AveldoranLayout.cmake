@@ -10,8 +10,12 @@ set(AVELDORAN_PRIVATE_HEADERS
     core/atomicfile.h
     core/boundedxmlreader.h
     core/calibrationfile.h
+    core/crc32.h
     core/interpolation.h
     core/limitcurve.h
+    core/mdrformat.h
+    core/peaksuppression.h
+    core/recordeddevice.h
     core/xmldocument.h
     core/xmltagguard.h
     datamanager/adatamanager_p.h

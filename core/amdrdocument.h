@@ -1,0 +1,88 @@
+#pragma once
+
+#include "core/asweep.h"
+#include "core/aveldoranexport.h"
+
+#include <QtCore/QObject>
+#include <QtCore/QString>
+
+#include <memory>
+
+class AVeldoranDevice;
+
+// A recording: sweeps and position records in the order in which they were recorded, and the device that measured them.
+//
+// What was added lies in memory. What was loaded, and what is added while a file is being recorded, stays in the file,
+// which is read on demand: a recording may be larger than memory. docs/formats.md describes the file.
+class AVELDORAN_CORE_EXPORT AMdrDocument : public QObject
+{
+    Q_OBJECT
+
+public:
+    enum RecordType
+    {
+        SweepRecord,
+        GeoDataRecord,
+        OtherRecord, // of a later program; kept by save()
+    };
+
+    explicit AMdrDocument(QObject *parent = nullptr);
+    ~AMdrDocument() override; // ends a running recording
+
+    // Replaces the content by that of a file, whose checksums are all tested. The file stays open and must not be
+    // changed in place; replacing or deleting it does no harm.
+    //
+    // False, with the reason in *errorText where that is not null, if the file can't be read, is no recording, or is
+    // damaged or cut short anywhere. Every record before the damage is there then, so that the recording of a program
+    // that crashed can be saved whole; a missing or foreign file leaves the document empty.
+    bool load(const QString &fileName, QString *errorText = nullptr);
+
+    // Writes everything to a file, which is replaced in one step: on failure the old one is whole. False with the
+    // reason if it can't be written, if a record can't be read, or if that file is being recorded just now.
+    bool save(const QString &fileName, QString *errorText = nullptr) const;
+
+    // Writes everything to a file, as save() does, and from then on each record as it is added, whole and at once:
+    // if this program ends in any way, load() finds all records that were added before. False leaves the document as
+    // it was; a recording that is already running is ended first.
+    bool startRecording(const QString &fileName, QString *errorText = nullptr);
+
+    // Closes the recording. False if a record could not be written: the file then ends with the last one that could,
+    // load() tells that it is not complete, and this document has all of them. False too if none is running.
+    bool finishRecording(QString *errorText = nullptr);
+    bool isRecording() const;
+
+    // Why records could not be written since startRecording(); empty as long as all were.
+    QString recordingError() const;
+
+    // While a file is being recorded a record that can't be written is kept in memory, and so are those after it.
+    void addSweep(const ASweep &sweep);
+    void addGeoData(const AGeoData &geoData);
+
+    // Keeps what the device says of itself now.
+    void setDevice(const AVeldoranDevice &device);
+
+    // A device that says again what the recorded one said; the caller owns it. Null for a recording that names none.
+    AVeldoranDevice *createDevice() const;
+
+    int sweepCount() const;
+
+    // All records in recorded order; `record` is from 0 to below recordCount().
+    int recordCount() const;
+    RecordType recordType(int record) const;
+    int recordOfSweep(int sweep) const; // -1 out of range
+
+    // When the record was made (a sweep: when it stopped) in milliseconds since the epoch. False if it doesn't say.
+    bool recordTime(int record, qint64 *milliseconds) const;
+
+    // A copy of a record. False with the reason if it is of another type, or can't be read from the file any more. Who
+    // reads sweep after sweep into one object spares the allocation of each point, if nobody else holds its values.
+    bool readSweep(int record, ASweep *sweep, QString *errorText = nullptr) const;
+    bool readGeoData(int record, AGeoData *geoData, QString *errorText = nullptr) const;
+
+Q_SIGNALS:
+    void contentReplaced(); // at the end of load()
+
+private:
+    struct Private;
+    std::unique_ptr<Private> d;
+};
