@@ -38,10 +38,18 @@ void XmlTagGuard::accept(char unit)
             m_state = Text;
         break;
     case DocumentType:
-        if (unit == '>')
+        if (unit == '>') {
             m_state = Text;
-        else if (unit == '[' && m_finding == Harmless)
+        } else if (unit == '[' && m_finding == Harmless) {
             m_finding = Declarations;
+        } else if (unit == '"' || unit == '\'') {
+            m_state = Literal;
+            m_quote = unit;
+        }
+        break;
+    case Literal:
+        if (unit == m_quote)
+            m_state = DocumentType;
         break;
     case Tag:
         if (unit == '>') {

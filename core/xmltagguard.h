@@ -30,6 +30,7 @@ private:
         Cdata,
         Instruction,
         DocumentType,
+        Literal, // in quotes in a document type
         Tag,
         Value, // in the quotes of an attribute's value
     };
