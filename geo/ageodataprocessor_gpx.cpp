@@ -7,7 +7,6 @@
 
 namespace {
 
-// Points within points each hold the texts of all those inside, so their nesting multiplies a file.
 constexpr std::size_t kMaxPointNesting = 16;
 
 const QLatin1String kTrack("trk");
@@ -69,6 +68,37 @@ QDomElement firstElementBelow(const QDomElement &element, const QString &name)
     return {};
 }
 
+// The points that a walk is within. Points within points each hold the texts of all those inside, so their nesting
+// multiplies a file.
+class OpenPoints
+{
+public:
+    // Takes the next element of the walk. False if it is a point within too many others.
+    bool take(const ElementWalk &walk)
+    {
+        while (!m_depths.empty() && m_depths.back() >= walk.depth())
+            m_depths.pop_back();
+        if (walk.isNamed(kPoint))
+            m_depths.push_back(walk.depth());
+        return m_depths.size() <= kMaxPointNesting;
+    }
+
+private:
+    std::vector<int> m_depths;
+};
+
+// Null if there is none.
+QDomElement pointNestedTooDeep(const QDomDocument &document)
+{
+    OpenPoints points;
+    ElementWalk walk(document);
+    while (walk.next()) {
+        if (!points.take(walk))
+            return walk.element();
+    }
+    return {};
+}
+
 struct Track
 {
     QDomElement element;
@@ -76,7 +106,7 @@ struct Track
 };
 
 // All tracks of a document with their first points, in one pass: a search for each would take a pass over all that
-// nested tracks hold, for each of them.
+// nested tracks hold, for each of them. None if points are nested too deep.
 std::vector<Track> tracksOf(const QDomDocument &document)
 {
     struct Open
@@ -86,8 +116,11 @@ std::vector<Track> tracksOf(const QDomDocument &document)
     };
     std::vector<Track> tracks;
     std::vector<Open> open; // those that still lack a point
+    OpenPoints points;
     ElementWalk walk(document);
     while (walk.next()) {
+        if (!points.take(walk))
+            return {};
         while (!open.empty() && open.back().depth >= walk.depth())
             open.pop_back();
         if (walk.isNamed(kTrack)) {
@@ -108,22 +141,32 @@ float number(const QString &text)
     return static_cast<float>(text.toDouble());
 }
 
-// The first point that lies in kMaxPointNesting others; null if there is none.
-QDomElement pointNestedTooDeep(const QDomDocument &document)
+// The texts of the first element of each name below a point, in one pass over it.
+struct PointTexts
 {
-    std::vector<int> open; // depths of points
-    ElementWalk walk(document);
-    while (walk.next()) {
-        while (!open.empty() && open.back() >= walk.depth())
-            open.pop_back();
-        if (!walk.isNamed(kPoint))
-            continue;
-        if (open.size() == kMaxPointNesting)
-            return walk.element();
-        open.push_back(walk.depth());
+    static constexpr int kCount = 4;
+    QString elevation, name, description, time;
+
+    explicit PointTexts(const QDomElement &point)
+    {
+        const QLatin1String names[kCount] = {QLatin1String("ele"), QLatin1String("name"), QLatin1String("desc"),
+                                             QLatin1String("time")};
+        QString *const texts[kCount] = {&elevation, &name, &description, &time};
+        bool isFound[kCount] = {};
+        int missing = kCount;
+        ElementWalk walk(point);
+        while (missing > 0 && walk.next()) {
+            for (int i = 0; i < kCount; ++i) {
+                if (!isFound[i] && walk.isNamed(names[i])) {
+                    *texts[i] = walk.element().text();
+                    isFound[i] = true;
+                    --missing;
+                    break;
+                }
+            }
+        }
     }
-    return {};
-}
+};
 
 } // namespace
 
@@ -131,12 +174,13 @@ bool AGeoDataProcessor::loadGpxDocument(QIODevice *device, QString *errorMessage
 {
     DomError error;
     bool isRead = setBoundedContent(&m_gpxDocument, device, &error);
-    const QDomElement tooDeep = pointNestedTooDeep(m_gpxDocument);
+    // What stands before the damage is read like any other content.
+    const bool isParsed = parseGpxTrackData();
+    const QDomElement tooDeep = isParsed ? QDomElement() : pointNestedTooDeep(m_gpxDocument);
     if (!tooDeep.isNull()) {
         error = {tr("Track points are nested more than %1 deep").arg(kMaxPointNesting), tooDeep.lineNumber(),
                  tooDeep.columnNumber()};
         isRead = false;
-        m_gpxDocument.clear();
     }
     if (!isRead) {
         if (errorMessage)
@@ -146,8 +190,6 @@ bool AGeoDataProcessor::loadGpxDocument(QIODevice *device, QString *errorMessage
         if (errorColumn)
             *errorColumn = error.column;
     }
-    // What stands before the damage is read like any other content.
-    const bool isParsed = parseGpxTrackData();
     return isRead && isParsed;
 }
 
@@ -164,10 +206,11 @@ bool AGeoDataProcessor::parseGpxTrackData()
         AGeoData record;
         record.latitude = number(point.attribute(QStringLiteral("lat")));
         record.longitude = number(point.attribute(QStringLiteral("lon")));
-        record.altitude = number(getDataOfElement(point, QStringLiteral("ele")));
-        record.recordName = getDataOfElement(point, QStringLiteral("name"));
-        record.description = getDataOfElement(point, QStringLiteral("desc"));
-        record.recordTime = QDateTime::fromString(getDataOfElement(point, QStringLiteral("time")), Qt::ISODate);
+        const PointTexts texts(point);
+        record.altitude = number(texts.elevation);
+        record.recordName = texts.name;
+        record.description = texts.description;
+        record.recordTime = QDateTime::fromString(texts.time, Qt::ISODate);
         record.recordTime.setTimeSpec(Qt::UTC); // keeps the clock reading, whatever its offset
         addBalloon(&record);
         storeWaypoint(record);

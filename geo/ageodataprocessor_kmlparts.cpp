@@ -3,6 +3,7 @@
 #include "core/emsi.h"
 #include "core/emu.h"
 #include "core/xmldocument.h"
+#include "geo/waypoint.h"
 
 #include <QtCore/QStringBuilder>
 
@@ -18,28 +19,34 @@ QString fixedNumber(double value)
     return QString::number(value, 'f', kDecimals);
 }
 
-QDomElement appendElement(QDomElement *parent, const QString &name)
+class ElementMaker
 {
-    QDomElement element = parent->ownerDocument().createElement(name);
-    parent->appendChild(element);
-    return element;
-}
+public:
+    explicit ElementMaker(QDomDocument *document)
+        : m_document(document)
+    {}
+    QDomElement append(QDomElement *parent, const QString &name)
+    {
+        QDomElement element = m_document->createElement(name);
+        parent->appendChild(element);
+        return element;
+    }
+    void appendText(QDomElement *parent, const QString &name, const QString &text)
+    {
+        append(parent, name).appendChild(m_document->createTextNode(xmlText(text)));
+    }
+    QDomElement appendLine(QDomElement *placemark, const QString &altitudeMode)
+    {
+        QDomElement line = append(placemark, QStringLiteral("LineString"));
+        appendText(&line, QStringLiteral("extrude"), QStringLiteral("1"));
+        appendText(&line, QStringLiteral("tessellate"), QStringLiteral("1"));
+        appendText(&line, QStringLiteral("altitudeMode"), altitudeMode);
+        return line;
+    }
 
-QDomElement appendText(QDomElement *parent, const QString &name, const QString &text)
-{
-    QDomElement element = appendElement(parent, name);
-    element.appendChild(element.ownerDocument().createTextNode(xmlText(text)));
-    return element;
-}
-
-QDomElement appendLine(QDomElement *placemark, const QString &altitudeMode)
-{
-    QDomElement line = appendElement(placemark, QStringLiteral("LineString"));
-    appendText(&line, QStringLiteral("extrude"), QStringLiteral("1"));
-    appendText(&line, QStringLiteral("tessellate"), QStringLiteral("1"));
-    appendText(&line, QStringLiteral("altitudeMode"), altitudeMode);
-    return line;
-}
+private:
+    QDomDocument *m_document;
+};
 
 // A path is drawn as a curtain: at each point the line goes to its height, and up by a little.
 class Curtain
@@ -64,7 +71,8 @@ private:
 };
 
 // The ceiling of paths without waypoints.
-void appendGreyLine(QDomElement *folder, const QList<AGeoData *> &points, const QString &altitudeMode, float height)
+void appendGreyLine(ElementMaker make, QDomElement *folder, const QList<AGeoData *> &points,
+                    const QString &altitudeMode, float height)
 {
     const QString bottom = fixedNumber(static_cast<double>(height));
     const QString top = Curtain::topOf(height);
@@ -73,11 +81,11 @@ void appendGreyLine(QDomElement *folder, const QList<AGeoData *> &points, const 
         curtain.addPoint(fixedNumber(static_cast<double>(point->longitude)),
                          fixedNumber(static_cast<double>(point->latitude)), bottom, top);
     }
-    QDomElement placemark = appendElement(folder, QStringLiteral("Placemark"));
-    appendText(&placemark, QStringLiteral("name"), QStringLiteral("Maximum"));
-    appendText(&placemark, QStringLiteral("styleUrl"), QStringLiteral("#lineGrey"));
-    QDomElement line = appendLine(&placemark, altitudeMode);
-    appendText(&line, QStringLiteral("coordinates"), curtain.text());
+    QDomElement placemark = make.append(folder, QStringLiteral("Placemark"));
+    make.appendText(&placemark, QStringLiteral("name"), QStringLiteral("Maximum"));
+    make.appendText(&placemark, QStringLiteral("styleUrl"), QStringLiteral("#lineGrey"));
+    QDomElement line = make.appendLine(&placemark, altitudeMode);
+    make.appendText(&line, QStringLiteral("coordinates"), curtain.text());
 }
 
 enum LabelFlag
@@ -123,14 +131,15 @@ QDomElement AGeoDataProcessor::createStyleElement(QDomDocument *document, QStrin
     const QString halfAlpha =
         QStringLiteral("%1").arg(alpha.toUInt(nullptr, kHexadecimal) >> 1, 2, kHexadecimal, QLatin1Char('0'));
 
+    ElementMaker make(document);
     QDomElement style = document->createElement(QStringLiteral("Style"));
     style.setAttribute(QStringLiteral("id"), id);
-    QDomElement line = appendElement(&style, QStringLiteral("LineStyle"));
-    appendText(&line, QStringLiteral("color"), alpha + blueGreenRed);
+    QDomElement line = make.append(&style, QStringLiteral("LineStyle"));
+    make.appendText(&line, QStringLiteral("color"), alpha + blueGreenRed);
     if (width >= 0)
-        appendText(&line, QStringLiteral("width"), QString::number(width));
-    QDomElement curtain = appendElement(&style, QStringLiteral("PolyStyle"));
-    appendText(&curtain, QStringLiteral("color"), halfAlpha + blueGreenRed);
+        make.appendText(&line, QStringLiteral("width"), QString::number(width));
+    QDomElement curtain = make.append(&style, QStringLiteral("PolyStyle"));
+    make.appendText(&curtain, QStringLiteral("color"), halfAlpha + blueGreenRed);
     return style;
 }
 
@@ -172,60 +181,61 @@ QDomElement AGeoDataProcessor::addKmlPath(QDomDocument *document, QString name, 
                                           QString styleUrl, QString altitudeMode, bool withTimeTrack, int labelFlags,
                                           float elevationScale) const
 {
+    ElementMaker make(document);
     QDomElement folder = document->createElement(QStringLiteral("Folder"));
-    appendText(&folder, QStringLiteral("name"), name);
-    appendText(&folder, QStringLiteral("open"), QStringLiteral("1"));
-    QDomElement placemark = appendElement(&folder, QStringLiteral("Placemark"));
-    appendText(&placemark, QStringLiteral("name"), QStringLiteral("Elevation Profile"));
-    appendText(&placemark, QStringLiteral("styleUrl"), styleUrl);
+    make.appendText(&folder, QStringLiteral("name"), name);
+    make.appendText(&folder, QStringLiteral("open"), QStringLiteral("1"));
+    QDomElement placemark = make.append(&folder, QStringLiteral("Placemark"));
+    make.appendText(&placemark, QStringLiteral("name"), QStringLiteral("Elevation Profile"));
+    make.appendText(&placemark, QStringLiteral("styleUrl"), styleUrl);
     QDomElement track;
     if (withTimeTrack) {
-        track = appendElement(&placemark, QStringLiteral("gx:Track"));
-        appendText(&track, QStringLiteral("extrude"), QStringLiteral("1"));
-        appendText(&track, QStringLiteral("altitudeMode"), altitudeMode);
+        track = make.append(&placemark, QStringLiteral("gx:Track"));
+        make.appendText(&track, QStringLiteral("extrude"), QStringLiteral("1"));
+        make.appendText(&track, QStringLiteral("altitudeMode"), altitudeMode);
     }
-    QDomElement line = appendLine(&placemark, altitudeMode);
+    QDomElement line = make.appendLine(&placemark, altitudeMode);
 
     QDomElement waypoints = document->createElement(QStringLiteral("Folder"));
-    appendText(&waypoints, QStringLiteral("name"), QStringLiteral("Measurement Waypoints"));
-    appendText(&waypoints, QStringLiteral("visibility"), QStringLiteral("0"));
+    make.appendText(&waypoints, QStringLiteral("name"), QStringLiteral("Measurement Waypoints"));
+    make.appendText(&waypoints, QStringLiteral("visibility"), QStringLiteral("0"));
 
     bool hasWaypoints = false;
     Curtain curtain;
     for (const AGeoData *point : qAsConst(points)) {
-        const QString time = point->recordTime.toString(Qt::ISODate);
+        const QString time = isoText(point->recordTime);
         const QString longitude = fixedNumber(static_cast<double>(point->longitude));
         const QString latitude = fixedNumber(static_cast<double>(point->latitude));
         const QString altitude = fixedNumber(static_cast<double>(point->altitude));
         curtain.addPoint(longitude, latitude, altitude, Curtain::topOf(point->altitude));
         if (withTimeTrack) {
-            appendText(&track, QStringLiteral("when"), time);
-            appendText(&track, QStringLiteral("gx:coord"),
-                       longitude % QLatin1Char(' ') % latitude % QLatin1Char(' ') % altitude);
+            make.appendText(&track, QStringLiteral("when"), time);
+            make.appendText(&track, QStringLiteral("gx:coord"),
+                            longitude % QLatin1Char(' ') % latitude % QLatin1Char(' ') % altitude);
         }
         if (point->description.isEmpty())
             continue;
         hasWaypoints = true;
-        QDomElement waypoint = appendElement(&waypoints, QStringLiteral("Placemark"));
-        appendText(&waypoint, QStringLiteral("visibility"), QStringLiteral("0"));
+        QDomElement waypoint = make.append(&waypoints, QStringLiteral("Placemark"));
+        make.appendText(&waypoint, QStringLiteral("visibility"), QStringLiteral("0"));
         if (labelFlags != 0) {
-            appendText(&waypoint, QStringLiteral("name"),
-                       labelFlags & NameOfRecord ? point->recordName
-                       : labelFlags & NameOfTime ? time
-                                                 : QString());
+            make.appendText(&waypoint, QStringLiteral("name"),
+                            labelFlags & NameOfRecord ? point->recordName
+                            : labelFlags & NameOfTime ? time
+                                                      : QString());
         }
-        appendText(&waypoint, QStringLiteral("description"), point->description);
-        appendText(&waypoint, QStringLiteral("styleUrl"), QStringLiteral("#dataPoint"));
-        QDomElement position = appendElement(&waypoint, QStringLiteral("Point"));
-        appendText(&position, QStringLiteral("coordinates"),
-                   longitude % QLatin1Char(',') % latitude % QLatin1Char(',') % altitude);
-        appendText(&position, QStringLiteral("altitudeMode"), altitudeMode);
+        make.appendText(&waypoint, QStringLiteral("description"), point->description);
+        make.appendText(&waypoint, QStringLiteral("styleUrl"), QStringLiteral("#dataPoint"));
+        QDomElement position = make.append(&waypoint, QStringLiteral("Point"));
+        make.appendText(&position, QStringLiteral("coordinates"),
+                        longitude % QLatin1Char(',') % latitude % QLatin1Char(',') % altitude);
+        make.appendText(&position, QStringLiteral("altitudeMode"), altitudeMode);
     }
     if (hasWaypoints)
         folder.appendChild(waypoints);
     else
-        appendGreyLine(&folder, points, altitudeMode, elevationScale);
-    appendText(&line, QStringLiteral("coordinates"), curtain.text());
+        appendGreyLine(make, &folder, points, altitudeMode, elevationScale);
+    make.appendText(&line, QStringLiteral("coordinates"), curtain.text());
     return folder;
 }
 

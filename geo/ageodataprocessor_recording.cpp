@@ -151,7 +151,7 @@ void AGeoDataProcessor::processMeasurementData(const emu_entry *unit)
         entry.minimum = minimum.convertTo(unit);
         entry.heading = static_cast<float>(entry.geoData.estimateHeading(true));
         if (entry.geoData.recordName.isEmpty())
-            entry.geoData.recordName = entry.geoData.recordTime.toString(Qt::ISODate);
+            entry.geoData.recordName = isoText(entry.geoData.recordTime);
         entry.geoData.description = openBalloon(entry.geoData, entry.heading);
         m_kmlData.append(entry);
     }

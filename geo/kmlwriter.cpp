@@ -5,32 +5,31 @@
 
 namespace {
 
-class Writer
+// Gathers UTF-8 for a device.
+class Output
 {
 public:
-    explicit Writer(QIODevice *device)
+    explicit Output(QIODevice *device)
         : m_device(device)
     {
-        m_buffer.reserve(kBufferBytes + kBufferBytes / 4);
+        m_buffer.reserve(2 * kBufferBytes);
     }
 
     void write(const char *text) { m_buffer.append(text); }
-    void write(const QString &text) { m_buffer.append(text.toUtf8()); }
-
-    void indent(int depth) { m_buffer.append(depth, ' '); }
-
+    void writeSpaces(int count) { m_buffer.append(count, ' '); }
+    void writePlain(const QString &name) { writeRun(name.constData(), name.size()); }
     void writeEscaped(const QString &text, bool isAttribute)
     {
         const QChar *const data = text.constData();
         int from = 0; // what isn't written yet
         for (int i = 0; i < text.size(); ++i) {
-            if (const char *escape = escapeOf(text, i, isAttribute)) {
-                m_buffer.append(QString::fromRawData(data + from, i - from).toUtf8());
+            if (const char *escape = escapeOf(data, i, isAttribute)) {
+                writeRun(data + from, i - from);
                 m_buffer.append(escape);
                 from = i + 1;
             }
         }
-        m_buffer.append(QString::fromRawData(data + from, text.size() - from).toUtf8());
+        writeRun(data + from, text.size() - from);
         if (m_buffer.size() > kBufferBytes)
             flush();
     }
@@ -38,23 +37,40 @@ public:
     bool flush()
     {
         m_isWhole = m_isWhole && m_device->write(m_buffer) == m_buffer.size();
-        m_buffer.resize(0); // keeps the reserved memory
+        m_buffer.resize(0); // keeps the memory
         return m_isWhole;
     }
 
 private:
     static constexpr int kBufferBytes = 1 << 18;
+    static constexpr ushort kFirstNonAscii = 0x80;
 
-    static const char *escapeOf(const QString &text, int at, bool isAttribute)
+    void writeRun(const QChar *text, int size)
     {
-        switch (text.at(at).unicode()) {
+        const int begin = m_buffer.size();
+        m_buffer.resize(begin + size);
+        char *const out = m_buffer.data() + begin;
+        int i = 0;
+        for (; i < size && text[i].unicode() < kFirstNonAscii; ++i)
+            out[i] = static_cast<char>(text[i].unicode());
+        if (i < size) {
+            m_buffer.truncate(begin + i);
+            m_buffer.append(QString::fromRawData(text + i, size - i).toUtf8());
+        }
+    }
+
+    static const char *escapeOf(const QChar *text, int at, bool isAttribute)
+    {
+        const ushort c = text[at].unicode();
+        if (c > '>')
+            return nullptr;
+        switch (c) {
         case '<':
             return "&lt;";
         case '&':
             return "&amp;";
         case '>': // only where it would end a CDATA section
-            return at >= 2 && text.at(at - 1) == QLatin1Char(']') && text.at(at - 2) == QLatin1Char(']') ? "&gt;"
-                                                                                                         : nullptr;
+            return at >= 2 && text[at - 1] == QLatin1Char(']') && text[at - 2] == QLatin1Char(']') ? "&gt;" : nullptr;
         case '\r':
             return "&#xd;";
         case '"':
@@ -73,102 +89,133 @@ private:
     bool m_isWhole = true;
 };
 
-void beginElement(Writer *out, const QDomElement &element, int depth)
+// Walks a document and writes it with the white space of QDomDocument::save(): every node but a text begins a line,
+// unless a text is beside it.
+class DocumentWriter
 {
-    if (!element.previousSibling().isText())
-        out->indent(depth);
-    out->write("<");
-    out->write(element.tagName());
-    const QDomNamedNodeMap attributes = element.attributes();
-    for (int i = 0; i < attributes.size(); ++i) {
-        const QDomNode attribute = attributes.item(i);
-        out->write(" ");
-        out->write(attribute.nodeName());
-        out->write("=\"");
-        out->writeEscaped(attribute.nodeValue(), true);
-        out->write("\"");
+public:
+    explicit DocumentWriter(QIODevice *device)
+        : m_out(device)
+    {}
+
+    bool write(const QDomDocument &document)
+    {
+        QDomNode node = document.firstChild();
+        int depth = 0;
+        while (!node.isNull()) {
+            const QDomNode child = begin(node, depth);
+            if (!child.isNull()) {
+                node = child;
+                ++depth;
+                continue;
+            }
+            QDomNode next = node.nextSibling();
+            end(node, next);
+            while (next.isNull() && depth > 0) {
+                node = node.parentNode();
+                --depth;
+                next = node.nextSibling();
+                endElement(node, next, depth);
+            }
+            node = next;
+        }
+        return m_out.flush();
     }
-    const QDomNode first = element.firstChild();
-    if (first.isNull())
-        out->write("/>");
-    else
-        out->write(first.isText() ? ">" : ">\n");
-}
 
-void endElement(Writer *out, const QDomElement &element, int depth)
-{
-    if (!element.lastChild().isText())
-        out->indent(depth);
-    out->write("</");
-    out->write(element.tagName());
-    out->write(">");
-}
-
-void endLine(Writer *out, const QDomNode &node)
-{
-    if (!node.nextSibling().isText())
-        out->write("\n");
-}
-
-// A node without its children.
-void writeNode(Writer *out, const QDomNode &node, int depth)
-{
-    switch (node.nodeType()) {
-    case QDomNode::ElementNode:
-        beginElement(out, node.toElement(), depth);
-        if (!node.hasChildNodes())
-            endLine(out, node);
-        break;
-    case QDomNode::TextNode:
-        out->writeEscaped(node.nodeValue(), !node.parentNode().isElement());
-        break;
-    case QDomNode::CDATASectionNode:
-        out->write("<![CDATA[");
-        out->write(node.nodeValue());
-        out->write("]]>");
-        break;
-    case QDomNode::CommentNode:
-        if (!node.previousSibling().isText())
-            out->indent(depth);
-        out->write("<!--");
-        out->write(node.nodeValue());
-        out->write(node.nodeValue().endsWith(QLatin1Char('-')) ? " -->" : "-->");
-        endLine(out, node);
-        break;
-    case QDomNode::ProcessingInstructionNode:
-        out->write("<?");
-        out->write(node.nodeName());
-        out->write(" ");
-        out->write(node.nodeValue());
-        out->write("?>\n");
-        break;
-    default:
-        break;
+private:
+    // Writes a node, of an element that has more than a text the beginning. Returns the first child that is left to
+    // write, or null.
+    QDomNode begin(const QDomNode &node, int depth)
+    {
+        const bool isText = node.isText();
+        if (!isText && !m_isAfterText && !node.isProcessingInstruction())
+            m_out.writeSpaces(depth);
+        m_isAfterText = isText;
+        switch (node.nodeType()) {
+        case QDomNode::ElementNode:
+            return beginElement(node);
+        case QDomNode::TextNode:
+            m_out.writeEscaped(node.nodeValue(), false);
+            break;
+        case QDomNode::CDATASectionNode:
+            m_out.write("<![CDATA[");
+            m_out.writePlain(node.nodeValue());
+            m_out.write("]]>");
+            break;
+        case QDomNode::CommentNode:
+            m_out.write("<!--");
+            m_out.writePlain(node.nodeValue());
+            m_out.write(node.nodeValue().endsWith(QLatin1Char('-')) ? " -->" : "-->");
+            break;
+        case QDomNode::ProcessingInstructionNode:
+            m_out.write("<?");
+            m_out.writePlain(node.nodeName());
+            m_out.write(" ");
+            m_out.writePlain(node.nodeValue());
+            m_out.write("?>\n");
+            break;
+        default:
+            break;
+        }
+        return {};
     }
-}
+
+    QDomNode beginElement(const QDomNode &element)
+    {
+        const QString name = element.nodeName();
+        m_out.write("<");
+        m_out.writePlain(name);
+        const QDomNamedNodeMap attributes = element.attributes();
+        for (int i = 0; i < attributes.size(); ++i) {
+            const QDomNode attribute = attributes.item(i);
+            m_out.write(" ");
+            m_out.writePlain(attribute.nodeName());
+            m_out.write("=\"");
+            m_out.writeEscaped(attribute.nodeValue(), true);
+            m_out.write("\"");
+        }
+        const QDomNode first = element.firstChild();
+        if (first.isNull()) {
+            m_out.write("/>");
+            return first;
+        }
+        if (first.nodeType() != QDomNode::TextNode || !first.nextSibling().isNull()) {
+            m_out.write(first.isText() ? ">" : ">\n");
+            return first;
+        }
+        // Nearly all elements are like this.
+        m_out.write(">");
+        m_out.writeEscaped(first.nodeValue(), false);
+        m_out.write("</");
+        m_out.writePlain(name);
+        m_out.write(">");
+        return {};
+    }
+
+    void end(const QDomNode &node, const QDomNode &next)
+    {
+        if (!node.isText() && !node.isProcessingInstruction() && !next.isText())
+            m_out.write("\n");
+    }
+
+    void endElement(const QDomNode &element, const QDomNode &next, int depth)
+    {
+        if (!m_isAfterText)
+            m_out.writeSpaces(depth);
+        m_isAfterText = false;
+        m_out.write("</");
+        m_out.writePlain(element.nodeName());
+        m_out.write(">");
+        end(element, next);
+    }
+
+    Output m_out;
+    bool m_isAfterText = false; // the node before, in the same element
+};
 
 } // namespace
 
 bool writeKml(const QDomDocument &document, QIODevice *device)
 {
-    Writer out(device);
-    QDomNode node = document.firstChild();
-    int depth = 0;
-    while (!node.isNull()) {
-        writeNode(&out, node, depth);
-        const QDomNode child = node.firstChild();
-        if (!child.isNull()) {
-            node = child;
-            ++depth;
-            continue;
-        }
-        while (depth > 0 && node.nextSibling().isNull()) {
-            node = node.parentNode();
-            --depth;
-            endElement(&out, node.toElement(), depth);
-            endLine(&out, node);
-        }
-        node = node.nextSibling();
-    }
-    return out.flush();
+    return DocumentWriter(device).write(document);
 }

@@ -14,5 +14,8 @@ void takeInNmeaRecord(AGeoData *record);
 // Describes a record that has no description by its time and its position, which is in decimal degrees.
 void addBalloon(AGeoData *record);
 
+// As toString(Qt::ISODate) writes it, in a fraction of the time where it is in UTC.
+QString isoText(const QDateTime &time);
+
 // The rows of date and time that each balloon begins with; the table stays open.
 QString balloonOfTime(const QDateTime &time);
