@@ -15,6 +15,8 @@ set(AVELDORAN_PRIVATE_HEADERS
     core/interpolation.h
     core/limitcurve.h
     core/mdrformat.h
+    core/nmea.h
+    core/nmearecords.h
     core/peaksuppression.h
     core/recordeddevice.h
     core/xmldocument.h

@@ -179,10 +179,10 @@ void PeakSuppressor::suppressBy(QList<AMeasurementValue> *values, DecibelsAt dec
     for (int i = 0; i < std::min(kSurroundingPoints, count); ++i)
         window.insert(m_levels[static_cast<std::size_t>(i)]);
     for (int i = 0; i < count; ++i) {
-        if (i + kSurroundingPoints < count)
-            window.insert(m_levels[static_cast<std::size_t>(i + kSurroundingPoints)]);
         if (i > kSurroundingPoints)
             window.remove(m_levels[static_cast<std::size_t>(i - kSurroundingPoints - 1)]);
+        if (i + kSurroundingPoints < count)
+            window.insert(m_levels[static_cast<std::size_t>(i + kSurroundingPoints)]);
         const double level = m_levels[static_cast<std::size_t>(i)];
         if (std::isnan(level))
             continue; // neither part of a peak nor its end
