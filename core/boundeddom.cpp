@@ -108,8 +108,9 @@ public:
 
     bool startDTD(const QString &name, const QString &publicId, const QString &systemId) override
     {
-        // Before the declarations, whose content models Qt's parser reads with recursion of any depth.
-        if (m_source->last() == QLatin1Char('['))
+        // The parser stands on the end of the document type, or before its first declaration. It would read content
+        // models with recursion of any depth.
+        if (m_source->last() != QLatin1Char('>'))
             return refuse(XmlBound::Declarations);
         return m_lexical->startDTD(name, publicId, systemId);
     }
