@@ -5,6 +5,8 @@
 #include <QtCore/QBuffer>
 #include <QtXml/QDomDocument>
 
+#include <ctime>
+
 // A processor whose protected parts a test can reach, and what goes into one.
 
 class Processor : public AGeoDataProcessor
@@ -38,6 +40,16 @@ public:
     QString errorText; // of loadGpx()
     int line = 0;
     int column = 0;
+};
+
+// Processor time since it was made: other programs may keep the machine busy.
+class CpuClock
+{
+public:
+    double seconds() const { return static_cast<double>(std::clock() - m_start) / CLOCKS_PER_SEC; }
+
+private:
+    std::clock_t m_start = std::clock();
 };
 
 inline QDateTime at(qint64 milliseconds)

@@ -36,7 +36,7 @@ private Q_SLOTS:
     void anyEncodingIsRead_data();
     void anyEncodingIsRead();
     void nestedTracksWithoutPointsAreReadInOnePass();
-    void aMillionPointsAreRead();
+    void manyPointsAreRead();
     void manyAttributesAreReadFast();
     void aFileCutAnywhereNeverCrashes();
     void aFlippedByteNeverCrashes();
@@ -178,13 +178,12 @@ void TestAGeoDataProcessorGpxDamage::declarationsAreRefused()
     QFETCH(QByteArray, declarations);
     for (const QByteArray &begin : {QByteArray("<!DOCTYPE gpx ["), QByteArray("<!DOCTYPE gpx SYSTEM '>' [")}) {
         Processor processor(nullptr);
-        QElapsedTimer clock;
-        clock.start();
+        const CpuClock clock;
         QVERIFY(!processor.loadGpx(begin + declarations + "]><gpx><trk>" + repeated("&e19;", 10000) + "</trk></gpx>"));
         QCOMPARE(processor.errorText, QString("Declarations inside a document type are not read"));
         QCOMPARE(processor.line, 1);
         QVERIFY(processor.column > 10);
-        QVERIFY(clock.elapsed() < 5000);
+        QVERIFY(clock.seconds() < 5);
     }
 }
 
@@ -232,17 +231,16 @@ void TestAGeoDataProcessorGpxDamage::anyEncodingIsRead()
 void TestAGeoDataProcessorGpxDamage::nestedTracksWithoutPointsAreReadInOnePass()
 {
     Processor processor(nullptr);
-    QElapsedTimer clock;
-    clock.start();
+    const CpuClock clock;
     QVERIFY(processor.loadGpx("<gpx>" + repeated("<trk>", 990) + repeated("<a/>", 200000) + repeated("</trk>", 990) +
                               "</gpx>"));
     QVERIFY(!processor.hasGeoData());
-    QVERIFY2(clock.elapsed() < 20000, qPrintable(QString::number(clock.elapsed())));
+    QVERIFY2(clock.seconds() < 20, qPrintable(QString::number(clock.seconds())));
 }
 
-void TestAGeoDataProcessorGpxDamage::aMillionPointsAreRead()
+void TestAGeoDataProcessorGpxDamage::manyPointsAreRead()
 {
-    constexpr int kPoints = 1000000;
+    constexpr int kPoints = 200000;
     Processor processor(nullptr);
     QVERIFY(processor.loadGpx("<gpx><trk>" + repeated("<trkpt lat='1' lon='2'/>", kPoints) + "</trk></gpx>"));
     QCOMPARE(processor.m_waypoints.size(), kPoints);
@@ -255,10 +253,9 @@ void TestAGeoDataProcessorGpxDamage::manyAttributesAreReadFast()
     for (int i = 0; i < 100000; ++i)
         attributes += " a" + QByteArray::number(i) + "='1'";
     Processor processor(nullptr);
-    QElapsedTimer clock;
-    clock.start();
+    const CpuClock clock;
     QVERIFY(processor.loadGpx("<gpx><trk" + attributes + ">" + point(1) + "</trk></gpx>"));
-    QVERIFY2(clock.elapsed() < 20000, qPrintable(QString::number(clock.elapsed())));
+    QVERIFY2(clock.seconds() < 20, qPrintable(QString::number(clock.seconds())));
 }
 
 void TestAGeoDataProcessorGpxDamage::aFileCutAnywhereNeverCrashes()

@@ -212,13 +212,12 @@ void TestAGeoDataProcessorSearch::manyLookUpsOfWideSpansAreFast()
     Processor processor(nullptr);
     for (int i = 0; i < 20000; ++i)
         addAll(&processor, {i * 1000LL});
-    QElapsedTimer clock;
-    clock.start();
+    const CpuClock clock;
     int found = 0;
     for (int i = 0; i < 100000; ++i)
         found += processor.findWaypoint(at(i * 10LL), at(i * 10LL + 19000000), 0) ? 1 : 0;
     QCOMPARE(found, 100000);
-    QVERIFY2(clock.elapsed() < 10000, qPrintable(QString::number(clock.elapsed())));
+    QVERIFY2(clock.seconds() < 10, qPrintable(QString::number(clock.seconds())));
 }
 
 QTEST_GUILESS_MAIN(TestAGeoDataProcessorSearch)
