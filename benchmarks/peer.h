@@ -24,6 +24,7 @@ inline bool run(const QString &program, const QStringList &arguments, Usage *usa
     for (const QString &argument : arguments)
         texts.push_back(argument.toStdString());
     std::vector<char *> pointers;
+    pointers.reserve(texts.size() + 1);
     for (std::string &text : texts)
         pointers.push_back(text.data());
     pointers.push_back(nullptr);
