@@ -8,6 +8,7 @@ set(AVELDORAN_FOLDERS
 set(AVELDORAN_PRIVATE_HEADERS
     channel/achannelinfo_walk.h
     core/atomicfile.h
+    core/boundeddom.h
     core/boundedxmlreader.h
     core/calibrationfile.h
     core/crc32.h
@@ -23,7 +24,7 @@ set(AVELDORAN_PRIVATE_HEADERS
     core/xmldocument.h
     core/xmltagguard.h
     datamanager/adatamanager_p.h
+    geo/waypoint.h
     datamanager/scanneddirectories.h
-    limit/boundeddom.h
     marker/aspectrummarkerlist_p.h
 )

@@ -7,8 +7,6 @@
 
 namespace {
 
-constexpr qint64 kMaxCharacters = qint64(1) << 29; // half of what one QString holds
-
 QString tr(const char *text)
 {
     return QCoreApplication::translate("AveldoranCore", text);
@@ -28,6 +26,23 @@ bool isGuarded(const QString &encoding, bool isWideText)
 }
 
 } // namespace
+
+QString xmlBoundText(XmlBound bound)
+{
+    switch (bound) {
+    case XmlBound::Depth:
+        return tr("Elements are nested more than %1 deep").arg(kMaxXmlDepth);
+    case XmlBound::Token:
+        return tr("A tag, comment or text is longer than %1 bytes").arg(kMaxXmlTokenBytes);
+    case XmlBound::Attributes:
+        return tr("A tag has more than %1 attributes").arg(kMaxXmlAttributes);
+    case XmlBound::Declarations:
+        return tr("Declarations inside a document type are not read");
+    case XmlBound::Characters:
+        return tr("The texts of the file are longer than %1 characters").arg(kMaxXmlCharacters);
+    }
+    return {};
+}
 
 // Hands on a file, and ends it where the current token has become too long or would cost too much.
 class BoundedXmlReader::Device : public QIODevice
@@ -80,20 +95,20 @@ bool BoundedXmlReader::readNext()
         return false;
     m_xml.readNext();
     if (m_device->finding() == XmlTagGuard::TooManyAttributes)
-        m_xml.raiseError(tr("A tag has more than %1 attributes").arg(kMaxXmlAttributes));
+        m_xml.raiseError(xmlBoundText(XmlBound::Attributes));
     else if (m_device->finding() == XmlTagGuard::Declarations)
-        m_xml.raiseError(tr("Declarations inside a document type are not read"));
+        m_xml.raiseError(xmlBoundText(XmlBound::Declarations));
     else if (m_device->isTokenTooLong())
-        m_xml.raiseError(tr("A tag, comment or text is longer than %1 bytes").arg(kMaxXmlTokenBytes));
+        m_xml.raiseError(xmlBoundText(XmlBound::Token));
     m_device->tokenEnds();
 
     if (m_xml.isStartDocument() && !isGuarded(m_xml.documentEncoding().toString(), m_device->isWideText()))
         m_xml.raiseError(tr("The encoding '%1' is not read").arg(m_xml.documentEncoding()));
     m_depth += m_xml.isStartElement() ? 1 : 0;
     if (m_depth > kMaxXmlDepth)
-        m_xml.raiseError(tr("Elements are nested more than %1 deep").arg(kMaxXmlDepth));
+        m_xml.raiseError(xmlBoundText(XmlBound::Depth));
     m_characters += m_xml.isCharacters() ? m_xml.text().size() : 0;
-    if (m_characters > kMaxCharacters)
-        m_xml.raiseError(tr("The texts of the file are longer than %1 characters").arg(kMaxCharacters));
+    if (m_characters > kMaxXmlCharacters)
+        m_xml.raiseError(xmlBoundText(XmlBound::Characters));
     return !m_xml.hasError();
 }

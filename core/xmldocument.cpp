@@ -180,6 +180,16 @@ void writeTree(QXmlStreamWriter *xml, const QDomNode &top)
     }
 }
 
+// Of the character at an index, in UTF-16 units; 0 if XML 1.0 can't hold it.
+int xmlCharacterLength(const QString &text, int at)
+{
+    const QChar c = text.at(at);
+    if (c.isHighSurrogate() && at + 1 < text.size() && text.at(at + 1).isLowSurrogate())
+        return 2;
+    const bool isBlank = c == QLatin1Char('\t') || c == QLatin1Char('\n') || c == QLatin1Char('\r');
+    return !c.isSurrogate() && c.unicode() < 0xfffe && (c.unicode() >= 0x20 || isBlank) ? 1 : 0;
+}
+
 } // namespace
 
 bool openRegularFile(QFile *file, QString *errorText)
@@ -253,17 +263,18 @@ QByteArray writeXmlDocument(const QDomDocument &document)
 QString xmlText(const QString &text)
 {
     QString result;
-    result.reserve(text.size());
-    for (int i = 0; i < text.size(); ++i) {
-        const QChar c = text.at(i);
-        if (c.isHighSurrogate() && i + 1 < text.size() && text.at(i + 1).isLowSurrogate()) {
-            result += c;
-            result += text.at(++i);
-        } else if (!c.isSurrogate() && c.unicode() < 0xfffe &&
-                   (c.unicode() >= 0x20 || c == QLatin1Char('\t') || c == QLatin1Char('\n') ||
-                    c == QLatin1Char('\r'))) {
-            result += c;
+    int from = 0; // what isn't copied yet
+    int at = 0;
+    while (at < text.size()) {
+        const int length = xmlCharacterLength(text, at);
+        if (length == 0) {
+            result += text.midRef(from, at - from);
+            from = at + 1;
         }
+        at += qMax(length, 1);
     }
+    if (from == 0)
+        return text;
+    result += text.midRef(from);
     return result;
 }

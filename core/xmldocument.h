@@ -6,7 +6,7 @@
 
 class QIODevice;
 
-// Reading and writing of the suite's XML files. Private to the libraries.
+// Reading and writing of the suite's XML files. Private to the two libraries; libaveldorandata has xmlText() of it.
 
 // Deepest element nesting that is read. Qt's DOM and the channel tree recurse over it, so it bounds their stacks.
 constexpr int kMaxXmlDepth = 1000;
@@ -31,5 +31,6 @@ QDomDocument readXmlDocument(QIODevice *device, XmlError *error);
 // attributes of each element by name: equal documents give equal bytes.
 QByteArray writeXmlDocument(const QDomDocument &document);
 
-// `text` without the characters that XML 1.0 can't hold, so that what is written can be read back.
+// `text` without the characters that XML 1.0 can't hold, so that what is written can be read back. Shares the data of a
+// text that has none.
 AVELDORAN_CORE_EXPORT QString xmlText(const QString &text);

@@ -1,7 +1,7 @@
 #include "limit/alimitmodel.h"
 
+#include "core/boundeddom.h"
 #include "core/xmldocument.h"
-#include "limit/boundeddom.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>

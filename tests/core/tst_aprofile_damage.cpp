@@ -261,6 +261,9 @@ void TestAProfileDamage::entitiesDoNotGrowWithoutBound_data()
     const QByteArray often = "<!DOCTYPE profile [<!ENTITY a \"" + QByteArray(4000, 'x') + "\">]>";
     QTest::newRow("named often") << often + "<profile id=\"p\"><label>" + repeated("&a;", 400000) +
                                         "</label></profile>";
+    QTest::newRow("behind an identifier that seems to end the document type")
+        << QByteArray(often).replace(" [", " SYSTEM \">\" [") + "<profile id=\"p\"><label>" + repeated("&a;", 400000) +
+               "</label></profile>";
     QTest::newRow("named often in attributes") << often + "<profile id=\"" + repeated("&a;", 400000) + "\"/>";
     QTest::newRow("named often in elements")
         << often + "<profile id=\"p\">" + repeated("<label>&a;</label>", 200000) + "</profile>";

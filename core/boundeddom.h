@@ -1,0 +1,22 @@
+#pragma once
+
+#include "core/aveldoranexport.h"
+
+#include <QtCore/QString>
+
+class QDomDocument;
+class QIODevice;
+
+struct DomError
+{
+    QString text;
+    int line = 0;
+    int column = 0;
+};
+
+// QDomDocument::setContent() without namespaces, with its results and its messages, for files of any content. It stops
+// with an error where elements are nested more than kMaxXmlDepth deep (core/xmldocument.h), on which Qt's parser and
+// DOM would overflow the stack, where the document type declares anything, which could multiply the file, and where a
+// token or all texts together are longer than BoundedXmlReader takes (core/boundedxmlreader.h). After an error the
+// document holds what stands before it. Opens a device that isn't open. Private to the two libraries.
+AVELDORAN_CORE_EXPORT bool setBoundedContent(QDomDocument *document, QIODevice *device, DomError *error);

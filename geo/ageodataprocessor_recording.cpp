@@ -1,0 +1,160 @@
+#include "geo/ageodataprocessor.h"
+
+#include "core/amdrdocument.h"
+#include "core/areplayprocessor.h"
+#include "core/asettings.h"
+#include "core/astoragelocation.h"
+#include "core/aveldorandevice.h"
+#include "core/emu.h"
+#include "geo/waypoint.h"
+
+#include <QtCore/QFile>
+#include <QtCore/QSettings>
+
+#include <algorithm>
+#include <cmath>
+
+namespace {
+
+ASweepProcessor::PeakSuppressionMode peakSuppressionMode(const QSettings &settings, const AVeldoranDevice *device)
+{
+    const auto isSet = [&settings](const char *key) {
+        return settings.value(QLatin1String("SweepProcessor/") + QLatin1String(key), false).toBool();
+    };
+    const bool knowsNoiseFloor = device && device->hasCapability(AVeldoranDevice::NoiseFloorSuppression);
+    if (isSet("PeakSuppressionCustom"))
+        return ASweepProcessor::SuppressionCustom;
+    if (isSet("PeakSuppressionNF") && knowsNoiseFloor)
+        return ASweepProcessor::SuppressionNF;
+    if (isSet("PeakSuppression20") && !knowsNoiseFloor)
+        return ASweepProcessor::Suppression20;
+    if (isSet("PeakSuppression10") && !knowsNoiseFloor)
+        return ASweepProcessor::Suppression10;
+    return ASweepProcessor::NoSuppression;
+}
+
+// A sweep without any has nothing to show, and an extreme that is the empty value.
+bool hasNumbers(const ASweep &sweep)
+{
+    return std::any_of(sweep.values.cbegin(), sweep.values.cend(),
+                       [](const AMeasurementValue &value) { return !std::isnan(value.level); });
+}
+
+AMeasurementValue averageOf(const QList<AMeasurementValue> &values, const emu_entry *averagingUnit,
+                            const emu_entry *unit)
+{
+    AMeasurementValue average = values.first().convertTo(averagingUnit);
+    for (auto value = values.cbegin() + 1; value != values.cend(); ++value)
+        average += value->convertTo(averagingUnit).level;
+    average.level /= static_cast<double>(values.size());
+    return average.convertTo(unit);
+}
+
+// The table stays open for the rows of the value.
+QString openBalloon(const AGeoData &record, float heading)
+{
+    const auto row = [](const char *format, float value, char form) {
+        return QString::fromLatin1(format).arg(static_cast<double>(value), 0, form, -1);
+    };
+    QString text = balloonOfTime(record.recordTime) +
+                   row("<tr><td>Latitude:</td><td>%1</td></tr>\n", record.latitude, 'f') +
+                   row("<tr><td>Longitude:</td><td>%1</td></tr>\n", record.longitude, 'f');
+    if (heading != 0.0F)
+        text += row("<tr><td>Compass Heading:</td><td>%1 &deg;</td></tr>\n", heading, 'g');
+    return text;
+}
+
+} // namespace
+
+bool AGeoDataProcessor::processMdrData(AMdrDocument *document)
+{
+    if (!document || document->sweepCount() < 1)
+        return false;
+    auto *replay = new AReplayProcessor(document, this, true);
+    const QSettings &settings = *ASettings::applicationSettings();
+
+    const QString file = settings.value(QStringLiteral("SweepProcessor/PeakSuppressionFile")).toString();
+    if (!file.isEmpty() && QFile::exists(AStorageLocation::dataFilename(file, true)))
+        replay->setPeakSuppression(file, true); // by its name: the processor resolves it itself
+    replay->setPeakSuppression(peakSuppressionMode(settings, replay->device()));
+
+    connect(replay, &AReplayProcessor::gpsData, this, &AGeoDataProcessor::addNmeaRecord);
+    connect(replay, &AReplayProcessor::sweepFinished, this, &AGeoDataProcessor::addSweep);
+    connect(replay, &AReplayProcessor::playbackStopped, this, &AGeoDataProcessor::mdrFinished);
+    replay->startPlayback(-1, false, -1, -1);
+    m_mdrRunning = true;
+    return true;
+}
+
+void AGeoDataProcessor::mdrFinished(bool status)
+{
+    m_mdrRunning = false;
+    Q_EMIT mdrProcessingFinished(status);
+}
+
+void AGeoDataProcessor::addSweep(ASweep &sweep)
+{
+    AGeoData record = sweep.geoData();
+    if (!record.isEmpty()) {
+        takeInNmeaRecord(&record);
+        sweep.setGeoData(record);
+    }
+    Q_EMIT sweepLoaded(sweep);
+    m_sweeps.append(sweep);
+}
+
+int AGeoDataProcessor::assignWaypoints(int tolerance)
+{
+    int positioned = 0;
+    const int count = m_sweeps.size();
+    for (int i = 0; i < count; ++i) {
+        Q_EMIT assigningSweepWaypoint(i, count);
+        ASweep &sweep = m_sweeps[i]; // only now: a receiver may have added one
+        const AGeoData record = sweep.geoData();
+        if (!record.isEmpty() && record.airPressure != 0.0F) {
+            ++positioned;
+            continue;
+        }
+        const AGeoData *waypoint = findWaypoint(sweep.startTime(), sweep.stopTime(), tolerance);
+        if (waypoint && (record.isEmpty() || waypoint->airPressure != 0.0F)) {
+            sweep.setGeoData(*waypoint);
+            ++positioned;
+        } else if (!record.isEmpty()) {
+            ++positioned;
+        }
+    }
+    return positioned;
+}
+
+void AGeoDataProcessor::processMeasurementData(const emu_entry *unit)
+{
+    if (m_sweeps.isEmpty() || m_sweeps.first().values.isEmpty())
+        return;
+    if (!unit)
+        unit = emu_find(m_sweeps.first().values.first().unit);
+    const emu_entry *averagingUnit = unit && unit->logarithmic ? emu_find(unit->linear) : unit;
+
+    for (const ASweep &sweep : qAsConst(m_sweeps)) {
+        KmlRelevantData entry;
+        entry.geoData = sweep.geoData();
+        if (entry.geoData.isEmpty() || !hasNumbers(sweep))
+            continue;
+        const AMeasurementValue maximum = sweep.maximum();
+        const AMeasurementValue minimum = sweep.minimum();
+        if (m_maximum.isEmpty() || maximum.level > m_maximum.level)
+            m_maximum = maximum;
+        if (m_minimum.isEmpty() || m_minimum.level > minimum.level)
+            m_minimum = minimum;
+
+        entry.average = averageOf(sweep.values, averagingUnit, unit);
+        entry.maximum = maximum.convertTo(unit);
+        entry.minimum = minimum.convertTo(unit);
+        entry.heading = static_cast<float>(entry.geoData.estimateHeading(true));
+        if (entry.geoData.recordName.isEmpty())
+            entry.geoData.recordName = isoText(entry.geoData.recordTime);
+        entry.geoData.description = openBalloon(entry.geoData, entry.heading);
+        m_kmlData.append(entry);
+    }
+    m_maximum = m_maximum.convertTo(unit);
+    m_minimum = m_minimum.convertTo(unit);
+}
