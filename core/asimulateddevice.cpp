@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <limits>
 #include <vector>
 
@@ -29,9 +30,12 @@ constexpr double kMetresPerDegree = 111195.0;
 constexpr double kHalfWidth = 1200.0;
 constexpr double kHalfHeight = 800.0;
 constexpr double kLapSeconds = 600.0;
+constexpr double kBesideTrack = 400.0; // metres up to which transmitters stand beside a track
 constexpr double kMeanAltitude = 353.0;
 constexpr double kHillHeight = 45.0;
+constexpr double kWalkingPace = 1.0; // metres a second, slower than in the town anywhere
 constexpr double kKnotsPerMetreSecond = 3600.0 / 1852.0;
+constexpr double kDegreesPerCircle = 360.0;
 constexpr double kCircle = 2.0 * 3.14159265358979323846;
 
 // What a number is made for, so that no two sorts share their randomness.
@@ -81,7 +85,7 @@ struct Place
     double altitude = 0.0;
 };
 
-Place placeAt(double seconds)
+Place townPlaceAt(double seconds)
 {
     const double angle = kCircle * seconds / kLapSeconds;
     return {kHalfWidth * std::sin(angle), kHalfHeight * std::sin(2.0 * angle),
@@ -97,8 +101,68 @@ float nmeaForm(double degrees)
 // The international standard atmosphere, in hectopascal.
 double pressureAt(double altitude)
 {
-    return 1013.25 * std::pow(1.0 - 2.25577e-5 * altitude, 5.25588);
+    return 1013.25 * std::pow(std::max(0.0, 1.0 - 2.25577e-5 * altitude), 5.25588);
 }
+
+// A track on a plane.
+class Track
+{
+public:
+    struct Stop
+    {
+        double seconds = 0.0;
+        Place place;
+        double heading = 0.0; // radians, of the way from here on; where the vehicle stands, of the way to here
+    };
+
+    bool isEmpty() const { return m_stops.empty(); }
+    double duration() const { return m_stops.empty() ? 0.0 : m_stops.back().seconds; }
+    void append(double seconds, const Place &place) { m_stops.push_back({seconds, place, 0.0}); }
+
+    void findHeadings()
+    {
+        const auto isMoving = [](const Place &from, const Place &to) {
+            return from.east != to.east || from.north != to.north;
+        };
+        double heading = 0.0;
+        std::size_t standing = 0; // those before the vehicle first moves
+        bool hasMoved = false;
+        for (std::size_t i = 0; i < m_stops.size(); ++i) {
+            if (i + 1 < m_stops.size() && isMoving(m_stops[i].place, m_stops[i + 1].place)) {
+                const Place &from = m_stops[i].place;
+                const Place &to = m_stops[i + 1].place;
+                heading = std::atan2(to.east - from.east, to.north - from.north);
+                for (; !hasMoved && standing < i; ++standing)
+                    m_stops[standing].heading = heading;
+                hasMoved = true;
+            }
+            m_stops[i].heading = heading;
+        }
+    }
+
+    Place placeAt(double seconds) const
+    {
+        const Stop &from = *stopBefore(seconds);
+        const Stop &to = *std::min(stopBefore(seconds) + 1, m_stops.end() - 1);
+        const double span = to.seconds - from.seconds;
+        const double part = span > 0.0 ? std::clamp((seconds - from.seconds) / span, 0.0, 1.0) : 0.0;
+        const auto between = [part](double a, double b) { return a + (b - a) * part; };
+        return {between(from.place.east, to.place.east), between(from.place.north, to.place.north),
+                between(from.place.altitude, to.place.altitude)};
+    }
+    double headingAt(double seconds) const { return stopBefore(seconds)->heading; }
+
+private:
+    // The last one at or before a time, the first one before that.
+    std::vector<Stop>::const_iterator stopBefore(double seconds) const
+    {
+        const auto after = std::upper_bound(m_stops.begin(), m_stops.end(), seconds,
+                                            [](double time, const Stop &stop) { return time < stop.seconds; });
+        return after == m_stops.begin() ? after : after - 1;
+    }
+
+    std::vector<Stop> m_stops; // in ascending time
+};
 
 } // namespace
 
@@ -114,6 +178,9 @@ struct ASimulatedDevice::Private
     int pointCount = 2;
     double noiseFloor = -105.0;
     QVector<Carrier> carriers;
+    Track track; // none in the town
+    double middleLatitude = kMiddleLatitude;
+    double middleLongitude = kMiddleLongitude;
     QDateTime beginTime = QDateTime(QDate(2024, 5, 17), QTime(8, 0), Qt::UTC);
     int sweepIntervalMs = 250;
 
@@ -126,6 +193,12 @@ struct ASimulatedDevice::Private
     double secondsAt(int number) const { return 1e-3 * sweepIntervalMs * number; }
     double span() const { return (end - begin).floatValue(AFrequency::Hz); }
     AFrequency frequencyOf(int point) const;
+    Place placeAt(double seconds) const { return track.isEmpty() ? townPlaceAt(seconds) : track.placeAt(seconds); }
+    double metresPerDegreeEast() const
+    {
+        constexpr double kLeast = 1e-3; // at the poles
+        return kMetresPerDegree * std::max(kLeast, std::cos(middleLatitude * kRadiansPerDegree));
+    }
     void chooseCarriers();
     double receivedLevel(int carrier, int number) const;
     void addCarrier(int carrier, int number, std::vector<double> *powers) const;
@@ -145,8 +218,14 @@ void ASimulatedDevice::Private::chooseCarriers()
         carrier.frequency = begin + hertz(span() * (i + 0.2 + 0.6 * chance(0)) / kCarrierCount);
         carrier.width = hertz(span() / 200.0 * (0.5 + chance(1)));
         carrier.level = -60.0 + 40.0 * chance(2);
-        carrier.east = 2.0 * kHalfWidth * (chance(3) - 0.5) * 1.5;
-        carrier.north = 2.0 * kHalfHeight * (chance(4) - 0.5) * 1.5;
+        if (track.isEmpty()) {
+            carrier.east = 2.0 * kHalfWidth * (chance(3) - 0.5) * 1.5;
+            carrier.north = 2.0 * kHalfHeight * (chance(4) - 0.5) * 1.5;
+        } else {
+            const Place passed = track.placeAt(track.duration() * chance(5));
+            carrier.east = passed.east + 2.0 * kBesideTrack * (chance(3) - 0.5);
+            carrier.north = passed.north + 2.0 * kBesideTrack * (chance(4) - 0.5);
+        }
         carriers.append(carrier);
     }
 }
@@ -292,6 +371,42 @@ void ASimulatedDevice::setBegin(const QDateTime &begin, int sweepIntervalMs)
     d->sweepIntervalMs = std::max(1, sweepIntervalMs);
 }
 
+void ASimulatedDevice::setTrack(const QVector<TrackPoint> &track)
+{
+    QVector<TrackPoint> points;
+    std::copy_if(track.begin(), track.end(), std::back_inserter(points), [](const TrackPoint &point) {
+        return std::isfinite(point.seconds) && std::isfinite(point.latitude) && std::isfinite(point.longitude) &&
+               std::isfinite(point.altitude);
+    });
+    d->track = Track();
+    d->middleLatitude = kMiddleLatitude;
+    d->middleLongitude = kMiddleLongitude;
+    if (!points.isEmpty()) {
+        double south = points.first().latitude;
+        double north = south;
+        double west = 0.0; // degrees from the first point
+        double east = 0.0;
+        const auto eastOfFirst = [first = points.first().longitude](const TrackPoint &point) {
+            return std::remainder(point.longitude - first, kDegreesPerCircle);
+        };
+        for (const TrackPoint &point : qAsConst(points)) {
+            south = std::min(south, point.latitude);
+            north = std::max(north, point.latitude);
+            west = std::min(west, eastOfFirst(point));
+            east = std::max(east, eastOfFirst(point));
+        }
+        const double middleEast = (west + east) / 2.0;
+        d->middleLatitude = (south + north) / 2.0;
+        d->middleLongitude = points.first().longitude + middleEast;
+        for (const TrackPoint &point : qAsConst(points)) {
+            d->track.append(point.seconds, {(eastOfFirst(point) - middleEast) * d->metresPerDegreeEast(),
+                                            (point.latitude - d->middleLatitude) * kMetresPerDegree, point.altitude});
+        }
+        d->track.findHeadings();
+    }
+    d->chooseCarriers();
+}
+
 ASweep ASimulatedDevice::sweep(int number) const
 {
     const int sweepNumber = std::max(0, number);
@@ -322,30 +437,33 @@ AGeoData ASimulatedDevice::position(int number) const
     constexpr double kStep = 0.5; // seconds
     const int sweepNumber = std::max(0, number);
     const double seconds = d->secondsAt(sweepNumber) + 1e-3 * (d->sweepIntervalMs - 1);
-    const Place place = placeAt(seconds);
-    const Place before = placeAt(seconds - kStep);
-    const Place after = placeAt(seconds + kStep);
+    const Place place = d->placeAt(seconds);
+    const Place before = d->placeAt(seconds - kStep);
+    const Place after = d->placeAt(seconds + kStep);
     const double east = (after.east - before.east) / (2.0 * kStep);
     const double north = (after.north - before.north) / (2.0 * kStep);
     const double up = (after.altitude - before.altitude) / (2.0 * kStep);
     const double speed = std::hypot(east, north);
     const auto turnRate = [&](const Place &from, const Place &through, const Place &to) {
+        if ((from.east == through.east && from.north == through.north) ||
+            (through.east == to.east && through.north == to.north))
+            return 0.0; // one that stands doesn't turn
         const double first = std::atan2(through.east - from.east, through.north - from.north);
         const double second = std::atan2(to.east - through.east, to.north - through.north);
         return std::remainder(second - first, kCircle) / kStep;
     };
 
     Orientation orientation;
-    orientation.heading = std::atan2(east, north);
-    orientation.pitch = std::atan2(up, speed);
+    orientation.heading = speed == 0.0 && !d->track.isEmpty() ? d->track.headingAt(seconds) : std::atan2(east, north);
+    orientation.pitch = std::atan2(up, std::max(kWalkingPace, speed)); // a track's altitude may drift while it stands
     const double rotation = turnRate(before, place, after);
     orientation.roll = -0.2 * std::atan(rotation * speed / 9.81); // a car leans out of a bend
 
     AGeoData data;
     data.recordTime = d->timeOf(sweepNumber).addMSecs(d->sweepIntervalMs - 1);
-    data.latitude = nmeaForm(kMiddleLatitude + place.north / kMetresPerDegree);
+    data.latitude = nmeaForm(d->middleLatitude + place.north / kMetresPerDegree);
     data.longitude =
-        nmeaForm(kMiddleLongitude + place.east / (kMetresPerDegree * std::cos(kMiddleLatitude * kRadiansPerDegree)));
+        nmeaForm(std::remainder(d->middleLongitude + place.east / d->metresPerDegreeEast(), kDegreesPerCircle));
     data.fix = 1;
     data.speed = static_cast<float>(speed * kKnotsPerMetreSecond);
     const double course = orientation.heading / kRadiansPerDegree;

@@ -10,9 +10,9 @@
 
 #include <memory>
 
-// A spectrum analyser that is driven around a town, without hardware: a noise floor, and the carriers of transmitters
-// that stand along the way and fade as the vehicle moves. What it measures depends on the seed, the set-up and the
-// number of the sweep alone, so that a demonstration or a test can be repeated.
+// A spectrum analyser that is driven around a town, or along a track, without hardware: a noise floor, and the carriers
+// of transmitters that stand along the way and fade as the vehicle moves. What it measures depends on the seed, the
+// set-up and the number of the sweep alone, so that a demonstration or a test can be repeated.
 class AVELDORAN_CORE_EXPORT ASimulatedDevice : public ASweepProcessor, public AVeldoranDevice
 {
     Q_OBJECT
@@ -25,6 +25,14 @@ public:
         double level = 0.0; // dBm, at a distance of 100 m
         double east = 0.0;  // where the transmitter stands: metres from the middle of the drive
         double north = 0.0;
+    };
+
+    struct TrackPoint
+    {
+        double seconds = 0.0; // from the begin of sweep 0 on
+        double latitude = 0.0;
+        double longitude = 0.0; // both in decimal degrees
+        double altitude = 0.0;  // metres
     };
 
     // 501 points from 87.5 MHz to 108 MHz, a noise floor of -105 dBm, 8 carriers, and four sweeps a second from
@@ -52,6 +60,11 @@ public:
     void setCarriers(const QVector<Carrier> &carriers);
     QVector<Carrier> carriers() const;
     void setBegin(const QDateTime &begin, int sweepIntervalMs); // of sweep 0; an interval below 1 counts as 1
+
+    // Drives along a track, straight from point to point, instead of around the town; before the first and behind the
+    // last point the vehicle stands. The points are in ascending time, those that are not finite are passed over. The
+    // carriers are chosen anew, along the track. Without points it is the town again.
+    void setTrack(const QVector<TrackPoint> &track);
 
     // The sweep of a number from 0 on, in dBm, with its times and its position record. Nothing is suppressed in it.
     ASweep sweep(int number) const;

@@ -29,6 +29,13 @@ private Q_SLOTS:
     void theVehicleMovesWhereItHeads();
     void theDriveIsClosed();
     void tiltAndRotationAreThoseOfACar();
+    void followsATrack();
+    void standsBeforeAndBehindATrack();
+    void aTrackMayCrossTheDateLine();
+    void headsOnWhereItStands();
+    void transmittersStandAlongATrack();
+    void passesOverPointsThatAreNotFinite();
+    void withoutPointsItIsTheTownAgain();
     void deliversPositionsAndSweepsInOrder();
     void runsUntilItIsStopped();
     void aReceiverMayStopRestartOrDelete();
@@ -280,6 +287,136 @@ void TestASimulatedDevice::tiltAndRotationAreThoseOfACar()
     }
     QVERIFY(highestPitch > 0.5F);
     QVERIFY(highestRotation > 0.5F && highestRotation < 45.0F);
+}
+
+namespace {
+
+// 600 m to the east in a minute, a minute of rest, 600 m to the north in a minute.
+QVector<ASimulatedDevice::TrackPoint> track()
+{
+    constexpr double kNorth = 600.0 / 111195.0;
+    const double kEast = kNorth / std::cos(46.0 * 3.14159265358979323846 / 180.0);
+    return {{10.0, 46.0, 14.0, 300.0},
+            {70.0, 46.0, 14.0 + kEast, 330.0},
+            {130.0, 46.0, 14.0 + kEast, 330.0},
+            {190.0, 46.0 + kNorth, 14.0 + kEast, 330.0}};
+}
+
+bool isAt(const AGeoData &record, double latitude, double longitude)
+{
+    const auto degrees = [&](float nmeaForm) {
+        return record.convertNmeaLatLonToDecimal(static_cast<double>(nmeaForm));
+    };
+    constexpr double kFloatMetres = 2e-5; // degrees
+    return std::abs(degrees(record.latitude) - latitude) < kFloatMetres &&
+           std::abs(degrees(record.longitude) - longitude) < kFloatMetres;
+}
+
+} // namespace
+
+void TestASimulatedDevice::followsATrack()
+{
+    ASimulatedDevice device;
+    device.setBegin(utc(2024, 5, 17, 8, 0, 0), 1000);
+    const auto points = track();
+    device.setTrack(points);
+    const AGeoData halfway = device.position(39); // at the end of the sweep, 39.999 s
+    QVERIFY(isAt(halfway, 46.0, (points.at(0).longitude + points.at(1).longitude) / 2.0));
+    QVERIFY(std::abs(halfway.altitude - 315.0F) < 0.01F);
+    QVERIFY(std::abs(halfway.speed - 10.0F / 1852.0F * 3600.0F) < 0.01F);
+    QVERIFY(std::abs(halfway.course - 90.0F) < 0.01F);
+    QVERIFY(std::abs(std::remainder(halfway.estimateHeading(true) - 90.0, 360.0)) < 0.01);
+    QVERIFY(std::abs(halfway.convertTiltToDegree().x() - std::atan(0.05) * 180.0 / 3.14159265358979323846) < 0.01);
+    QCOMPARE(halfway.gyroscope[2], 0.0F);
+    const AGeoData later = device.position(159);
+    QVERIFY(isAt(later, (points.at(2).latitude + points.at(3).latitude) / 2.0, points.at(3).longitude));
+    QVERIFY(std::abs(std::remainder(static_cast<double>(later.course), 360.0)) < 0.01);
+    QVERIFY(device.sweep(159).geoData() == later);
+}
+
+void TestASimulatedDevice::standsBeforeAndBehindATrack()
+{
+    ASimulatedDevice device;
+    device.setBegin(utc(2024, 5, 17, 8, 0, 0), 1000);
+    const auto points = track();
+    device.setTrack(points);
+    for (const int number : {0, 8}) {
+        QVERIFY(isAt(device.position(number), points.first().latitude, points.first().longitude));
+        QCOMPARE(device.position(number).speed, 0.0F);
+    }
+    QVERIFY(isAt(device.position(100000), points.last().latitude, points.last().longitude));
+    device.setTrack({points.at(1)});
+    for (const int number : {0, 69, 70, 5000})
+        QVERIFY(isAt(device.position(number), points.at(1).latitude, points.at(1).longitude));
+}
+
+void TestASimulatedDevice::aTrackMayCrossTheDateLine()
+{
+    ASimulatedDevice device;
+    device.setBegin(utc(2024, 5, 17, 8, 0, 0), 1000);
+    device.setTrack({{0.0, -17.0, 179.99, 5.0}, {100.0, -17.0, -179.97, 5.0}});
+    QVERIFY(isAt(device.position(0), -17.0, 179.9904));
+    QVERIFY(isAt(device.position(74), -17.0, -179.98));
+    QVERIFY(std::abs(device.position(50).course - 90.0F) < 0.01F);
+    QVERIFY(device.position(50).speed < 100.0F); // not around the globe
+}
+
+void TestASimulatedDevice::headsOnWhereItStands()
+{
+    ASimulatedDevice device;
+    device.setBegin(utc(2024, 5, 17, 8, 0, 0), 1000);
+    device.setTrack(track());
+    for (const int number : {0, 5, 75, 100, 125}) {
+        const AGeoData standing = device.position(number);
+        QCOMPARE(standing.speed, 0.0F);
+        QVERIFY(std::abs(std::remainder(standing.estimateHeading(true) - 90.0, 360.0)) < 0.01);
+        QCOMPARE(standing.gyroscope[2], 0.0F);
+        QVERIFY(std::abs(standing.convertTiltToDegree().x()) < 0.01F);
+    }
+    QVERIFY(std::abs(std::remainder(device.position(500).estimateHeading(true), 360.0)) < 0.01);
+}
+
+void TestASimulatedDevice::transmittersStandAlongATrack()
+{
+    ASimulatedDevice device;
+    const auto inTown = device.carriers();
+    device.setTrack(track());
+    QCOMPARE(device.carriers().size(), inTown.size());
+    for (const ASimulatedDevice::Carrier &carrier : device.carriers()) { // its middle is 300 m from its ends
+        QVERIFY(std::abs(carrier.east) <= 700.0);
+        QVERIFY(std::abs(carrier.north) <= 700.0);
+    }
+    QVERIFY(device.carriers().first().east != inTown.first().east);
+    ASimulatedDevice same;
+    same.setTrack(track());
+    QVERIFY(same.sweep(50).values == device.sweep(50).values);
+}
+
+void TestASimulatedDevice::passesOverPointsThatAreNotFinite()
+{
+    ASimulatedDevice device;
+    ASimulatedDevice same;
+    const double infinity = std::numeric_limits<double>::infinity();
+    auto points = track();
+    device.setTrack(points);
+    points.insert(2, {100.0, std::nan(""), 14.0, 300.0});
+    points.insert(1, {20.0, 46.0, infinity, 300.0});
+    points.prepend({-infinity, 46.0, 14.0, 300.0});
+    points.append({200.0, 46.0, 14.0, std::nan("")});
+    same.setTrack(points);
+    for (int number = 0; number < 800; number += 37)
+        QVERIFY(device.position(number) == same.position(number));
+}
+
+void TestASimulatedDevice::withoutPointsItIsTheTownAgain()
+{
+    const ASimulatedDevice fresh;
+    ASimulatedDevice device;
+    device.setTrack(track());
+    QVERIFY(!(device.position(5) == fresh.position(5)));
+    device.setTrack({});
+    QVERIFY(device.position(5) == fresh.position(5));
+    QVERIFY(device.sweep(5).values == fresh.sweep(5).values);
 }
 
 void TestASimulatedDevice::deliversPositionsAndSweepsInOrder()
