@@ -50,8 +50,8 @@ enum Purpose : quint32
 // A number from 0 to below 1 that depends on its arguments alone.
 double uniform(quint64 seed, Purpose purpose, quint32 a, quint32 b) noexcept
 {
-    quint64 x = seed << 32 ^ quint64(purpose) << 28 ^ a;
-    for (const quint64 word : {quint64(b), Q_UINT64_C(0x9e3779b97f4a7c15)}) {
+    quint64 x = seed << 32 ^ quint64(purpose) << 28;
+    for (const quint64 word : {quint64(a), quint64(b)}) { // each scrambled by itself, or a ^ b alone would count
         x = (x ^ word) + Q_UINT64_C(0x9e3779b97f4a7c15);
         x = (x ^ (x >> 30)) * Q_UINT64_C(0xbf58476d1ce4e5b9);
         x = (x ^ (x >> 27)) * Q_UINT64_C(0x94d049bb133111eb);

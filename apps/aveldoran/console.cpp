@@ -4,8 +4,10 @@
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QCoreApplication>
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QtDebug>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
@@ -52,6 +54,27 @@ void progress(const QString &text)
     std::fprintf(stderr, "\r\033[K%s", oneLine(text).toLocal8Bit().constData());
     std::fflush(stderr);
     progressIsShown = true;
+}
+
+void progressBar(const QString &text, qint64 done, qint64 total)
+{
+    constexpr int kWidth = 30;
+    constexpr int kPauseMs = 100;
+    static const bool isTerminal = isatty(STDERR_FILENO) != 0;
+    static QElapsedTimer shown;
+    if (!isTerminal || (shown.isValid() && shown.elapsed() < kPauseMs))
+        return;
+    shown.start();
+    const double part = total > 0 ? std::clamp(static_cast<double>(done) / static_cast<double>(total), 0.0, 1.0) : 0.0;
+    const QString bar =
+        QString(static_cast<int>(part * kWidth), QLatin1Char('#')).leftJustified(kWidth, QLatin1Char('.'));
+    progress(QStringLiteral("%1 [%2] %3 %").arg(text, bar, QString::number(static_cast<int>(part * 100.0))));
+}
+
+void remark(const QString &text)
+{
+    clearProgress();
+    std::fprintf(stderr, "%s\n", text.toLocal8Bit().constData());
 }
 
 void clearProgress()

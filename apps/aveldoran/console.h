@@ -16,7 +16,12 @@ bool hasWarned();
 
 // A passing line on standard error, shown on a terminal only; the next one or an error replaces it.
 void progress(const QString &text);
+// The same with a bar, at most ten times a second.
+void progressBar(const QString &text, qint64 done, qint64 total);
 void clearProgress();
+
+// A line on standard error that is no error.
+void remark(const QString &text);
 
 // Standard output in UTF-8. False from finish() if any of it could not be written, which it then reports.
 void write(const QString &text);

@@ -20,9 +20,12 @@ struct Command
 constexpr Command kCommands[] = {
     {"calibration", "list calibration objects with their gains, and draw them", runCalibration},
     {"channels", "build a channel plan from profile files and print it", runChannels},
+    {"drive", "draw the recording of a measurement drive as a KML document", runDrive},
     {"limits", "print limit lines, draw them, and check a trace against them", runLimits},
     {"logo", "compose the boot logo of a device", runLogo},
     {"markers", "set markers on a trace and print what they read", runMarkers},
+    {"record", "record a drive along a track", runRecord},
+    {"waypoints", "print what position files hold", runWaypoints},
 };
 
 QString usage()

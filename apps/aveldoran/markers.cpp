@@ -1,5 +1,6 @@
 #include "apps/aveldoran/commands.h"
 #include "apps/aveldoran/console.h"
+#include "apps/aveldoran/options.h"
 #include "apps/aveldoran/plantext.h"
 #include "apps/aveldoran/plot.h"
 #include "apps/aveldoran/tracefile.h"
@@ -17,6 +18,8 @@
 #include <limits>
 
 namespace {
+
+constexpr char kCommand[] = "markers";
 
 constexpr int kTrace = 0; // the one that the markers sit on
 constexpr int kMaxPeakMarkers = 100;
@@ -36,31 +39,6 @@ struct Options
     QString picture;
     QString traceFile;
 };
-
-// The number of an option from `least` to `most`; what is not given is left as it is.
-bool readCount(const QCommandLineParser &parser, const QCommandLineOption &option, int least, int most, int *count)
-{
-    if (!parser.isSet(option))
-        return true;
-    bool ok = false;
-    const int value = parser.value(option).toInt(&ok);
-    if (ok && value >= least && value <= most) {
-        *count = value;
-        return true;
-    }
-    Console::error(
-        QStringLiteral("markers: --%1 expects a number from %2 to %3, not '%4'")
-            .arg(option.names().constFirst(), QString::number(least), QString::number(most), parser.value(option)));
-    return false;
-}
-
-bool readFrequencyOption(const QString &name, const QString &text, AFrequency *frequency)
-{
-    if (readFrequency(text.trimmed().toUtf8(), AFrequency::Hz, frequency))
-        return true;
-    Console::error(QStringLiteral("markers: --%1 expects a frequency such as '100 MHz', not '%2'").arg(name, text));
-    return false;
-}
 
 bool readOptions(const QStringList &arguments, Options *options, int *exitStatus)
 {
@@ -101,8 +79,8 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
     options->traceFile = parser.positionalArguments().constFirst();
     const bool isDefault = !parser.isSet(max) && !parser.isSet(min) && !parser.isSet(at);
     options->maxima = isDefault ? kDefaultMaxima : 0;
-    if (!readCount(parser, max, 0, kMaxPeakMarkers, &options->maxima) ||
-        !readCount(parser, min, 0, kMaxPeakMarkers, &options->minima))
+    if (!readNumberOption(parser, kCommand, max.names().constFirst(), 0, kMaxPeakMarkers, &options->maxima) ||
+        !readNumberOption(parser, kCommand, min.names().constFirst(), 0, kMaxPeakMarkers, &options->minima))
         return false;
 
     const QStringList frequencies = parser.values(at);
@@ -112,12 +90,11 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
     }
     for (const QString &text : frequencies) {
         AFrequency target;
-        if (!readFrequencyOption(QStringLiteral("at"), text, &target))
+        if (!readFrequencyOption(kCommand, QStringLiteral("at"), text, &target))
             return false;
         options->frequencies.append(target);
     }
-    if (parser.isSet(spacing) &&
-        !readFrequencyOption(QStringLiteral("spacing"), parser.value(spacing), &options->spacing))
+    if (!readFrequencyOption(parser, kCommand, QStringLiteral("spacing"), &options->spacing))
         return false;
 
     const int count = options->maxima + options->minima + options->frequencies.size();
@@ -125,7 +102,7 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
         Console::error(QStringLiteral("markers: no marker is asked for"));
         return false;
     }
-    if (!readCount(parser, reference, 1, count, &options->reference))
+    if (!readNumberOption(parser, kCommand, reference.names().constFirst(), 1, count, &options->reference))
         return false;
 
     const QString formatName = parser.value(format);

@@ -50,25 +50,6 @@ QByteArray plainUnit(QByteArray text)
     return text;
 }
 
-// -1 if there is no such unit.
-int unitId(const QByteArray &text)
-{
-    const QByteArray plain = plainUnit(text);
-    for (int id = 0; id < kUnitCount; ++id) {
-        if (plain == plainUnit(QString::fromUcs4(emu_find(id)->name).toUtf8()))
-            return id;
-    }
-    return -1;
-}
-
-QString unitNames()
-{
-    QStringList names;
-    for (int id = 0; id < kUnitCount; ++id)
-        names += QString::fromUcs4(emu_find(id)->name);
-    return names.join(QLatin1String(", "));
-}
-
 // What stands between quotes is one field whatever it holds. Blanks around fields don't count, nor empty fields behind
 // the last one.
 Fields split(const QByteArray &line, char separator)
@@ -272,6 +253,24 @@ private:
 };
 
 } // namespace
+
+int unitId(const QByteArray &text)
+{
+    const QByteArray plain = plainUnit(text);
+    for (int id = 0; id < kUnitCount; ++id) {
+        if (plain == plainUnit(QString::fromUcs4(emu_find(id)->name).toUtf8()))
+            return id;
+    }
+    return -1;
+}
+
+QString unitNames()
+{
+    QStringList names;
+    for (int id = 0; id < kUnitCount; ++id)
+        names += QString::fromUcs4(emu_find(id)->name);
+    return names.join(QLatin1String(", "));
+}
 
 bool readFrequency(const QByteArray &text, AFrequency::Unit unitOfNumbers, AFrequency *frequency)
 {

@@ -26,3 +26,7 @@ bool readTrace(QIODevice *device, Trace *trace, QString *errorText);
 
 // "88.5 MHz", or a number in `unit`: 0 or more. False for what is none, *frequency is then undefined.
 bool readFrequency(const QByteArray &text, AFrequency::Unit unit, AFrequency *frequency);
+
+// The id of the unit that a symbol such as "dBm", "dBµV" or "dBuV" names, -1 if it names none; and all symbols.
+int unitId(const QByteArray &text);
+QString unitNames();

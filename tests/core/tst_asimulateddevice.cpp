@@ -22,6 +22,7 @@ private Q_SLOTS:
     void pointsCoverTheRange_data();
     void pointsCoverTheRange();
     void withoutCarriersTheNoiseLiesAtTheFloor();
+    void noiseDiffersFromSweepToSweep();
     void aCarrierStandsAtItsFrequencyWithItsWidth();
     void carriersFadeAlongTheDrive();
     void aCarrierFarOutOfTheRangeIsNotSeen();
@@ -183,6 +184,20 @@ void TestASimulatedDevice::withoutCarriersTheNoiseLiesAtTheFloor()
     QVERIFY(std::abs(10.0 * std::log10(sum / values.size()) + 90.0) < 0.1);
     QVERIFY(highest > -88.0 && highest < -80.0);
     QVERIFY(lowest < -95.0 && lowest > -130.0);
+}
+
+void TestASimulatedDevice::noiseDiffersFromSweepToSweep()
+{
+    ASimulatedDevice device(3);
+    device.setCarriers({});
+    QVector<double> levels;
+    for (int number = 0; number < 16; ++number) {
+        const ASweep sweep = device.sweep(number);
+        for (const AMeasurementValue &value : sweep.values)
+            levels.append(value.level);
+    }
+    std::sort(levels.begin(), levels.end());
+    QCOMPARE(std::adjacent_find(levels.cbegin(), levels.cend()), levels.cend());
 }
 
 void TestASimulatedDevice::aCarrierStandsAtItsFrequencyWithItsWidth()

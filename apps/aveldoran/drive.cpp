@@ -1,0 +1,411 @@
+#include "apps/aveldoran/commands.h"
+#include "apps/aveldoran/console.h"
+#include "apps/aveldoran/driveprocessor.h"
+#include "apps/aveldoran/options.h"
+#include "apps/aveldoran/plantext.h"
+#include "apps/aveldoran/tracefile.h"
+
+#include <core/amdrdocument.h>
+#include <core/emu.h>
+#include <geo/kmlwriter.h>
+
+#include <QtCore/QCommandLineParser>
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
+#include <QtCore/QSaveFile>
+#include <QtXml/QDomDocument>
+
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+
+namespace {
+
+constexpr char kCommand[] = "drive";
+constexpr int kMaxElevationMetres = 100000;
+constexpr int kDayMs = 24 * 3600 * 1000;
+
+// What a name of the command line stands for in the flags of AGeoDataProcessor::toKml().
+struct Sensor
+{
+    const char *name;
+    unsigned int flag;
+    QStringList paths; // without the tilt, which comes with two of them
+};
+
+const QVector<Sensor> &sensors()
+{
+    static const QVector<Sensor> all = {
+        {"compass", 2, {QStringLiteral("Compass Heading")}},
+        {"gyro", 1, {QStringLiteral("Gyro X-Axis"), QStringLiteral("Gyro Y-Axis"), QStringLiteral("Gyro Z-Axis")}},
+        {"pressure", 4, {QStringLiteral("Air Pressure")}},
+    };
+    return all;
+}
+
+struct Label
+{
+    const char *name;
+    int flags;
+};
+
+constexpr Label kLabels[] = {{"name", 1}, {"time", 2}, {"value", 1 | 1 << 10}, {"none", 0}};
+
+struct Options
+{
+    QString recording;
+    QStringList gpx;
+    QStringList nmea;
+    const emu_entry *unit = nullptr; // null: that of the recording
+    int elevationMetres = 200;
+    int toleranceMs = 1000;
+    int labelFlags = 1;
+    bool withBalloons = true;
+    bool withGpsTrack = true;
+    bool withTimeTrack = false;
+    bool absoluteAltitude = false;
+    unsigned int sensorFlags = 0;
+    QString output;
+};
+
+// --- the command line ---
+
+bool readSensors(const QString &names, unsigned int *flags)
+{
+    const QStringList list = names.split(QLatin1Char(','));
+    for (const QString &name : list) {
+        const auto sensor = std::find_if(sensors().begin(), sensors().end(), [&name](const Sensor &known) {
+            return name.trimmed() == QLatin1String(known.name);
+        });
+        if (sensor == sensors().end()) {
+            Console::error(
+                QStringLiteral("drive: --sensors expects compass, gyro, pressure or several of them, not '%1'")
+                    .arg(names));
+            return false;
+        }
+        *flags |= sensor->flag;
+    }
+    return true;
+}
+
+bool readLabels(const QString &name, int *flags)
+{
+    const auto *label = std::find_if(std::begin(kLabels), std::end(kLabels),
+                                     [&name](const Label &known) { return name == QLatin1String(known.name); });
+    if (label == std::end(kLabels)) {
+        Console::error(QStringLiteral("drive: --labels expects name, time, value or none, not '%1'").arg(name));
+        return false;
+    }
+    *flags = label->flags;
+    return true;
+}
+
+bool readUnit(const QString &name, const emu_entry **unit)
+{
+    *unit = emu_find(unitId(name.toUtf8()));
+    if (!*unit)
+        Console::error(QStringLiteral("drive: --unit expects one of %1, not '%2'").arg(unitNames(), name));
+    return *unit;
+}
+
+bool readOptions(const QStringList &arguments, Options *options, int *exitStatus)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral(
+        "Draws the recording of a measurement drive as a KML document: the way of the vehicle, and along it the "
+        "maximum,\n"
+        "average and minimum of each sweep as curtains whose height shows the level. A sweep without a position of "
+        "its\n"
+        "own takes that of the waypoint of its time, from GPX files, NMEA logs or the recording. The document goes to\n"
+        "standard output if no file is named, and what it holds is told: on standard output after a file, else on\n"
+        "standard error.\n\n"
+        "Example: aveldoran drive drive.mdr --gpx examples/data/drives/valley-road.gpx --output drive.kml"));
+    const QString file = QStringLiteral("FILE");
+    const QCommandLineOption nmea(QStringLiteral("nmea"),
+                                  QStringLiteral("An NMEA log with waypoints of the drive; may be repeated."), file);
+    const QCommandLineOption gpx(QStringLiteral("gpx"),
+                                 QStringLiteral("A GPX file with waypoints of the drive; may be repeated."), file);
+    const QCommandLineOption unit(QStringLiteral("unit"),
+                                  QStringLiteral("Show levels in this unit, such as dBuV; if not given in their own."),
+                                  QStringLiteral("UNIT"));
+    const QCommandLineOption elevation(
+        QStringLiteral("elevation"),
+        QStringLiteral(
+            "How high the highest level is drawn, in metres, %1 if not given; 0 draws all at the altitude of "
+            "the vehicle.")
+            .arg(options->elevationMetres),
+        QStringLiteral("M"));
+    const QCommandLineOption tolerance(
+        QStringLiteral("tolerance"),
+        QStringLiteral("How far a waypoint may lie from the time of its sweep, %1 if not given.")
+            .arg(options->toleranceMs),
+        QStringLiteral("MS"));
+    const QCommandLineOption labels(
+        QStringLiteral("labels"),
+        QStringLiteral("Call the points by their name, time or value, or by none; name if not given."),
+        QStringLiteral("KIND"));
+    const QCommandLineOption noBalloons(QStringLiteral("no-balloons"),
+                                        QStringLiteral("Draw the curtains without a point for each sweep."));
+    const QCommandLineOption noGpsTrack(QStringLiteral("no-gps-track"),
+                                        QStringLiteral("Leave the way of the vehicle out."));
+    const QCommandLineOption absolute(
+        QStringLiteral("absolute-altitude"),
+        QStringLiteral("Draw the way of the vehicle at its altitude, not on the ground."));
+    const QCommandLineOption timeTrack(QStringLiteral("time-track"),
+                                       QStringLiteral("Add tracks with times, which a viewer can play."));
+    const QCommandLineOption sensorNames(
+        QStringLiteral("sensors"),
+        QStringLiteral("Draw what these sensors said along the way: compass, gyro, pressure, with commas between."),
+        QStringLiteral("LIST"));
+    const QCommandLineOption output(
+        QStringLiteral("output"), QStringLiteral("The document; a file of that name is replaced when it is complete."),
+        QStringLiteral("FILE.kml"));
+    parser.addOptions({nmea, gpx, unit, elevation, tolerance, labels, noBalloons, noGpsTrack, absolute, timeTrack,
+                       sensorNames, output});
+    parser.addPositionalArgument(QStringLiteral("RECORDING"), QStringLiteral("The recording of the drive."));
+    if (!Console::parse(&parser, arguments, exitStatus))
+        return false;
+
+    *exitStatus = ExitUsage;
+    if (parser.positionalArguments().size() != 1) {
+        Console::error(
+            QStringLiteral("drive: expected one recording, found %1").arg(parser.positionalArguments().size()));
+        return false;
+    }
+    options->recording = parser.positionalArguments().constFirst();
+    options->gpx = parser.values(gpx);
+    options->nmea = parser.values(nmea);
+    options->withBalloons = !parser.isSet(noBalloons);
+    options->withGpsTrack = !parser.isSet(noGpsTrack);
+    options->withTimeTrack = parser.isSet(timeTrack);
+    options->absoluteAltitude = parser.isSet(absolute);
+    const QStringList inputs = QStringList(options->recording) + options->gpx + options->nmea;
+    if (!readNumberOption(parser, kCommand, QStringLiteral("elevation"), 0, kMaxElevationMetres,
+                          &options->elevationMetres) ||
+        !readNumberOption(parser, kCommand, QStringLiteral("tolerance"), 0, kDayMs, &options->toleranceMs) ||
+        !readOutputOption(parser, kCommand, QStringLiteral("output"), inputs, &options->output) ||
+        (parser.isSet(unit) && !readUnit(parser.value(unit), &options->unit)) ||
+        (parser.isSet(labels) && !readLabels(parser.value(labels), &options->labelFlags)) ||
+        (parser.isSet(sensorNames) && !readSensors(parser.value(sensorNames), &options->sensorFlags)))
+        return false;
+    if (parser.isSet(output) && !options->output.endsWith(QLatin1String(".kml"), Qt::CaseInsensitive)) {
+        Console::error(QStringLiteral("drive: --output expects the name of a KML file, not '%1'").arg(options->output));
+        return false;
+    }
+    return true;
+}
+
+// --- reading ---
+
+// False if nothing of the recording is there to go on with.
+bool loadRecording(const QString &fileName, AMdrDocument *document, bool *complete)
+{
+    Console::progress(QStringLiteral("reading %1").arg(fileName));
+    QString errorText;
+    const bool isWhole = document->load(fileName, &errorText);
+    Console::clearProgress();
+    *complete = isWhole;
+    if (!isWhole)
+        Console::error(QStringLiteral("%1: %2").arg(fileName, errorText));
+    if (document->sweepCount() > 0)
+        return true;
+    if (isWhole || document->recordCount() > 0)
+        Console::error(QStringLiteral("%1: no sweeps in this recording").arg(fileName));
+    return false;
+}
+
+// False if a file gave nothing: what would be drawn without it is not what was asked for.
+bool readWaypoints(const Options &options, DriveProcessor *processor, bool *complete)
+{
+    const auto readAll = [&](const QStringList &files, DriveProcessor::Format format) {
+        return std::all_of(files.begin(), files.end(), [&](const QString &file) {
+            const DriveProcessor::Source source = processor->read(file, format);
+            if (!source.errorText.isEmpty()) {
+                Console::error(source.errorText);
+                *complete = false;
+            }
+            return source.waypoints > 0;
+        });
+    };
+    return readAll(options.gpx, DriveProcessor::Gpx) && readAll(options.nmea, DriveProcessor::Nmea);
+}
+
+// --- measured points ---
+
+bool fail(const Options &options, const QString &text)
+{
+    Console::error(QStringLiteral("%1: %2").arg(options.recording, text));
+    return false;
+}
+
+// The unit to show, null if it can't be. Of the recording it is that of the first point.
+const emu_entry *chooseUnit(const Options &options, const AMdrDocument &recording)
+{
+    ASweep sweep;
+    for (int number = 0; number < recording.sweepCount() && sweep.values.isEmpty(); ++number)
+        recording.readSweep(recording.recordOfSweep(number), &sweep);
+    if (sweep.values.isEmpty()) {
+        fail(options, QStringLiteral("its sweeps have no points"));
+        return nullptr;
+    }
+    const emu_entry *measured = emu_find(sweep.values.constFirst().unit);
+    if (!measured)
+        fail(options, QStringLiteral("its levels are in an unknown unit"));
+    if (!measured || !options.unit)
+        return measured;
+    if (measured->family == options.unit->family)
+        return options.unit;
+    fail(options, QStringLiteral("its levels are in %1, which can't be shown in %2")
+                      .arg(QString::fromUcs4(measured->name), QString::fromUcs4(options.unit->name)));
+    return nullptr;
+}
+
+// False if nothing is there that could be drawn.
+bool checkMeasured(const Options &options, const DriveProcessor &processor, const DriveProcessor::Measured &measured)
+{
+    if (measured.sweeps == 0)
+        return fail(options, QStringLiteral("no sweep could be read"));
+    if (measured.positioned == 0) {
+        return fail(options, processor.hasGeoData()
+                                 ? QStringLiteral("no sweep has a position, and no waypoint lies within %L1 ms of one")
+                                       .arg(options.toleranceMs)
+                                 : QStringLiteral("no sweep has a position; name a track with --gpx or --nmea"));
+    }
+    if (processor.measuredCount() == 0)
+        return fail(options, QStringLiteral("no sweep with a position has levels that can be drawn"));
+    if (options.elevationMetres > 0 && !(processor.minimum().level < processor.maximum().level)) {
+        return fail(options, QStringLiteral("all levels are %1, which gives no heights; draw them with --elevation 0")
+                                 .arg(processor.maximum().formatValueString(true)));
+    }
+    return true;
+}
+
+// --- the document ---
+
+// Takes out the folders of paths whose heights are no numbers, since all values of their sensor are the same: a viewer
+// could draw none of them. Returns their names.
+QStringList removePathsWithoutRange(const QDomDocument &document)
+{
+    QStringList removed;
+    QDomElement top = document.documentElement().firstChildElement(QStringLiteral("Document"));
+    QDomElement folder = top.firstChildElement(QStringLiteral("Folder"));
+    while (!folder.isNull()) {
+        const QDomElement next = folder.nextSiblingElement(QStringLiteral("Folder"));
+        const QString coordinates = folder.firstChildElement(QStringLiteral("Placemark"))
+                                        .firstChildElement(QStringLiteral("LineString"))
+                                        .firstChildElement(QStringLiteral("coordinates"))
+                                        .text();
+        if (coordinates.contains(QLatin1String("nan")) || coordinates.contains(QLatin1String("inf"))) {
+            removed += folder.firstChildElement(QStringLiteral("name")).text();
+            top.removeChild(folder);
+        }
+        folder = next;
+    }
+    return removed;
+}
+
+// False if nothing is there of a sensor that was asked for.
+bool reportMissingSensors(const Options &options, const QStringList &missingPaths)
+{
+    bool complete = true;
+    for (const Sensor &sensor : sensors()) {
+        const bool isMissing = std::all_of(sensor.paths.begin(), sensor.paths.end(),
+                                           [&](const QString &path) { return missingPaths.contains(path); });
+        if ((options.sensorFlags & sensor.flag) == 0 || !isMissing)
+            continue;
+        complete = fail(options, QStringLiteral("left out is the path of the sensor '%1': the positions have none, or "
+                                                "all the same values")
+                                     .arg(QLatin1String(sensor.name)));
+    }
+    return complete;
+}
+
+bool writeDocument(const QDomDocument &document, const Options &options)
+{
+    if (options.output.isEmpty()) {
+        QFile out;
+        if (out.open(stdout, QIODevice::WriteOnly) && writeKml(document, &out) && out.flush())
+            return true;
+        Console::error(QStringLiteral("could not write the output: %1").arg(out.errorString()));
+        return false;
+    }
+    Console::progress(QStringLiteral("writing %1").arg(options.output));
+    const QFileInfo replaced(options.output);
+    QSaveFile file(options.output);
+    QString reason;
+    if (replaced.exists() && !replaced.isFile())
+        reason = QStringLiteral("not a regular file");
+    else if (!file.open(QIODevice::WriteOnly) || !writeKml(document, &file) || !file.commit())
+        reason = file.errorString();
+    Console::clearProgress();
+    if (reason.isEmpty())
+        return true;
+    Console::error(QStringLiteral("%1: can't be written: %2").arg(options.output, reason));
+    return false;
+}
+
+void tell(const Options &options, const QString &text)
+{
+    if (options.output.isEmpty())
+        Console::remark(QStringLiteral("%1: %2").arg(Console::oneLine(options.recording), text));
+    else
+        Console::write(QStringLiteral("%1: %2\n").arg(Console::oneLine(options.output), text));
+}
+
+QString extremeText(const AMeasurementValue &value)
+{
+    return QStringLiteral("%1 at %2").arg(value.formatValueString(true), shortFrequency(value.frequency));
+}
+
+} // namespace
+
+int runDrive(const QStringList &arguments)
+{
+    Options options;
+    int exitStatus = ExitDone;
+    if (!readOptions(arguments, &options, &exitStatus))
+        return exitStatus;
+
+    bool complete = true;
+    AMdrDocument recording;
+    DriveProcessor processor;
+    if (!loadRecording(options.recording, &recording, &complete) || !readWaypoints(options, &processor, &complete))
+        return ExitFailed;
+    const emu_entry *unit = chooseUnit(options, recording);
+    if (!unit)
+        return ExitFailed;
+    const bool allWaypoints = processor.takeInWaypoints(recording);
+    const int misplaced = processor.removeUnusableWaypoints();
+    const DriveProcessor::Measured measured = processor.measure(&recording, unit, options.toleranceMs);
+    if (!allWaypoints || !measured.isWhole)
+        complete = fail(options, QStringLiteral("not all of it could be read"));
+    if (!checkMeasured(options, processor, measured))
+        return ExitFailed;
+
+    Console::progress(QStringLiteral("building the document"));
+    processor.nameWaypoints();
+    qSetGlobalQHashSeed(0); // the attributes of an element in one order: the same drive gives the same document
+    const std::unique_ptr<QDomDocument> document(
+        processor.toKml(QFileInfo(options.recording).completeBaseName(), static_cast<float>(options.elevationMetres),
+                        options.withBalloons, options.withGpsTrack, options.withTimeTrack, options.labelFlags,
+                        options.absoluteAltitude, options.sensorFlags));
+    const QStringList missingPaths = removePathsWithoutRange(*document);
+    Console::clearProgress();
+    complete = reportMissingSensors(options, missingPaths) && complete;
+    if (!writeDocument(*document, options))
+        return ExitFailed;
+
+    tell(options, QStringLiteral("written; sweeps: %L1, with a position: %L2, waypoints: %L3, values: %4 to %5")
+                      .arg(measured.sweeps)
+                      .arg(measured.positioned)
+                      .arg(processor.waypointCount())
+                      .arg(extremeText(processor.minimum()), extremeText(processor.maximum())));
+    if (misplaced > 0)
+        tell(options, QStringLiteral("left out: %L1 waypoints without a place on the earth").arg(misplaced));
+    if (measured.unusable > 0)
+        tell(options,
+             QStringLiteral("left out: %L1 sweeps with levels or a place that can't be drawn").arg(measured.unusable));
+    if (!missingPaths.isEmpty())
+        tell(options, QStringLiteral("left out: %1, all of one value").arg(missingPaths.join(QStringLiteral(", "))));
+    return Console::finish() && complete && !Console::hasWarned() ? ExitDone : ExitFailed;
+}

@@ -1,0 +1,198 @@
+#include "apps/aveldoran/commands.h"
+#include "apps/aveldoran/console.h"
+#include "apps/aveldoran/driveprocessor.h"
+
+#include <QtCore/QCommandLineParser>
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+
+#include <cmath>
+
+namespace {
+
+struct Options
+{
+    bool asJson = false;
+    QStringList files;
+};
+
+bool readOptions(const QStringList &arguments, Options *options, int *exitStatus)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral(
+        "Reads position files, GPX or NMEA 0183, which are told apart by what they hold, and prints for each how many\n"
+        "waypoints it has, their time span, area and altitudes, the length of the track and the sensors. Of a GPX "
+        "file\n"
+        "with several tracks the one is read that a drive takes, which is usually the last.\n\n"
+        "Example: aveldoran waypoints examples/data/drives/valley-road.gpx"));
+    const QCommandLineOption format(QStringLiteral("format"), QStringLiteral("How to print: text or json."),
+                                    QStringLiteral("FORMAT"), QStringLiteral("text"));
+    parser.addOption(format);
+    parser.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("A GPX file or an NMEA log."),
+                                 QStringLiteral("FILE..."));
+    if (!Console::parse(&parser, arguments, exitStatus))
+        return false;
+
+    *exitStatus = ExitUsage;
+    options->files = parser.positionalArguments();
+    if (options->files.isEmpty()) {
+        Console::error(QStringLiteral("waypoints: a position file is missing"));
+        return false;
+    }
+    const QString formatName = parser.value(format);
+    if (formatName != QLatin1String("text") && formatName != QLatin1String("json")) {
+        Console::error(QStringLiteral("waypoints: unknown format '%1', expected text or json").arg(formatName));
+        return false;
+    }
+    options->asJson = formatName == QLatin1String("json");
+    return true;
+}
+
+QString formatName(DriveProcessor::Format format)
+{
+    return format == DriveProcessor::Gpx ? QStringLiteral("GPX") : QStringLiteral("NMEA");
+}
+
+QStringList sensorNames(const WaypointSummary &summary)
+{
+    QStringList names;
+    if (summary.hasCompass)
+        names += QStringLiteral("compass");
+    if (summary.hasTilt)
+        names += QStringLiteral("tilt");
+    if (summary.hasGyroscope)
+        names += QStringLiteral("gyro");
+    if (summary.hasPressure)
+        names += QStringLiteral("pressure");
+    return names;
+}
+
+// --- as text ---
+
+// "12:05" or "1:02:05".
+QString durationText(qint64 seconds)
+{
+    const auto twoDigits = [](qint64 number) { return QStringLiteral("%1").arg(number, 2, 10, QLatin1Char('0')); };
+    const qint64 hours = seconds / 3600;
+    const qint64 minutes = seconds / 60 % 60;
+    return (hours > 0 ? QStringLiteral("%1:%2").arg(QString::number(hours), twoDigits(minutes))
+                      : QString::number(minutes)) +
+           QLatin1Char(':') + twoDigits(seconds % 60);
+}
+
+QString degreesText(double degrees, const char *positive, const char *negative)
+{
+    return QStringLiteral("%1 %2").arg(QString::number(std::fabs(degrees), 'f', 5),
+                                       QLatin1String(degrees < 0.0 ? negative : positive));
+}
+
+QString lengthText(double metres)
+{
+    constexpr double kMetresPerKilometre = 1000.0;
+    return metres < kMetresPerKilometre ? QStringLiteral("%1 m").arg(metres, 0, 'f', 0)
+                                        : QStringLiteral("%1 km").arg(metres / kMetresPerKilometre, 0, 'f', 2);
+}
+
+void printLine(const char *name, const QString &text)
+{
+    constexpr int kNameWidth = 10;
+    Console::write(QStringLiteral("  %1%2\n").arg(QLatin1String(name), -kNameWidth).arg(text));
+}
+
+void printText(const QString &file, const DriveProcessor::Source &source, const WaypointSummary &summary)
+{
+    Console::write(QStringLiteral("%1: %2, waypoints: %L3\n")
+                       .arg(Console::oneLine(file), formatName(source.format))
+                       .arg(summary.count));
+    if (source.tracks > 1)
+        printLine("tracks", QStringLiteral("%L1, of which one is read").arg(source.tracks));
+    if (summary.begin.isValid()) {
+        printLine("time", QStringLiteral("%1 to %2 (%3)")
+                              .arg(summary.begin.toString(Qt::ISODate), summary.end.toString(Qt::ISODate),
+                                   durationText(summary.begin.secsTo(summary.end))));
+    }
+    if (summary.withoutTime > 0)
+        printLine("no time", QStringLiteral("%L1 of them").arg(summary.withoutTime));
+    if (summary.hasArea()) {
+        printLine("area", QStringLiteral("%1 to %2, %3 to %4")
+                              .arg(degreesText(summary.south, "N", "S"), degreesText(summary.north, "N", "S"),
+                                   degreesText(summary.west, "E", "W"), degreesText(summary.east, "E", "W")));
+        printLine("length", lengthText(summary.lengthMetres));
+    }
+    if (summary.withoutPosition > 0)
+        printLine("no place", QStringLiteral("%L1 of them").arg(summary.withoutPosition));
+    if (summary.hasAltitude) {
+        printLine("altitude", QStringLiteral("%1 m to %2 m")
+                                  .arg(QString::number(summary.lowestMetres, 'f', 1),
+                                       QString::number(summary.highestMetres, 'f', 1)));
+    }
+    const QStringList sensors = sensorNames(summary);
+    printLine("sensors", sensors.isEmpty() ? QStringLiteral("none") : sensors.join(QStringLiteral(", ")));
+}
+
+// --- as JSON ---
+
+QJsonObject asJson(const QString &file, const DriveProcessor::Source &source, const WaypointSummary &summary)
+{
+    QJsonObject object;
+    object[QStringLiteral("file")] = file;
+    object[QStringLiteral("format")] = formatName(source.format).toLower();
+    if (source.format == DriveProcessor::Gpx)
+        object[QStringLiteral("tracks")] = source.tracks;
+    object[QStringLiteral("waypoints")] = summary.count;
+    object[QStringLiteral("withoutTime")] = summary.withoutTime;
+    object[QStringLiteral("withoutPosition")] = summary.withoutPosition;
+    if (summary.begin.isValid()) {
+        object[QStringLiteral("begin")] = summary.begin.toString(Qt::ISODateWithMs);
+        object[QStringLiteral("end")] = summary.end.toString(Qt::ISODateWithMs);
+        object[QStringLiteral("durationSeconds")] = static_cast<double>(summary.begin.msecsTo(summary.end)) / 1000.0;
+    }
+    if (summary.hasArea()) {
+        object[QStringLiteral("south")] = summary.south;
+        object[QStringLiteral("north")] = summary.north;
+        object[QStringLiteral("west")] = summary.west;
+        object[QStringLiteral("east")] = summary.east;
+        object[QStringLiteral("lengthMetres")] = summary.lengthMetres;
+    }
+    if (summary.hasAltitude) {
+        object[QStringLiteral("lowestMetres")] = summary.lowestMetres;
+        object[QStringLiteral("highestMetres")] = summary.highestMetres;
+    }
+    object[QStringLiteral("sensors")] = QJsonArray::fromStringList(sensorNames(summary));
+    return object;
+}
+
+} // namespace
+
+int runWaypoints(const QStringList &arguments)
+{
+    Options options;
+    int exitStatus = ExitDone;
+    if (!readOptions(arguments, &options, &exitStatus))
+        return exitStatus;
+
+    bool complete = true;
+    QString separator = QStringLiteral("[\n");
+    for (const QString &file : qAsConst(options.files)) {
+        DriveProcessor processor;
+        const DriveProcessor::Source source = processor.read(file, DriveProcessor::AnyFormat);
+        if (!source.errorText.isEmpty()) {
+            Console::error(source.errorText);
+            complete = false;
+        }
+        if (source.waypoints == 0)
+            continue;
+        const WaypointSummary summary = processor.summary();
+        if (!options.asJson) {
+            printText(file, source, summary);
+            continue;
+        }
+        const QJsonObject object = asJson(file, source, summary);
+        Console::write(separator + QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)));
+        separator = QStringLiteral(",\n");
+    }
+    if (options.asJson)
+        Console::write(separator == QLatin1String("[\n") ? QStringLiteral("[]\n") : QStringLiteral("\n]\n"));
+    return Console::finish() && complete && !Console::hasWarned() ? ExitDone : ExitFailed;
+}
