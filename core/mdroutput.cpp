@@ -141,8 +141,12 @@ void Output::endChunk()
 bool Output::flush()
 {
     sum();
-    // A device may take less than it was given without an error.
-    m_ok = m_ok && m_device->write(m_block.constData(), m_used) == m_used;
+    // A device may take less than it was given without an error; why, it says when it is given the rest.
+    for (qint64 written = 0; m_ok && written < m_used;) {
+        const qint64 size = m_device->write(m_block.constData() + written, m_used - written);
+        m_ok = size > 0;
+        written += size;
+    }
     m_position += m_used;
     m_used = 0;
     m_summed = 0;

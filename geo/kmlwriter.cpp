@@ -36,7 +36,12 @@ public:
 
     bool flush()
     {
-        m_isWhole = m_isWhole && m_device->write(m_buffer) == m_buffer.size();
+        // A device may take less than it was given without an error; why, it says when it is given the rest.
+        for (qint64 written = 0; m_isWhole && written < m_buffer.size();) {
+            const qint64 size = m_device->write(m_buffer.constData() + written, m_buffer.size() - written);
+            m_isWhole = size > 0;
+            written += size;
+        }
         m_buffer.resize(0); // keeps the memory
         return m_isWhole;
     }

@@ -1,8 +1,13 @@
 #pragma once
 
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QProcess>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
+
+#include <fcntl.h>
+#include <pty.h>
+#include <unistd.h>
 
 // One run of the real program.
 
@@ -25,4 +30,36 @@ inline Run run(const QStringList &arguments, const QString &standardOutput = {},
         return {};
     return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
             QString::fromUtf8(process.readAllStandardError())};
+}
+
+// With its standard error on a terminal.
+inline Run runOnTerminal(const QStringList &arguments)
+{
+    int master = -1;
+    int slave = -1;
+    if (openpty(&master, &slave, nullptr, nullptr, nullptr) != 0)
+        return {};
+    fcntl(master, F_SETFL, O_NONBLOCK);
+    QByteArray shown;
+    const auto readTerminal = [&shown, master] {
+        char buffer[4096];
+        for (ssize_t size = 1; size > 0;) {
+            size = read(master, buffer, sizeof buffer);
+            if (size > 0)
+                shown.append(buffer, static_cast<int>(size));
+        }
+    };
+    QProcess process;
+    process.setStandardErrorFile(QString::fromLocal8Bit(ttyname(slave)));
+    process.start(QStringLiteral(AVELDORAN_PROGRAM), arguments);
+    QElapsedTimer time;
+    time.start();
+    while (!process.waitForFinished(10) && time.elapsed() < 60000) // a terminal that nobody reads stops the program
+        readTerminal();
+    readTerminal();
+    close(slave);
+    close(master);
+    if (process.state() != QProcess::NotRunning || process.exitStatus() != QProcess::NormalExit)
+        return {};
+    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()), QString::fromUtf8(shown)};
 }
