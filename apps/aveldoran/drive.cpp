@@ -401,11 +401,11 @@ int runDrive(const QStringList &arguments)
                       .arg(processor.waypointCount())
                       .arg(extremeText(processor.minimum()), extremeText(processor.maximum())));
     if (misplaced > 0)
-        tell(options, QStringLiteral("left out: %L1 waypoints without a place on the earth").arg(misplaced));
+        tell(options, QStringLiteral("waypoints without a place on the earth, left out: %L1").arg(misplaced));
     if (measured.unusable > 0)
         tell(options,
-             QStringLiteral("left out: %L1 sweeps with levels or a place that can't be drawn").arg(measured.unusable));
+             QStringLiteral("sweeps with levels or a place that can't be drawn, left out: %L1").arg(measured.unusable));
     if (!missingPaths.isEmpty())
-        tell(options, QStringLiteral("left out: %1, all of one value").arg(missingPaths.join(QStringLiteral(", "))));
+        tell(options, QStringLiteral("paths of one value, left out: %1").arg(missingPaths.join(QStringLiteral(", "))));
     return Console::finish() && complete && !Console::hasWarned() ? ExitDone : ExitFailed;
 }

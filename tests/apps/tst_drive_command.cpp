@@ -350,7 +350,7 @@ void TestDriveCommand::leavesPathsOfOneValueOut()
 {
     const Run result = run({"drive", simulated(), "--sensors", "gyro", "--output", path("drive.kml")});
     QCOMPARE(result.output.section('\n', 1),
-             path("drive.kml") + ": left out: Gyro X-Axis, Gyro Y-Axis, all of one value\n");
+             path("drive.kml") + ": paths of one value, left out: Gyro X-Axis, Gyro Y-Axis\n");
     QVERIFY(!m_folder->read("drive.kml").contains("nan"));
 
     // A sensor that isn't there at all was asked for in vain.
