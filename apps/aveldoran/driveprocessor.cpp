@@ -147,7 +147,7 @@ void DriveProcessor::readNmea(QFile *file, Source *source)
     const QString fileName = file->fileName();
     const QString text = QStringLiteral("reading %1").arg(fileName);
     connect(logger, &AGpsLoggerDevice::finished, this, &DriveProcessor::finishNmeaProcessing);
-    const auto progress = connect(this, &AGeoDataProcessor::nmeaRecordProcessed, this, [&reading, &text, size] {
+    const auto progress = connect(this, &AGeoDataProcessor::nmeaRecordProcessed, this, [reading, text, size] {
         if (reading && size > 0)
             Console::progressBar(text, reading->pos(), size);
     });
@@ -251,17 +251,19 @@ DriveProcessor::Measured DriveProcessor::measure(AMdrDocument *document, const e
     constexpr int kSweepsInMemory = 100;
     Measured measured;
     QEventLoop loop;
-    const auto sweeps = connect(this, &AGeoDataProcessor::sweepLoaded, this, [&] {
+    const auto sweeps = connect(this, &AGeoDataProcessor::sweepLoaded, this, [=, result = &measured] {
         if (m_sweeps.size() >= kSweepsInMemory)
-            reduceSweeps(unit, toleranceMs, &measured);
-        Console::progressBar(QStringLiteral("measuring"), ++measured.sweeps, document->sweepCount());
+            reduceSweeps(unit, toleranceMs, result);
+        Console::progressBar(QStringLiteral("measuring"), ++result->sweeps, document->sweepCount());
     });
-    const auto end = connect(this, &AGeoDataProcessor::mdrProcessingFinished, this, [&](bool status) {
-        measured.isWhole = status;
-        loop.quit();
-    });
+    const auto end = connect(this, &AGeoDataProcessor::mdrProcessingFinished, this,
+                             [result = &measured, waiting = &loop](bool status) {
+                                 result->isWhole = status;
+                                 waiting->quit();
+                             });
     if (processMdrData(document)) {
-        for (AReplayProcessor *replay : findChildren<AReplayProcessor *>())
+        const QList<AReplayProcessor *> replays = findChildren<AReplayProcessor *>();
+        for (AReplayProcessor *replay : replays)
             disconnect(replay, &AReplayProcessor::gpsData, this, nullptr); // they are there already
         loop.exec();
     }
