@@ -78,11 +78,9 @@ void AColorLookupTable::rebuild(int dynamic, const QColor &begin, const QColor &
 
 void AColorLookupTable::createColorLookupTable(const QColor &begin, const QColor &end, int dynamic)
 {
-    const QColor from = begin; // may be this table's own
-    const QColor to = end;
     const int entries = qBound(1, dynamic, kMaxEntries);
-    double fromHue = hueOf(from);
-    double toHue = hueOf(to);
+    double fromHue = hueOf(begin);
+    double toHue = hueOf(end);
     if (fromHue == kNoHue)
         fromHue = toHue;
     else if (toHue == kNoHue)
@@ -91,18 +89,19 @@ void AColorLookupTable::createColorLookupTable(const QColor &begin, const QColor
     // Of no range at all the one entry is the begin, whatever a step is.
     const double divisor = dynamic == 0 ? 1.0 : dynamic;
     const double hueStep = (toHue - fromHue) / divisor;
-    const double saturationStep = (to.saturationF() - from.saturationF()) / divisor;
-    const double valueStep = (to.valueF() - from.valueF()) / divisor;
-    const double alphaStep = (to.alphaF() - from.alphaF()) / divisor;
+    const double saturationStep = (end.saturationF() - begin.saturationF()) / divisor;
+    const double valueStep = (end.valueF() - begin.valueF()) / divisor;
+    const double alphaStep = (end.alphaF() - begin.alphaF()) / divisor;
     const double levelsPerEntry = static_cast<double>(dynamic) / entries;
 
-    d->table.resize(entries);
-    d->entriesPerLevel = static_cast<float>(entries) / static_cast<float>(d->dynamic);
+    QVector<QColor> table(entries); // a new one, since the colours may be the old one's own
     for (int i = 0; i < entries; ++i) {
         const double x = i * levelsPerEntry;
-        d->table[i] = QColor::fromHsvF(fromHue + hueStep * x, from.saturationF() + saturationStep * x,
-                                       from.valueF() + valueStep * x, from.alphaF() + alphaStep * x)
-                          .toRgb();
+        table[i] = QColor::fromHsvF(fromHue + hueStep * x, begin.saturationF() + saturationStep * x,
+                                    begin.valueF() + valueStep * x, begin.alphaF() + alphaStep * x)
+                       .toRgb();
     }
+    d->table = table;
+    d->entriesPerLevel = static_cast<float>(entries) / static_cast<float>(d->dynamic);
     Q_EMIT colorsChanged();
 }
