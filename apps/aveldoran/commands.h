@@ -16,3 +16,4 @@ int runChannels(const QStringList &arguments);
 int runLimits(const QStringList &arguments);
 int runLogo(const QStringList &arguments);
 int runMarkers(const QStringList &arguments);
+int runWaterfall(const QStringList &arguments);
