@@ -57,7 +57,7 @@ void raise(float *there, float level)
 LevelRaster::LevelRaster(const QSize &size, double beginHz, double endHz)
     : m_size(size)
     , m_beginHz(beginHz)
-    , m_columnsPerHz(size.width() / (endHz - beginHz))
+    , m_columnsPerHz(beginHz < endHz ? size.width() / (endHz - beginHz) : 0.0)
     , m_levels(static_cast<std::size_t>(size.width()) * static_cast<std::size_t>(size.height()), kNone)
     , m_hold(static_cast<std::size_t>(size.width()))
     , m_line(static_cast<std::size_t>(size.width()))
@@ -114,14 +114,22 @@ void LevelRaster::addCell(const AMeasurementValue &value, double beginHz, double
     if (std::isnan(value.level) || value.isEmpty())
         return;
     const double width = m_size.width();
+    const bool isOneFrequency = m_columnsPerHz == 0.0;
     const auto first = static_cast<int>(std::round(qBound(0.0, columnOf(beginHz), width - 1)));
-    const auto end = std::max(first + 1, static_cast<int>(std::round(qBound(0.0, columnOf(endHz), width))));
+    const double behind = isOneFrequency ? width : std::round(qBound(0.0, columnOf(endHz), width));
+    const int end = std::max(first + 1, static_cast<int>(behind));
     for (auto column = static_cast<std::size_t>(first); column < static_cast<std::size_t>(end); ++column) {
         raise(&m_line[column], static_cast<float>(value.level));
         AMeasurementValue &highest = m_hold[column];
         if (highest.isEmpty() || value.level > highest.level)
             highest = value;
     }
+}
+
+// Where a column begins.
+double LevelRaster::hertzAt(std::size_t column) const
+{
+    return m_columnsPerHz == 0.0 ? m_beginHz : m_beginHz + static_cast<double>(column) / m_columnsPerHz;
 }
 
 float LevelRaster::level(int column, int row) const
@@ -149,12 +157,11 @@ QVector<Plot::Point> LevelRaster::maximumHold() const
         while (end < columns && m_hold[end] == m_hold[i])
             ++end;
         const AMeasurementValue &value = m_hold[i];
-        const double beginHz = m_beginHz + static_cast<double>(i) / m_columnsPerHz;
-        const double endHz = m_beginHz + static_cast<double>(end) / m_columnsPerHz;
+        const double beginHz = hertzAt(i);
         if (value.isEmpty())
             points.append({beginHz, std::numeric_limits<double>::quiet_NaN()});
         else
-            points.append({qBound(beginHz, hertzOf(value), endHz), value.level});
+            points.append({qBound(beginHz, hertzOf(value), hertzAt(end)), value.level});
         i = end;
     }
     return points;

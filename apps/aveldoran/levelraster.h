@@ -16,7 +16,7 @@
 class LevelRaster
 {
 public:
-    // `endHz` is above `beginHz`, at least one column and one row.
+    // At least one column and one row. If `endHz` is `beginHz`, all columns are that frequency.
     LevelRaster(const QSize &size, double beginHz, double endHz);
 
     // Lays a sweep over what lies between two places of the time axis, in rows; over one row at least. The values are
@@ -37,6 +37,7 @@ public:
 private:
     void addStretch(const QList<AMeasurementValue> &values);
     void addCell(const AMeasurementValue &value, double beginHz, double endHz);
+    double hertzAt(std::size_t column) const;
     double columnOf(double hertz) const { return (hertz - m_beginHz) * m_columnsPerHz; }
 
     QSize m_size;

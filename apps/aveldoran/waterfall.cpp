@@ -26,6 +26,7 @@ constexpr int kMostDynamic = 1000;       // dB
 constexpr int kMostDefaultDynamic = 120; // dB
 
 constexpr int kLevelStep = 5;        // dB, to which the ends of the scale are rounded
+constexpr double kHeadroom = 1.0;    // dB at least, above the highest level
 constexpr double kFloorShare = 0.02; // of the levels lie below the lower end
 constexpr double kMostLevel = 1e6;   // dB; beyond it nobody measures, and a scale would lose its ticks
 
@@ -197,7 +198,7 @@ struct Extent
     {
         if (beginHz < endHz)
             return;
-        const double margin = std::max(1.0, std::fabs(beginHz) * 1e-9);
+        const double margin = std::max(1.0, std::fabs(beginHz) * 1e-6);
         beginHz -= margin;
         endHz += margin;
     }
@@ -270,7 +271,7 @@ bool chooseScale(const LevelRaster &raster, int dynamic, LevelScale *scale)
     const auto floor =
         levels.begin() + static_cast<std::ptrdiff_t>(static_cast<double>(levels.size() - 1) * kFloorShare);
     std::nth_element(levels.begin(), floor, levels.end());
-    scale->highest = rounded(*std::max_element(floor, levels.end()), std::ceil);
+    scale->highest = rounded(*std::max_element(floor, levels.end()) + kHeadroom, std::ceil);
     const double needed = scale->highest - rounded(*floor, std::floor);
     scale->dynamic =
         dynamic > 0 ? dynamic : static_cast<int>(qBound<double>(2 * kLevelStep, needed, kMostDefaultDynamic));
@@ -355,7 +356,7 @@ int draw(const Options &options, const AMdrDocument &document, int exitStatus)
     else
         plot.setNumberRange(document.sweepCount());
 
-    LevelRaster raster(plot.waterfallSize(), shown.beginHz, shown.endHz);
+    LevelRaster raster(plot.waterfallSize(), extent.beginHz, extent.endHz);
     const double rows = raster.size().height();
     const double rowsPerMs = times.areAnAxis() ? rows / static_cast<double>(times.endMs() - times.beginMs()) : 0.0;
     qint64 lost = 0;

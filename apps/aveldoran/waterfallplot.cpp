@@ -14,6 +14,7 @@
 #include <qwt_plot_renderer.h>
 #include <qwt_scale_map.h>
 #include <qwt_scale_widget.h>
+#include <qwt_symbol.h>
 
 namespace {
 
@@ -149,13 +150,13 @@ void WaterfallPlot::Private::dressUpper(QwtPlot *plot) const
             ++i;
         if (samples.isEmpty())
             continue;
-        if (samples.size() == 1) // is seen as a dot
-            samples += samples.constFirst();
         auto *item = new QwtPlotCurve; // the plot's own, like all items
         item->setSamples(samples);
         item->setPen(QColor(kTraceColor), 1.1);
         item->setRenderHint(QwtPlotItem::RenderAntialiased);
         item->setZ(20.0);
+        if (samples.size() == 1)
+            item->setSymbol(new QwtSymbol(QwtSymbol::Ellipse, QColor(kTraceColor), Qt::NoPen, QSize(5, 5)));
         item->attach(plot);
     }
 }
