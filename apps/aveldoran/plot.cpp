@@ -404,7 +404,7 @@ bool Plot::save(const QString &fileName, QString *errorText) const
 {
     QwtPlot plot;
     dress(&plot);
-    plot.setTitle(text(d->title, kTitlePoints, true));
+    plot.setTitle(title(d->title));
     addGrid(&plot);
 
     const Range shown = d->frequencyRange();

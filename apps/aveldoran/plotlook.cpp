@@ -1,6 +1,7 @@
 #include "apps/aveldoran/plotlook.h"
 
 #include <QtCore/QSaveFile>
+#include <QtGui/QFontMetrics>
 
 #include <algorithm>
 #include <cmath>
@@ -60,6 +61,13 @@ QwtText text(const QString &content, int points, bool bold)
     QwtText result(content, QwtText::PlainText);
     result.setFont(textFont(points, bold));
     return result;
+}
+
+QwtText title(const QString &content)
+{
+    constexpr int kMostWidth = kLayoutWidth * 3 / 4;
+    const QFontMetrics metrics(textFont(kTitlePoints, true));
+    return text(metrics.elidedText(content, Qt::ElideMiddle, kMostWidth), kTitlePoints, true);
 }
 
 QwtText axisTitle(const QString &quantity, const QString &unit)

@@ -25,6 +25,8 @@ constexpr QRgb kTraceColor = 0xff1f4e9e;
 QFont textFont(int points, bool bold);
 QwtText text(const QString &content, int points, bool bold);
 
+QwtText title(const QString &content); // cut in the middle if it is longer than the picture is wide
+
 // "Level (dBm)", or the quantity alone if there is no unit.
 QwtText axisTitle(const QString &quantity, const QString &unit);
 

@@ -46,7 +46,7 @@ constexpr qint64 kSteps[] = {
 // days.
 qint64 stepFor(qint64 span, int divisions)
 {
-    const qint64 least = span / divisions;
+    const qint64 least = (span + divisions - 1) / divisions;
     const qint64 *step = std::lower_bound(std::begin(kSteps), std::end(kSteps), least);
     if (step != std::end(kSteps))
         return *step;

@@ -19,7 +19,7 @@
 
 namespace {
 
-constexpr int kLeastWidth = 640;
+constexpr int kLeastWidth = 800;
 constexpr int kMostWidth = 8000;
 constexpr int kDefaultWidth = 1680;
 constexpr int kMostDynamic = 1000;       // dB

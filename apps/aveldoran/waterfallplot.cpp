@@ -135,7 +135,7 @@ struct WaterfallPlot::Private
 void WaterfallPlot::Private::dressUpper(QwtPlot *plot) const
 {
     dress(plot);
-    plot->setTitle(text(title, kTitlePoints, true));
+    plot->setTitle(PlotLook::title(title));
     addGrid(plot);
     setLinearFrequencyAxis(plot, beginHz, endHz, frequencyUnit());
     plot->enableAxis(QwtPlot::xBottom, false);
