@@ -18,4 +18,5 @@ int runLimits(const QStringList &arguments);
 int runLogo(const QStringList &arguments);
 int runMarkers(const QStringList &arguments);
 int runRecord(const QStringList &arguments);
+int runWaterfall(const QStringList &arguments);
 int runWaypoints(const QStringList &arguments);
