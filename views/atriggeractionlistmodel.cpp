@@ -81,7 +81,7 @@ QVariant ATriggerActionListModel::headerData(int section, Qt::Orientation orient
     }
 }
 
-bool ATriggerActionListModel::insertRows(int /*row*/, int count, const QModelIndex &parent)
+bool ATriggerActionListModel::insertRows(int /*row*/, int count, const QModelIndex & /*parent*/)
 {
     if (!m_triggerActions)
         return false;
@@ -90,13 +90,13 @@ bool ATriggerActionListModel::insertRows(int /*row*/, int count, const QModelInd
         return false;
     const int added =
         std::max(count, 0); // views and proxies crash on a range of a negative length, not on an empty one
-    beginInsertRows(parent, size, size + added - 1);
+    beginInsertRows(QModelIndex(), size, size + added - 1);
     std::fill_n(std::back_inserter(*m_triggerActions), added, ATriggerAction());
     endInsertRows();
     return true;
 }
 
-bool ATriggerActionListModel::removeRows(int row, int count, const QModelIndex &parent)
+bool ATriggerActionListModel::removeRows(int row, int count, const QModelIndex & /*parent*/)
 {
     if (!m_triggerActions)
         return false;
@@ -104,7 +104,7 @@ bool ATriggerActionListModel::removeRows(int row, int count, const QModelIndex &
     // would for a negative count. That a range past the end is announced does no harm.
     const int first = std::max(row, 0);
     const qint64 last = std::max<qint64>(qint64(row) + std::max(count, 0), first) - 1;
-    beginRemoveRows(parent, first, static_cast<int>(std::min<qint64>(last, std::numeric_limits<int>::max())));
+    beginRemoveRows(QModelIndex(), first, static_cast<int>(std::min<qint64>(last, std::numeric_limits<int>::max())));
     const auto actions = m_triggerActions->begin();
     const int size = m_triggerActions->size();
     m_triggerActions->erase(actions + std::min(first, size),

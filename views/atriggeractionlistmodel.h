@@ -43,7 +43,9 @@ public:
 
     QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
 
-    // Appends `count` actions that do nothing. False without a list, and for more than a list can hold.
+    // Appends `count` actions that do nothing. Observers are told of rows at the top, as the list has no others,
+    // whatever the parent: proxies crash when rows come below a row. False without a list, and for more than a list can
+    // hold.
     bool insertRows(int row, int count, const QModelIndex &parent = QModelIndex()) override;
 
     // Removes those of the rows that exist. Observers are told the whole range, also where it runs past the end. False
