@@ -66,7 +66,7 @@ QStringList namesIn(const AVeldoranDeviceList &list)
 void TestAVeldoranDeviceList::init()
 {
     m_bed = std::make_unique<UsbTestbed>();
-    QVERIFY2(UsbTestbed::isUsable(), "to be run under umockdev-wrapper");
+    QVERIFY2(m_bed->isUsable(), "to be run under umockdev-wrapper");
     auto *settings = new QSettings(m_directory.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat, this);
     settings->clear();
     ASettings::setApplicationSettings(settings);

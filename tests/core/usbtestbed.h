@@ -14,7 +14,7 @@ public:
     UsbTestbed() = default;
     ~UsbTestbed() { g_object_unref(m_bed); }
 
-    static bool isUsable() { return umockdev_in_mock_environment(); }
+    bool isUsable() const { return umockdev_in_mock_environment(); }
 
     // `name` is the device's place, such as "1-1"; ids are hexadecimal, the bus is 3. Gives its path for unplug().
     QString plug(const char *name, const char *vendor, const char *product, int device, const char *serial = "S1",

@@ -111,7 +111,7 @@ private:
 void TestADeviceListModel::init()
 {
     m_bed = std::make_unique<UsbTestbed>();
-    QVERIFY2(UsbTestbed::isUsable(), "to be run under umockdev-wrapper");
+    QVERIFY2(m_bed->isUsable(), "to be run under umockdev-wrapper");
     QVERIFY(AVeldoranFactory::openDevices().isEmpty());
 }
 
