@@ -18,16 +18,20 @@ QString settingsKey(const QString &extension)
     return QStringLiteral("Application/DialogPath_") + extension;
 }
 
-// The first pattern of a filter's first part in upper case, "*.XML"; empty if there is none.
+// The first pattern of a filter's first part in upper case, "*.XML"; empty if there is none. One that is longer than
+// any file's path counts as none: no file has that extension, and Qt's letter case and settings take quadratic time
+// over it.
 QString firstPattern(const QString &filter)
 {
-    const QString part = filter.left(filter.indexOf(QLatin1String(";;"))).toUpper();
+    constexpr int kMaxLength = 4096;
+    const QString part = filter.left(filter.indexOf(QLatin1String(";;")));
     const int open = part.indexOf(QLatin1Char('('));
     const int close = open < 0 ? -1 : part.indexOf(QLatin1Char(')'), open);
     if (close < 0)
         return {};
     const QString patterns = part.mid(open + 1, close - open - 1);
-    return patterns.left(patterns.indexOf(QLatin1Char(' ')));
+    const QString first = patterns.left(patterns.indexOf(QLatin1Char(' ')));
+    return first.size() > kMaxLength ? QString() : first.toUpper();
 }
 
 // A name that doesn't exist and has no dot is taken for a directory yet to be made.
@@ -63,11 +67,10 @@ QString ADesktopServices::storageLocation(ADesktopServices::StandardLocation loc
 QString ADesktopServices::getFilterLocation(const QString &filter, const QString &defaultPath)
 {
     QString result = defaultPath;
-    const QLatin1String anyName("*.");
-    const QString pattern = firstPattern(filter);
+    const QString anyName = QStringLiteral("*.");
+    QString pattern = firstPattern(filter);
     if (pattern.startsWith(anyName) && !pattern.endsWith(QLatin1Char('*')))
-        // Split and joined, since QString::remove() moves the rest of the text for each place.
-        result = ASettings::value(settingsKey(pattern.split(anyName).join(QString())), defaultPath).toString();
+        result = ASettings::value(settingsKey(pattern.remove(anyName)), defaultPath).toString();
     if (!result.isEmpty())
         return result;
     return defaultPath.isEmpty() ? storageLocation(DocumentsLocation) : defaultPath;
