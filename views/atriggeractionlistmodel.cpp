@@ -56,13 +56,12 @@ bool ATriggerActionListModel::setData(const QModelIndex &index, const QVariant &
 {
     if (!hasRow(index) || role != Qt::EditRole)
         return false;
-    if (index.column() == ColumnType) {
-        const int type = ATriggerAction::actionNames().indexOf(value.toString());
-        if (type >= 0)
-            (*m_triggerActions)[index.row()].setType(static_cast<TriggerActionType>(type));
-    } else if (index.column() == ColumnText) {
-        (*m_triggerActions)[index.row()].setData(value.toString());
-    }
+    ATriggerAction &action = (*m_triggerActions)[index.row()];
+    const int type = index.column() == ColumnType ? ATriggerAction::actionNames().indexOf(value.toString()) : -1;
+    if (type >= 0)
+        action.setType(static_cast<TriggerActionType>(type));
+    if (index.column() == ColumnText)
+        action.setData(value.toString());
     Q_EMIT dataChanged(index, index); // also after a text that names no type: an editor then shows the old one again
     return true;
 }
@@ -88,8 +87,7 @@ bool ATriggerActionListModel::insertRows(int /*row*/, int count, const QModelInd
     const int size = m_triggerActions->size();
     if (count > kMaxActions - size)
         return false;
-    const int added =
-        std::max(count, 0); // views and proxies crash on a range of a negative length, not on an empty one
+    const int added = std::max(count, 0); // views and proxies crash on a range of a negative length
     beginInsertRows(QModelIndex(), size, size + added - 1);
     std::fill_n(std::back_inserter(*m_triggerActions), added, ATriggerAction());
     endInsertRows();
@@ -115,6 +113,6 @@ bool ATriggerActionListModel::removeRows(int row, int count, const QModelIndex &
 
 Qt::ItemFlags ATriggerActionListModel::flags(const QModelIndex &index) const
 {
-    return QAbstractItemModel::flags(index) |
-           Qt::ItemIsEditable; // NOLINT(bugprone-parent-virtual-call): see the header
+    // NOLINTNEXTLINE(bugprone-parent-virtual-call): without the flag that QAbstractListModel adds
+    return QAbstractItemModel::flags(index) | Qt::ItemIsEditable;
 }
