@@ -291,15 +291,11 @@ bool ACalibrationObjectModel::setGain(const QModelIndex &index, const QVariant &
     const QList<AFrequency> keys = object.level().keys();
     // An editor may be closed as it was opened, and what it showed may have fewer digits than the gain.
     const bool isUnchanged = value.toString() == index.data(Qt::EditRole).toString();
-    if (index.row() < keys.size()) {
-        const AFrequency frequency = keys.at(index.row());
-        if (!isUnchanged)
-            object.addLevel(frequency, readGain(value));
-    } else if (isUnchanged) {
+    const bool isAddRow = index.row() >= keys.size();
+    if (isAddRow && isUnchanged)
         return false;
-    } else {
-        object.addLevel(AFrequency(), readGain(value)); // the last row has no frequency, which counts as 0 Hz
-    }
+    if (!isUnchanged) // the last row has no frequency, which counts as 0 Hz
+        object.addLevel(isAddRow ? AFrequency() : keys.at(index.row()), readGain(value));
     Q_EMIT dataChanged(index, index);
     update(object);
     return true;

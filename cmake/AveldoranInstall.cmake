@@ -1,5 +1,6 @@
 # Installs the libraries with their public headers, the package AveldoranData for find_package, and files for pkg-config.
 # Everything refers to its own place, so that an installed tree can be moved. Read after all targets are complete.
+# The components core, data, development and tools are the Debian packages (AveldoranPackages.cmake).
 
 include(AveldoranLayout)
 include(CMakePackageConfigHelpers)
@@ -18,9 +19,12 @@ endfunction()
 # --- libraries and headers ---
 
 set_target_properties(aveldoran aveldorandata PROPERTIES INSTALL_RPATH "$ORIGIN")
-install(TARGETS aveldoran aveldorandata
+install(TARGETS aveldoran
     EXPORT AveldoranDataTargets
-    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT core NAMELINK_COMPONENT development)
+install(TARGETS aveldorandata
+    EXPORT AveldoranDataTargets
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT data NAMELINK_COMPONENT development)
 
 # Programs, whose folder comes later, look for the libraries from their own place too.
 cmake_path(RELATIVE_PATH CMAKE_INSTALL_FULL_LIBDIR BASE_DIRECTORY ${CMAKE_INSTALL_FULL_BINDIR} OUTPUT_VARIABLE bin_to_lib)
@@ -29,7 +33,8 @@ set(CMAKE_INSTALL_RPATH "$ORIGIN/${bin_to_lib}")
 foreach(folder IN LISTS AVELDORAN_FOLDERS)
     file(GLOB headers CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/${folder}/*.h)
     list(REMOVE_ITEM headers ${AVELDORAN_PRIVATE_HEADERS})
-    install(FILES ${headers} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/aveldoran/${folder})
+    install(FILES ${headers} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/aveldoran/${folder}
+        COMPONENT development)
 endforeach()
 
 # --- find_package(AveldoranData) ---
@@ -41,14 +46,14 @@ set(AVELDORAN_QT_COMPONENTS ${core_qt} ${data_qt})
 list(REMOVE_DUPLICATES AVELDORAN_QT_COMPONENTS)
 list(JOIN AVELDORAN_QT_COMPONENTS " " AVELDORAN_QT_COMPONENTS)
 
-install(EXPORT AveldoranDataTargets NAMESPACE Aveldoran:: DESTINATION ${aveldoran_package_dir})
+install(EXPORT AveldoranDataTargets NAMESPACE Aveldoran:: DESTINATION ${aveldoran_package_dir} COMPONENT development)
 configure_package_config_file(cmake/AveldoranDataConfig.cmake.in AveldoranDataConfig.cmake
     INSTALL_DESTINATION ${aveldoran_package_dir})
 write_basic_package_version_file(AveldoranDataConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 install(FILES
     ${PROJECT_BINARY_DIR}/AveldoranDataConfig.cmake
     ${PROJECT_BINARY_DIR}/AveldoranDataConfigVersion.cmake
-    DESTINATION ${aveldoran_package_dir})
+    DESTINATION ${aveldoran_package_dir} COMPONENT development)
 
 # --- pkg-config ---
 
@@ -74,7 +79,8 @@ function(aveldoran_install_pc target description)
         string(REGEX REPLACE "/$" "" prefix "\${pcfiledir}/${up}")
     endif()
     configure_file(cmake/library.pc.in ${target}.pc @ONLY)
-    install(FILES ${PROJECT_BINARY_DIR}/${target}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+    install(FILES ${PROJECT_BINARY_DIR}/${target}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
+        COMPONENT development)
 endfunction()
 
 aveldoran_qt_components(aveldoran INTERFACE_LINK_LIBRARIES core_qt)

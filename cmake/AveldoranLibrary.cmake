@@ -14,6 +14,8 @@ function(aveldoran_add_library target export_name build_definition)
     if(NOT (CMAKE_CXX_COMPILER_ID MATCHES "Clang" AND (AVELDORAN_SANITIZERS OR AVELDORAN_FUZZ)))
         target_link_options(${target} PRIVATE -Wl,--no-undefined)
     endif()
+    target_link_options(${target} PRIVATE -Wl,--version-script=${PROJECT_SOURCE_DIR}/cmake/exports.map)
+    set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${PROJECT_SOURCE_DIR}/cmake/exports.map)
     target_include_directories(${target} PUBLIC
         $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
         $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/aveldoran>)

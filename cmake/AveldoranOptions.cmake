@@ -16,6 +16,11 @@ endif()
 add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
 add_compile_definitions(QT_DEPRECATED_WARNINGS QT_NO_FOREACH QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING)
 
+# Debian keeps libraries in a directory of their architecture, below /usr and /usr/local alike.
+if(EXISTS /etc/debian_version AND CMAKE_LIBRARY_ARCHITECTURE)
+    set(CMAKE_INSTALL_LIBDIR lib/${CMAKE_LIBRARY_ARCHITECTURE} CACHE PATH "Where libraries are installed, below the prefix")
+endif()
+
 if(AVELDORAN_FUZZ)
     if(NOT CMAKE_CXX_COMPILER_ID MATCHES "Clang")
         message(FATAL_ERROR "The fuzz targets need clang: use the preset 'fuzz'.")

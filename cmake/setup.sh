@@ -7,7 +7,8 @@ logs=build/logs
 program=build/release/apps/aveldoran/aveldoran
 
 library_packages=(cmake g++ libqwt-qt5-dev libudev-dev ninja-build qtbase5-dev)
-check_packages=("${library_packages[@]}" libbenchmark-dev libumockdev-dev pkg-config umockdev)
+check_packages=("${library_packages[@]}" bash-completion dpkg-dev fakeroot file
+    help2man libbenchmark-dev libumockdev-dev lintian pkg-config umockdev)
 
 die() {
     printf '%s\n' "$*" >&2

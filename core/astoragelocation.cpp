@@ -1,8 +1,11 @@
 #include "core/astoragelocation.h"
 
 #include <QtCore/QDir>
+#include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QStandardPaths>
+
+#include <dlfcn.h>
 
 namespace {
 
@@ -23,6 +26,16 @@ QString absolutePath(const QString &path)
     return QDir::cleanPath(QDir(path).absolutePath());
 }
 
+// The data directory of the tree that this library was installed into, wherever that has been moved.
+QString installedDataDirectory()
+{
+    Dl_info library;
+    if (dladdr(reinterpret_cast<const void *>(&installedDataDirectory), &library) == 0 || !library.dli_fname)
+        return {};
+    const QDir directory = QFileInfo(QFile::decodeName(library.dli_fname)).absoluteDir();
+    return absolutePath(directory.filePath(QStringLiteral(AVELDORAN_LIBRARY_TO_DATA_DIR)));
+}
+
 // Ends in "/", so that names are appended as they are.
 QString rootDirectory(AStorageLocation::StorageType storage)
 {
@@ -30,7 +43,7 @@ QString rootDirectory(AStorageLocation::StorageType storage)
     if (storage == AStorageLocation::Installed) {
         root = roots().installed;
         if (root.isEmpty())
-            root = absolutePath(QString::fromUtf8(AVELDORAN_INSTALLED_DATA_DIR));
+            root = installedDataDirectory();
     } else {
         root = roots().user;
         if (root.isEmpty())

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "core/aveldoranexport.h"
-
 #include <QtCore/QString>
 
 class QDomDocument;
@@ -19,4 +17,4 @@ struct DomError
 // DOM would overflow the stack, where the document type declares anything, which could multiply the file, and where a
 // token or all texts together are longer than BoundedXmlReader takes (core/boundedxmlreader.h). After an error the
 // document holds what stands before it. Opens a device that isn't open. Private to the two libraries.
-AVELDORAN_CORE_EXPORT bool setBoundedContent(QDomDocument *document, QIODevice *device, DomError *error);
+bool setBoundedContent(QDomDocument *document, QIODevice *device, DomError *error);

@@ -1,12 +1,10 @@
 #pragma once
 
-#include "core/aveldoranexport.h"
-
 #include <QtXml/QDomDocument>
 
 class QIODevice;
 
-// Reading and writing of the suite's XML files. Private to the two libraries; libaveldorandata has xmlText() of it.
+// Reading and writing of the suite's XML files. Private to the two libraries.
 
 // Deepest element nesting that is read. Qt's DOM and the channel tree recurse over it, so it bounds their stacks.
 constexpr int kMaxXmlDepth = 1000;
@@ -20,7 +18,7 @@ struct XmlError
 
 // Opens a regular file for reading. False with *errorText set for anything else: a missing or unreadable file, a
 // directory, a pipe.
-AVELDORAN_CORE_EXPORT bool openRegularFile(class QFile *file, QString *errorText);
+bool openRegularFile(class QFile *file, QString *errorText);
 
 // Parses a whole XML document as it is read, without holding its text: damage early in a large file costs little.
 // The document type is dropped, and so is white space that only indents elements. On failure the document is null and
@@ -33,4 +31,4 @@ QByteArray writeXmlDocument(const QDomDocument &document);
 
 // `text` without the characters that XML 1.0 can't hold, so that what is written can be read back. Shares the data of a
 // text that has none.
-AVELDORAN_CORE_EXPORT QString xmlText(const QString &text);
+QString xmlText(const QString &text);

@@ -42,7 +42,7 @@ AGeoData *AGeoDataProcessor::findWaypoint(const QDateTime &start, const QDateTim
     qint64 i = count / 2;
     qint64 step = i;
     while (i >= 0 && i < count - 1) {
-        const bool liesBetweenTwo = timeAt(i) < lowest && timeAt(i + 1) > highest;
+        const bool liesBetweenTwo = lowest > timeAt(i) && highest < timeAt(i + 1);
         if (liesBetweenTwo || step <= 0)
             break;
         step >>= 1;

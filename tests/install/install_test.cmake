@@ -2,6 +2,7 @@
 # against the installation: with find_package, then with pkg-config and the plain compiler. All under SCRATCH.
 
 cmake_minimum_required(VERSION 3.25)
+include(${CMAKE_CURRENT_LIST_DIR}/run.cmake)
 include(${SOURCE_DIR}/cmake/AveldoranLayout.cmake)
 
 set(consumer ${CMAKE_CURRENT_LIST_DIR}/consumer)
@@ -9,30 +10,6 @@ set(installed_at ${SCRATCH}/installed-here)
 set(prefix ${SCRATCH}/moved/there)
 set(libdir ${prefix}/${LIBDIR})
 set(includedir ${prefix}/${INCLUDEDIR}/aveldoran)
-
-function(fail text)
-    message("${text}")
-    message(FATAL_ERROR "failed")
-endfunction()
-
-# run(COMMAND ARGUMENT...) shows the output in any case and sets `output`.
-function(run)
-    list(JOIN ARGN " " shown)
-    message(STATUS "${shown}")
-    execute_process(COMMAND ${ARGN} RESULT_VARIABLE status OUTPUT_VARIABLE text ERROR_VARIABLE text)
-    message("${text}")
-    if(NOT status EQUAL 0)
-        fail("Ended with ${status}: ${shown}")
-    endif()
-    set(output "${text}" PARENT_SCOPE)
-endfunction()
-
-function(expect_in_output expected)
-    string(FIND "${output}" "${expected}" position)
-    if(position EQUAL -1)
-        fail("The output has no line '${expected}'")
-    endif()
-endfunction()
 
 # --- install, and move ---
 
@@ -146,7 +123,7 @@ function(compile library result)
     endif()
     run(${pkg_config} --cflags --libs ${library})
     separate_arguments(flags UNIX_COMMAND "${output}")
-    run(${CXX} ${ARGN} -o ${result} ${flags} -Wl,-rpath,${libdir})
+    run(${CXX} -fPIC ${ARGN} -o ${result} ${flags} -Wl,-rpath,${libdir})
 endfunction()
 
 compile(aveldorandata ${SCRATCH}/plan ${consumer}/main.cpp ${SCRATCH}/all_headers.cpp)
