@@ -118,6 +118,8 @@ private Q_SLOTS:
     void onlyExistingFilesAreOpened();
     void oddNamesAreChosen_data();
     void oddNamesAreChosen();
+    void hugeTextsAreShown_data();
+    void hugeTextsAreShown();
 
 private:
     QString directoryText(const QString &text) const; // "D" stands for the test's own directory
@@ -354,6 +356,29 @@ void TestADesktopServicesDialogs::oddNamesAreChosen()
     const User user(directory + '/' + name);
     QCOMPARE(ADesktopServices::getFilename(false, nullptr, {}, QString(), kXml, nullptr), directory + '/' + name);
     QCOMPARE(m_settings->remembered(), QStringList(remembered + '=' + directory));
+}
+
+void TestADesktopServicesDialogs::hugeTextsAreShown_data()
+{
+    QTest::addColumn<QString>("path");
+    QTest::addColumn<QString>("filter");
+    constexpr int kMillion = 1000000;
+    QTest::newRow("a filter without brackets") << "a.xml" << QString(kMillion, 'x');
+    QTest::newRow("nested brackets") << "a.xml" << QString(kMillion / 2, '(') + QString(kMillion / 2, ')');
+    QTest::newRow("a long pattern") << "a.xml"
+                                    << "XML (*." + QString(kMillion, 'x') + ')';
+    QTest::newRow("a long name") << QString(kMillion, 'x') + ".xml" << kXml;
+    QTest::newRow("a long path") << "/" + QString("x/").repeated(kMillion / 2) + "a.xml" << kXml;
+}
+
+void TestADesktopServicesDialogs::hugeTextsAreShown()
+{
+    QFETCH(QString, path);
+    QFETCH(QString, filter);
+    const User user{QString()};
+    QVERIFY(ADesktopServices::getFilename(false, nullptr, {}, path, filter, nullptr).isEmpty());
+    QCOMPARE(user.seen.dialogs, 1);
+    QCOMPARE(m_settings->remembered(), QStringList());
 }
 
 QTEST_MAIN(TestADesktopServicesDialogs)
