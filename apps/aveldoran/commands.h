@@ -13,6 +13,7 @@ enum ExitStatus
 
 int runCalibration(const QStringList &arguments);
 int runChannels(const QStringList &arguments);
+int runDevices(const QStringList &arguments);
 int runDrive(const QStringList &arguments);
 int runLimits(const QStringList &arguments);
 int runLogo(const QStringList &arguments);

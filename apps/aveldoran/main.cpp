@@ -20,6 +20,7 @@ struct Command
 constexpr Command kCommands[] = {
     {"calibration", "list calibration objects with their gains, and draw them", runCalibration},
     {"channels", "build a channel plan from profile files and print it", runChannels},
+    {"devices", "list the attached measurement devices", runDevices},
     {"drive", "draw the recording of a measurement drive as a KML document", runDrive},
     {"limits", "print limit lines, draw them, and check a trace against them", runLimits},
     {"logo", "compose the boot logo of a device", runLogo},
