@@ -103,7 +103,7 @@ void TestAVeldoranVariableDelegate::bothColumnsLeadToTheVariable()
 void TestAVeldoranVariableDelegate::everyVariableIsFoundByNameAndByNumber()
 {
     AVeldoranVariableDelegate delegate;
-    delegate.setOptions(VeldoranDeviceType(0xff), true, true);
+    delegate.setOptions(VeldoranDeviceType(0x0f), true, true);
     int count = 0;
     for (; const device_variable_desc *desc = get_vardesc(count); ++count) {
         QCOMPARE(delegate.variableInfo(VariableTable(desc->name).valueCell()), desc);

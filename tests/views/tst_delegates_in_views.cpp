@@ -90,7 +90,6 @@ class TestDelegatesInViews : public QObject
 
 private Q_SLOTS:
     void initTestCase();
-    void cleanup();
 
     void aKeyOpensTheEditor_data() { addDelegateSampleRows(); }
     void aKeyOpensTheEditor();
@@ -122,12 +121,6 @@ private Q_SLOTS:
 void TestDelegatesInViews::initTestCase()
 {
     QLocale::setDefault(QLocale::c());
-    QApplication::setKeyboardInputInterval(100);
-}
-
-void TestDelegatesInViews::cleanup()
-{
-    endWord();
 }
 
 void TestDelegatesInViews::aKeyOpensTheEditor()
