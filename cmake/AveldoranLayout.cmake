@@ -27,4 +27,6 @@ set(AVELDORAN_PRIVATE_HEADERS
     geo/waypoint.h
     datamanager/scanneddirectories.h
     marker/aspectrummarkerlist_p.h
+    views/editorlook.h
+    views/filtertable.h
 )
