@@ -436,11 +436,30 @@ bool encode(const ABootlogoData &logo, const Options &options, QByteArray *conte
     return true;
 }
 
+// A write may take less than it is given without an error, and the next one says why. From a buffer commit() would
+// write it, and keep a file that is cut short.
+bool writeAll(QSaveFile *file, const QByteArray &content)
+{
+    qint64 written = 0;
+    while (written < content.size()) {
+        const qint64 part = file->write(content.constData() + written, content.size() - written);
+        if (part <= 0)
+            return false;
+        written += part;
+    }
+    return true;
+}
+
 // The file is replaced when the new one is complete.
 bool writeFile(const QString &name, const QByteArray &content)
 {
+    const QFileInfo replaced(name);
+    if (replaced.exists() && !replaced.isFile()) {
+        Console::error(QStringLiteral("%1: could not be written: not a regular file").arg(name));
+        return false;
+    }
     QSaveFile file(name);
-    if (file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.commit())
+    if (file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && writeAll(&file, content) && file.commit())
         return true;
     Console::error(QStringLiteral("%1: could not be written: %2").arg(name, file.errorString()));
     return false;
