@@ -2,6 +2,7 @@
 #include <core/aveldorandevice.h>
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QDate>
 #include <QtCore/QSettings>
 #include <QtCore/QTemporaryDir>
 
@@ -29,16 +30,37 @@ private:
                                  QStringLiteral("002311")};
 };
 
-// All fields, the inverted area and the calibration date.
-void compose(benchmark::State &state)
+QByteArray calibratedOn(const QDate &date)
+{
+    const QByteArray digits = date.toString(QStringLiteral("MMddyyyy")).toLatin1();
+    return QByteArray::fromHex(digits.mid(0, 4) + digits.mid(6, 2) + digits.mid(4, 2));
+}
+
+void composeCalibrated(benchmark::State &state, const QDate &date)
 {
     ABootlogoData logo(nullptr);
     Device device;
-    QMap<unsigned short, QByteArray> memory = {{38, "2.1=a;2.2=b;_3=c"}, {31, QByteArray::fromHex("01019920")}};
+    QMap<unsigned short, QByteArray> memory = {{38, "2.1=a;2.2=b;_3=c"}, {31, calibratedOn(date)}};
     for (auto _ : state) {
         if (!logo.fromDeviceInformation(QString(), nullptr, &device, memory, QString(), 0))
             state.SkipWithError("refused");
     }
+    // The inverted band is lit, the reminder leaves the corner dark.
+    const bool isOverdue = !logo.pixel(kCols - 1, kRows - 1);
+    if (isOverdue != (date.daysTo(QDate::currentDate()) > 730))
+        state.SkipWithError("another logo than expected");
+}
+
+// All fields, the inverted area and the calibration date.
+void compose(benchmark::State &state)
+{
+    composeCalibrated(state, QDate::currentDate());
+}
+
+// The same, and the reminder over it.
+void composeOverdue(benchmark::State &state)
+{
+    composeCalibrated(state, QDate(2000, 1, 1));
 }
 
 // The same with an editor that follows each pixel.
@@ -102,6 +124,7 @@ void streamThereAndBack(benchmark::State &state)
 } // namespace
 
 BENCHMARK(compose)->Unit(benchmark::kMicrosecond);
+BENCHMARK(composeOverdue)->Unit(benchmark::kMicrosecond);
 BENCHMARK(composeWatched)->Unit(benchmark::kMicrosecond);
 BENCHMARK(readSettings)->Unit(benchmark::kMicrosecond);
 BENCHMARK(writeText)->Arg(13)->Arg(100000)->Unit(benchmark::kMicrosecond);

@@ -1,9 +1,8 @@
 #include "bootlogo/abootlogodata.h"
 
 #include <QtGui/QBitmap>
+#include <QtGui/QColor>
 #include <QtGui/QImage>
-#include <QtGui/QPainter>
-#include <QtGui/QPolygon>
 
 #include <algorithm>
 #include <iterator>
@@ -60,24 +59,22 @@ bool ABootlogoData::loadBitstream(const QByteArray &data)
     return true;
 }
 
+// Pixel by pixel: a QPainter draws nothing right of column 32767.
 QBitmap ABootlogoData::toBitmap() const
 {
-    QBitmap bitmap(m_cols, m_rows);
-    if (bitmap.isNull())
-        return bitmap;
-    QPainter painter(&bitmap);
-    painter.fillRect(bitmap.rect(), Qt::color0);
-    painter.setPen(Qt::color1);
-    QPolygon litPixels;
+    QImage image(m_cols, m_rows, QImage::Format_MonoLSB);
+    if (image.isNull())
+        return {};
+    image.setColorTable({QColor(Qt::color0).rgb(), QColor(Qt::color1).rgb()});
     for (int row = 0; row < m_rows; ++row) {
-        litPixels.clear();
+        uchar *line = image.scanLine(m_rows - 1 - row);
+        std::fill_n(line, image.bytesPerLine(), uchar{0});
         for (int col = 0; col < m_cols; ++col) {
             if (pixel(col, row))
-                litPixels.append(QPoint(col, m_rows - 1 - row));
+                line[col / 8] |= static_cast<uchar>(1U << (col % 8U));
         }
-        painter.drawPoints(litPixels);
     }
-    return bitmap;
+    return QBitmap::fromImage(image);
 }
 
 bool ABootlogoData::loadBitmap(const QBitmap &bitmap)

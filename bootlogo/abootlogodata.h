@@ -78,13 +78,13 @@ public:
     // option numbers written on it, and an inverted area; or, if its calibration is overdue, a reminder and nothing
     // else. False, before anything is changed, for a null or unsuitable device, and if the background can't be had.
     //
-    // `bitmapFile`: a picture of up to 16,777,216 pixels, which gives the logo its size; empty for the template, 51 by
-    //               25 pixels.
-    // `settings`:   where what goes, see docs/formats.md; a field whose key is absent is left out. Null: the default
-    //               settings of the application.
-    // `memory`:     what was read from the device: at 38 its firmware versions, at 31 its calibration date. Not
-    // changed. `firmware`:   the firmware version; if empty that of `memory`, and else the device's own. `options`:
-    // option bits to print beside those of the device.
+    // - bitmapFile: a picture of up to 16,777,216 pixels, which gives the logo its size; empty for the template, 51 by
+    //   25 pixels.
+    // - settings: where what goes, see docs/formats.md; a field whose key is absent is left out. Null: the default
+    //   settings of the application.
+    // - memory: what was read from the device: at 38 its firmware versions, at 31 its calibration date. Not changed.
+    // - firmware: the firmware version; if empty that of the memory, and else the device's own.
+    // - options: option bits to print beside those of the device.
     bool fromDeviceInformation(const QString &bitmapFile, QSettings *settings, AVeldoranDevice *device,
                                QMap<unsigned short, QByteArray> &memory, QString firmware, unsigned short options);
 

@@ -1,4 +1,5 @@
 #include "bootlogo/abootlogodata.h"
+#include "bootlogo/logobackground.h"
 #include "core/aveldorandevice.h"
 
 #include <QtCore/QDate>
@@ -6,8 +7,6 @@
 #include <QtCore/QPoint>
 #include <QtCore/QStringList>
 #include <QtGui/QBitmap>
-#include <QtGui/QImage>
-#include <QtGui/QImageReader>
 
 #include <algorithm>
 #include <limits>
@@ -34,8 +33,6 @@ constexpr struct
 // Where the device memory holds what.
 constexpr unsigned short kCalibrationDate = 31;
 constexpr unsigned short kFirmwareVersions = 38;
-
-constexpr qint64 kMaxBackgroundPixels = 1 << 24;
 
 constexpr int kTemplateCols = 51;
 constexpr int kTemplateRows = 25;
@@ -161,17 +158,6 @@ bool calibrationIsOverdue(const QByteArray &memory, const QString &warningDays)
 
 // --- background ---
 
-// Past the cache that QPixmap::load keeps by name, size and second: a file just drawn anew would come as it was.
-QBitmap bitmapFromFile(const QString &name)
-{
-    QImageReader reader(name);
-    const QSize size = reader.size();
-    if (size.isValid() && qint64{size.width()} * size.height() > kMaxBackgroundPixels)
-        return {};
-    const QImage image = reader.read();
-    return image.isNull() ? QBitmap() : QBitmap::fromImage(image);
-}
-
 bool loadBackground(const QString &bitmapFile, ABootlogoData *logo)
 {
     if (bitmapFile.isEmpty()) {
@@ -179,7 +165,7 @@ bool loadBackground(const QString &bitmapFile, ABootlogoData *logo)
         return logo->loadBitstream(
             QByteArray::fromRawData(reinterpret_cast<const char *>(kTemplate), sizeof(kTemplate)));
     }
-    const QBitmap bitmap = bitmapFromFile(bitmapFile);
+    const QBitmap bitmap = readLogoBackground(bitmapFile);
     if (bitmap.isNull())
         return false;
     logo->resize(bitmap.width(), bitmap.height());
@@ -208,8 +194,10 @@ void writeModel(const QSettings &layout, const QString &model, ABootlogoData *lo
         return;
     const QPoint corner = pairFromText(position);
     const qint64 shift = qint64{kColumnsPerCharacter} * std::max(0, model.size() - kFittingLength);
-    const qint64 col = std::max<qint64>(corner.x() - shift, std::numeric_limits<int>::min());
-    logo->writeText(static_cast<int>(col), corner.y(), model);
+    const qint64 col = corner.x() - shift;
+    // What begins so far on the left ends there: no text is long enough to reach the picture.
+    if (col >= std::numeric_limits<int>::min())
+        logo->writeText(static_cast<int>(col), corner.y(), model);
 }
 
 // Costs by the part of the area that lies in the picture, whatever the setting says.

@@ -6,6 +6,7 @@ set(AVELDORAN_FOLDERS
 
 # A header that says "Private to" stands in this list, every other one is public.
 set(AVELDORAN_PRIVATE_HEADERS
+    bootlogo/logobackground.h
     channel/achannelinfo_walk.h
     core/atomicfile.h
     core/boundeddom.h
@@ -27,4 +28,6 @@ set(AVELDORAN_PRIVATE_HEADERS
     geo/waypoint.h
     datamanager/scanneddirectories.h
     marker/aspectrummarkerlist_p.h
+    views/editorlook.h
+    views/filtertable.h
 )

@@ -15,3 +15,18 @@ function(aveldoran_add_test name)
     endif()
     file(MAKE_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/${name}.home)
 endfunction()
+
+# aveldoran_add_usb_test(NAME ...): the same with USB devices of its own making (tests/core/usbtestbed.h). Without
+# umockdev it counts as skipped and builds nothing.
+include(AveldoranUmockdev)
+function(aveldoran_add_usb_test name)
+    if(AVELDORAN_HAS_UMOCKDEV)
+        cmake_parse_arguments(arg "" "" "LIBRARIES" ${ARGN})
+        aveldoran_add_test(${name} LAUNCHER ${UMOCKDEV_WRAPPER} LIBRARIES ${arg_LIBRARIES} PkgConfig::UMOCKDEV
+            ${arg_UNPARSED_ARGUMENTS})
+    else()
+        message(STATUS "umockdev is missing: ${name} is skipped")
+        add_test(NAME ${name} COMMAND ${CMAKE_COMMAND} -E echo "SKIPPED: umockdev is missing")
+        set_tests_properties(${name} PROPERTIES SKIP_REGULAR_EXPRESSION "^SKIPPED")
+    endif()
+endfunction()

@@ -1,16 +1,20 @@
+#include "fuzz/memoryfile.h"
+
 #include <bootlogo/abootlogodata.h>
 #include <core/aveldorandevice.h>
 
-#include <QtCore/QCoreApplication>
 #include <QtCore/QSettings>
+#include <QtGui/QBitmap>
+#include <QtGui/QGuiApplication>
+#include <QtGui/QImageReader>
 
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
 
-// A stream of any bytes in a picture of any size, a text of any characters at any place, and a logo composed of any
-// settings, device texts and device memory: no more than the picture is drawn on, and each pixel as the text says. The
-// first byte of an input says which.
+// A stream of any bytes in a picture of any size, a text of any characters at any place, a logo composed of any
+// settings, device texts and device memory, and one on any picture: no more than the picture is drawn on, and each
+// pixel as the text says. The first byte of an input says which.
 
 namespace {
 
@@ -181,10 +185,46 @@ void compose(Input *input)
     require(logo.toBitstream() == stream);
 }
 
+// Left out is what rightly takes long, a picture that says that it is large and not too large. One that holds more than
+// it says isn't.
+void loadBackground(Input *input)
+{
+    constexpr qint64 kMostPixels = 16777216;
+    constexpr qint64 kMostSaid = 65536;
+    const QByteArray content = input->rest();
+    const MemoryFile file(reinterpret_cast<const std::uint8_t *>(content.constData()),
+                          static_cast<std::size_t>(content.size()));
+    const QSize said = QImageReader(file.name()).size();
+    const qint64 pixelsSaid = qint64{said.width()} * said.height();
+    if (pixelsSaid > kMostSaid && pixelsSaid <= kMostPixels)
+        return;
+
+    FuzzedDevice device;
+    for (int i = 0; i < AVeldoranDevice::InformationCount; ++i)
+        device.information.append(QString());
+    QMap<unsigned short, QByteArray> memory;
+    layout().clear();
+    ABootlogoData &logo = picture();
+    logo.resize(3, 2);
+    const bool isLoaded = logo.fromDeviceInformation(file.name(), &layout(), &device, memory, QString(), 0);
+    const qint64 pixels = qint64{logo.cols()} * logo.rows();
+    require(pixels > 0 && pixels <= kMostPixels);
+    require(isLoaded || (logo.cols() == 3 && logo.rows() == 2));
+    require(logo.toBitstream().size() == (pixels + 7) / 8);
+    require(logo.toBitmap().size() == QSize(logo.cols(), logo.rows()));
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerInitialize(int *, char ***)
 {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    static int argumentCount = 1;
+    static char name[] = "fuzz_bootlogo";
+    static char *arguments[] = {name, nullptr};
+    static const QGuiApplication &application = *new QGuiApplication(argumentCount, arguments); // for bitmaps
+    Q_UNUSED(application)
+
     // No settings of the user are read or written.
     QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/nonexistent"));
     QSettings::setPath(QSettings::NativeFormat, QSettings::SystemScope, QStringLiteral("/nonexistent"));
@@ -203,6 +243,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
         break;
     case 't':
         writeText(&input);
+        break;
+    case 'b':
+        loadBackground(&input);
         break;
     default:
         compose(&input);

@@ -13,9 +13,11 @@ enum ExitStatus
 
 int runCalibration(const QStringList &arguments);
 int runChannels(const QStringList &arguments);
+int runDevices(const QStringList &arguments);
 int runDrive(const QStringList &arguments);
 int runLimits(const QStringList &arguments);
 int runLogo(const QStringList &arguments);
 int runMarkers(const QStringList &arguments);
 int runRecord(const QStringList &arguments);
+int runWaterfall(const QStringList &arguments);
 int runWaypoints(const QStringList &arguments);

@@ -119,6 +119,22 @@ bool parse(QCommandLineParser *parser, const QStringList &arguments, int *exitSt
     return true;
 }
 
+QCommandLineOption formatOption()
+{
+    return {QStringLiteral("format"), QStringLiteral("How to print: text or json."), QStringLiteral("FORMAT"),
+            QStringLiteral("text")};
+}
+
+bool readFormat(const QCommandLineParser &parser, const QString &command, bool *asJson)
+{
+    const QString name = parser.value(QStringLiteral("format"));
+    *asJson = name == QLatin1String("json");
+    if (*asJson || name == QLatin1String("text"))
+        return true;
+    error(QStringLiteral("%1: unknown format '%2', expected text or json").arg(command, name));
+    return false;
+}
+
 QString oneLine(const QString &text)
 {
     QString line = text.simplified();

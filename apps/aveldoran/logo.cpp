@@ -8,19 +8,22 @@
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QDate>
 #include <QtCore/QFile>
+#include <QtCore/QFileInfo>
 #include <QtCore/QMap>
+#include <QtCore/QRegularExpression>
 #include <QtCore/QSaveFile>
 #include <QtCore/QSettings>
 #include <QtGui/QBitmap>
 #include <QtGui/QImage>
 
 #include <algorithm>
+#include <iterator>
 #include <limits>
 #include <memory>
+#include <utility>
 
 namespace {
 
-constexpr int kMaxScale = 100;
 constexpr int kMaxSide = 32767; // of a picture in a file
 
 // Where the device memory holds the calibration date.
@@ -53,24 +56,77 @@ struct Options
 
 // --- the command line ---
 
+constexpr struct
+{
+    const char *name;
+    const char *value; // null if it has none
+    const char *description;
+} kOptions[] = {
+    {"model", "M", "The model name of the device. Required."},
+    {"firmware", "F", "Its firmware version. Required."},
+    {"serial", "S", "Its serial number. Required."},
+    {"revision", "N", "The generation of its hardware, 1 if not given."},
+    {"options", "MASK", "The bits of its options, a number such as 5 or 0x5."},
+    {"custom-option", "TEXT", "The text of option bit 8."},
+    {"background", "FILE", "A picture to write on, of up to 16,777,216 pixels, instead of the template."},
+    {"calibrated", "DATE", "When it was calibrated, such as 2026-03-31."},
+    {"settings", "FILE.ini", "A layout: what goes where. A field without a key is left out."},
+    {"output", "FILE", "Write FILE.png, FILE.bmp, or the device's bit stream as FILE.bin."},
+    {"scale", "N", "Draw each pixel of a picture file N by N, up to 100."},
+    {"ascii", nullptr, "Print the logo with block characters; what is done without --output."},
+};
+constexpr int kMaxScale = 100;
+
+constexpr char kDescription[] = "Composes the boot logo of a device, prints it, and writes it as a picture or as\n"
+                                "the bit stream that the device takes. --model, --firmware and --serial are\n"
+                                "required.\n\n"
+                                "A lit pixel is black in a picture file. Printed, it has the colour of the\n"
+                                "terminal's text: on a dark terminal it is light, the reverse of the picture.\n\n"
+                                "The positions on the logo are those of the template, or of --settings. Settings of\n"
+                                "the user are neither read nor written.\n\n"
+                                "Examples:\n"
+                                "  aveldoran logo --model 6060 --firmware 1.44 --serial 002311 \\\n"
+                                "      --output logo.png --scale 8\n"
+                                "  aveldoran logo --model 6060 --firmware 1.44 --serial 002311 \\\n"
+                                "      --revision 2 --options 0x13\n"
+                                "  aveldoran logo --model 6060 --firmware 1.44 --serial 002311 \\\n"
+                                "      --background wide.pbm --settings wide.ini";
+
 void addOptions(QCommandLineParser *parser)
 {
-    const auto add = [parser](const char *name, const char *value, const QString &description) {
-        parser->addOption({QLatin1String(name), description, QLatin1String(value)});
-    };
-    add("model", "M", QStringLiteral("The model name of the device."));
-    add("firmware", "F", QStringLiteral("Its firmware version."));
-    add("serial", "S", QStringLiteral("Its serial number."));
-    add("revision", "N", QStringLiteral("The generation of its hardware, 1 if not given."));
-    add("options", "MASK", QStringLiteral("The bits of its options, a number such as 5 or 0x5."));
-    add("custom-option", "TEXT", QStringLiteral("The text of option bit 8."));
-    add("background", "FILE", QStringLiteral("A picture to write on, instead of the template."));
-    add("calibrated", "DATE", QStringLiteral("When it was calibrated, such as 2026-03-31."));
-    add("settings", "FILE.ini", QStringLiteral("A layout: what goes where. A field without a key is left out."));
-    add("output", "FILE", QStringLiteral("Write FILE.png, FILE.bmp, or the device's bit stream as FILE.bin."));
-    add("scale", "N", QStringLiteral("Draw each pixel of a picture file N by N, up to %1.").arg(kMaxScale));
-    parser->addOption({QStringLiteral("ascii"),
-                       QStringLiteral("Print the logo with block characters; what is done without --output.")});
+    for (const auto &option : kOptions) {
+        parser->addOption({QLatin1String(option.name), QLatin1String(option.description),
+                           QLatin1String(option.value ? option.value : "")});
+    }
+}
+
+bool namesAnOption(const QString &argument)
+{
+    if (argument == QLatin1String("--help"))
+        return true;
+    return std::any_of(std::begin(kOptions), std::end(kOptions), [&argument](const auto &option) {
+        return argument.section(QLatin1Char('='), 0, 0) == QLatin1String("--") + QLatin1String(option.name);
+    });
+}
+
+bool wantsAValue(const QString &argument)
+{
+    return std::any_of(std::begin(kOptions), std::end(kOptions), [&argument](const auto &option) {
+        return option.value && argument == QLatin1String("--") + QLatin1String(option.name);
+    });
+}
+
+// The parser takes "--firmware" for the model name in "--model --firmware 1.44".
+bool valuesAreGiven(const QStringList &arguments)
+{
+    for (int i = 1; i + 1 < arguments.size(); ++i) {
+        if (wantsAValue(arguments.at(i)) && namesAnOption(arguments.at(i + 1))) {
+            Console::error(QStringLiteral("logo: %1 is followed by '%2', expected its value")
+                               .arg(arguments.at(i), arguments.at(i + 1)));
+            return false;
+        }
+    }
+    return true;
 }
 
 bool readText(const QCommandLineParser &parser, const QString &name, QString *text)
@@ -83,15 +139,25 @@ bool readText(const QCommandLineParser &parser, const QString &name, QString *te
     return true;
 }
 
-// Decimal, or hexadecimal after "0x".
+bool readFileName(const QCommandLineParser &parser, const QString &name, QString *file)
+{
+    *file = parser.value(name);
+    if (!parser.isSet(name) || !file->isEmpty())
+        return true;
+    Console::error(QStringLiteral("logo: --%1 is '', expected the name of a file").arg(name));
+    return false;
+}
+
+// Digits alone: decimal ones, or hexadecimal ones after "0x".
 bool readNumber(const QCommandLineParser &parser, const QString &name, int least, int most, int *number)
 {
     if (!parser.isSet(name))
         return true;
+    static const QRegularExpression form(QStringLiteral("\\A(?:0[xX]([0-9a-fA-F]+)|([0-9]+))\\z"));
     const QString text = parser.value(name);
-    const bool isHexadecimal = text.startsWith(QLatin1String("0x"), Qt::CaseInsensitive);
+    const QRegularExpressionMatch match = form.match(text);
     bool ok = false;
-    *number = isHexadecimal ? text.midRef(2).toInt(&ok, 16) : text.toInt(&ok);
+    *number = match.capturedLength(1) > 0 ? match.capturedRef(1).toInt(&ok, 16) : match.capturedRef(2).toInt(&ok);
     if (ok && *number >= least && *number <= most)
         return true;
     Console::error(QStringLiteral("logo: --%1 is '%2', expected a number from %3 to %4")
@@ -99,16 +165,32 @@ bool readNumber(const QCommandLineParser &parser, const QString &name, int least
     return false;
 }
 
+// Two decimal digits a byte, and a device takes bytes from 0x80 on for negative numbers.
+bool deviceCanKeepYear(int year)
+{
+    constexpr int kFirst = 2000;
+    constexpr int kEnd = 80;
+    return year >= kFirst && year / 100 < kEnd && year % 100 < kEnd;
+}
+
 bool readDate(const QCommandLineParser &parser, const QString &name, QDate *date)
 {
     if (!parser.isSet(name))
         return true;
+    static const QRegularExpression form(QStringLiteral("\\A[0-9]{4}-[0-9]{2}-[0-9]{2}\\z"));
     const QString text = parser.value(name);
-    *date = QDate::fromString(text, Qt::ISODate);
-    if (date->isValid())
-        return true;
-    Console::error(QStringLiteral("logo: --%1 is '%2', expected a date such as 2026-03-31").arg(name, text));
-    return false;
+    *date = form.match(text).hasMatch() ? QDate::fromString(text, Qt::ISODate) : QDate();
+    if (!date->isValid()) {
+        Console::error(QStringLiteral("logo: --%1 is '%2', expected a date such as 2026-03-31").arg(name, text));
+        return false;
+    }
+    if (!deviceCanKeepYear(date->year())) {
+        Console::error(QStringLiteral("logo: --%1 is '%2', expected a year that a device can keep: from 2000 to 7979, "
+                                      "the last two digits below 80")
+                           .arg(name, text));
+        return false;
+    }
+    return true;
 }
 
 bool chooseFormat(const QCommandLineParser &parser, Options *options)
@@ -136,32 +218,44 @@ bool chooseFormat(const QCommandLineParser &parser, Options *options)
     return true;
 }
 
+bool outputReplacesNoInput(const Options &options)
+{
+    const QString replaced = QFileInfo(options.output).canonicalFilePath(); // empty if there is no such file
+    for (const QString &input : {options.background, options.settings}) {
+        if (!replaced.isEmpty() && replaced == QFileInfo(input).canonicalFilePath()) {
+            Console::error(QStringLiteral("logo: --output would replace '%1', which the logo is made from").arg(input));
+            return false;
+        }
+    }
+    return true;
+}
+
 bool readOptions(const QStringList &arguments, Options *options, int *exitStatus)
 {
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral(
-        "Composes the boot logo of a device, prints it, and writes it as a picture or as the bit stream that the "
-        "device takes.\n\nExample: aveldoran logo --model 6060 --firmware 1.44 --serial 002311 --output logo.png "
-        "--scale 8"));
+    parser.setApplicationDescription(QLatin1String(kDescription));
     addOptions(&parser);
     if (!Console::parse(&parser, arguments, exitStatus))
         return false;
 
     *exitStatus = ExitUsage;
+    if (!valuesAreGiven(arguments))
+        return false;
     if (!parser.positionalArguments().isEmpty()) {
         Console::error(QStringLiteral("logo: '%1' is no option").arg(parser.positionalArguments().constFirst()));
         return false;
     }
     options->customOption = parser.value(QStringLiteral("custom-option"));
-    options->background = parser.value(QStringLiteral("background"));
-    options->settings = parser.value(QStringLiteral("settings"));
     return readText(parser, QStringLiteral("model"), &options->model) &&
            readText(parser, QStringLiteral("firmware"), &options->firmware) &&
            readText(parser, QStringLiteral("serial"), &options->serial) &&
+           readFileName(parser, QStringLiteral("background"), &options->background) &&
+           readFileName(parser, QStringLiteral("settings"), &options->settings) &&
            readNumber(parser, QStringLiteral("revision"), 0, std::numeric_limits<int>::max(), &options->revision) &&
            readNumber(parser, QStringLiteral("options"), 0, 0xffff, &options->optionMask) &&
            readNumber(parser, QStringLiteral("scale"), 1, kMaxScale, &options->scale) &&
-           readDate(parser, QStringLiteral("calibrated"), &options->calibrated) && chooseFormat(parser, options);
+           readDate(parser, QStringLiteral("calibrated"), &options->calibrated) && chooseFormat(parser, options) &&
+           outputReplacesNoInput(*options);
 }
 
 // --- composing ---
@@ -176,6 +270,64 @@ bool canBeOpened(const QString &name)
     return false;
 }
 
+bool isPosition(const QString &text)
+{
+    const QStringList numbers = text.split(QLatin1Char('x'));
+    return numbers.size() == 2 && std::all_of(numbers.cbegin(), numbers.cend(), [](const QString &number) {
+               bool ok = false;
+               number.toInt(&ok);
+               return ok;
+           });
+}
+
+bool isArea(const QString &text)
+{
+    const QStringList parts = text.split(QLatin1Char('-'));
+    return parts.size() == 2 && isPosition(parts.constFirst()) && isPosition(parts.constLast());
+}
+
+bool isDays(const QString &text)
+{
+    bool ok = false;
+    return text.toInt(&ok) >= 0 && ok;
+}
+
+constexpr char kExpectedPosition[] = "a column and a row such as 26x6";
+
+constexpr struct
+{
+    const char *key;
+    bool (*isValid)(const QString &text);
+    const char *expected;
+} kLayoutKeys[] = {
+    {"LogoPositionType", isPosition, kExpectedPosition},
+    {"LogoPositionModel", isPosition, kExpectedPosition},
+    {"LogoPositionFirmware", isPosition, kExpectedPosition},
+    {"LogoPositionSerial", isPosition, kExpectedPosition},
+    {"LogoPositionOptions", isPosition, kExpectedPosition},
+    {"LogoInvertArea", isArea, "a corner and a size such as 0x18-51x7"},
+    {"CalibrationWarningDays", isDays, "a number of days such as 730"},
+};
+
+// What the library reads as 0 or leaves out is refused here, unless it is empty.
+bool checkLayoutValue(const QSettings &layout, const QString &file, const QString &key)
+{
+    const auto *known = std::find_if(std::begin(kLayoutKeys), std::end(kLayoutKeys),
+                                     [&key](const auto &candidate) { return key == QLatin1String(candidate.key); });
+    if (known == std::end(kLayoutKeys)) {
+        Console::error(
+            QStringLiteral("%1: '%2' is no key of a layout, expected one such as LogoPositionType").arg(file, key));
+        return false;
+    }
+    const QVariant value = layout.value(key); // with commas a list
+    const QString text = value.toStringList().join(QLatin1Char(','));
+    const bool isText = !value.isValid() || value.type() == QVariant::String;
+    if (isText && (text.isEmpty() || known->isValid(text)))
+        return true;
+    Console::error(QStringLiteral("%1: %2 is '%3', expected %4").arg(file, key, text, QLatin1String(known->expected)));
+    return false;
+}
+
 // Null, with a message, if the file is no layout.
 std::unique_ptr<QSettings> openLayout(const QString &name)
 {
@@ -183,16 +335,14 @@ std::unique_ptr<QSettings> openLayout(const QString &name)
         return nullptr;
     auto layout = std::make_unique<QSettings>(name, QSettings::IniFormat);
     const QStringList keys = layout->childKeys();
-    const bool hasField = std::any_of(keys.cbegin(), keys.cend(), [](const QString &key) {
-        return key.startsWith(QLatin1String("LogoPosition")) || key == QLatin1String("LogoInvertArea") ||
-               key == QLatin1String("CalibrationWarningDays");
-    });
-    if (layout->status() != QSettings::NoError || !hasField) {
+    if (layout->status() != QSettings::NoError || keys.isEmpty()) {
         Console::error(
             QStringLiteral("%1: no layout of a logo, expected lines such as LogoPositionType=1x19").arg(name));
         return nullptr;
     }
-    return layout;
+    const bool isValid = std::all_of(keys.cbegin(), keys.cend(),
+                                     [&](const QString &key) { return checkLayoutValue(*layout, name, key); });
+    return isValid ? std::move(layout) : nullptr;
 }
 
 // Month, day, and the low and the high two digits of the year, two decimal digits a byte.
@@ -234,6 +384,9 @@ bool compose(const Options &options, ABootlogoData *logo)
         if (!layout)
             return false;
     }
+    // With a name that it finds no file of, the library would go on to others.
+    if (!options.background.isEmpty() && !QFileInfo::exists(options.background) && !canBeOpened(options.background))
+        return false;
     DescribedDevice device(options);
     QMap<unsigned short, QByteArray> memory;
     if (options.calibrated.isValid())
@@ -283,11 +436,30 @@ bool encode(const ABootlogoData &logo, const Options &options, QByteArray *conte
     return true;
 }
 
+// A write may take less than it is given without an error, and the next one says why. From a buffer commit() would
+// write it, and keep a file that is cut short.
+bool writeAll(QSaveFile *file, const QByteArray &content)
+{
+    qint64 written = 0;
+    while (written < content.size()) {
+        const qint64 part = file->write(content.constData() + written, content.size() - written);
+        if (part <= 0)
+            return false;
+        written += part;
+    }
+    return true;
+}
+
 // The file is replaced when the new one is complete.
 bool writeFile(const QString &name, const QByteArray &content)
 {
+    const QFileInfo replaced(name);
+    if (replaced.exists() && !replaced.isFile()) {
+        Console::error(QStringLiteral("%1: could not be written: not a regular file").arg(name));
+        return false;
+    }
     QSaveFile file(name);
-    if (file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.commit())
+    if (file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && writeAll(&file, content) && file.commit())
         return true;
     Console::error(QStringLiteral("%1: could not be written: %2").arg(name, file.errorString()));
     return false;
@@ -302,6 +474,8 @@ int runLogo(const QStringList &arguments)
     if (!readOptions(arguments, &options, &exitStatus))
         return exitStatus;
 
+    // The library writes its default layout into the default settings. Where there can be no file they stay in memory.
+    QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("/dev/null"));
     ABootlogoData logo(nullptr);
     if (!compose(options, &logo))
         return ExitFailed;

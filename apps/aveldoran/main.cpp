@@ -20,11 +20,13 @@ struct Command
 constexpr Command kCommands[] = {
     {"calibration", "list calibration objects with their gains, and draw them", runCalibration},
     {"channels", "build a channel plan from profile files and print it", runChannels},
+    {"devices", "list the attached measurement devices", runDevices},
     {"drive", "draw the recording of a measurement drive as a KML document", runDrive},
     {"limits", "print limit lines, draw them, and check a trace against them", runLimits},
     {"logo", "compose the boot logo of a device", runLogo},
     {"markers", "set markers on a trace and print what they read", runMarkers},
     {"record", "record a drive along a track", runRecord},
+    {"waterfall", "draw a recording as a waterfall", runWaterfall},
     {"waypoints", "print what position files hold", runWaypoints},
 };
 
@@ -40,7 +42,7 @@ QString usage()
                           "refused, 2 wrong usage.\n");
 }
 
-// Every subcommand that draws has this option, except the one for logos, which are nothing else.
+// Every subcommand that draws has this option, except those that do nothing else.
 bool asksForPicture(const char *argument)
 {
     constexpr char kOption[] = "--plot";
@@ -61,8 +63,8 @@ void withoutRuntimeDirectory(QtMsgType type, const QMessageLogContext &context, 
 // kept from it.
 std::unique_ptr<QCoreApplication> createApplication(int &argc, char **argv)
 {
-    const bool isLogo = argc > 1 && std::strcmp(argv[1], "logo") == 0;
-    if (!isLogo && std::none_of(argv + 1, argv + argc, asksForPicture))
+    const bool isPicture = argc > 1 && (std::strcmp(argv[1], "logo") == 0 || std::strcmp(argv[1], "waterfall") == 0);
+    if (!isPicture && std::none_of(argv + 1, argv + argc, asksForPicture))
         return std::make_unique<QCoreApplication>(argc, argv);
     qputenv("QT_QPA_PLATFORM", "offscreen");
     static int count = 1;

@@ -3,6 +3,7 @@
 #include "apps/aveldoran/options.h"
 #include "apps/aveldoran/plantext.h"
 #include "apps/aveldoran/plot.h"
+#include "apps/aveldoran/texttable.h"
 #include "apps/aveldoran/tracefile.h"
 
 #include <core/emu.h>
@@ -60,8 +61,7 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
                                      QStringLiteral("How far peaks of one kind lie apart at least."), frequency);
     const QCommandLineOption reference(QStringLiteral("reference"),
                                        QStringLiteral("Show all others as differences to the Nth marker."), number);
-    const QCommandLineOption format(QStringLiteral("format"), QStringLiteral("How to print: text or json."),
-                                    QStringLiteral("FORMAT"), QStringLiteral("text"));
+    const QCommandLineOption format = Console::formatOption();
     const QCommandLineOption plot(QStringLiteral("plot"),
                                   QStringLiteral("Draw the trace with its markers into a PNG file."),
                                   QStringLiteral("FILE.png"));
@@ -105,12 +105,8 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
     if (!readNumberOption(parser, kCommand, reference.names().constFirst(), 1, count, &options->reference))
         return false;
 
-    const QString formatName = parser.value(format);
-    if (formatName != QLatin1String("text") && formatName != QLatin1String("json")) {
-        Console::error(QStringLiteral("markers: unknown format '%1', expected text or json").arg(formatName));
+    if (!Console::readFormat(parser, QStringLiteral("markers"), &options->asJson))
         return false;
-    }
-    options->asJson = formatName == QLatin1String("json");
     options->picture = parser.value(plot);
     if (parser.isSet(plot) && !options->picture.endsWith(QLatin1String(".png"), Qt::CaseInsensitive)) {
         Console::error(
@@ -200,28 +196,17 @@ void printText(const Trace &trace, const Markers &markers, const Options &option
                        .arg(shortFrequency(trace.values.constFirst().frequency),
                             shortFrequency(trace.values.constLast().frequency), QString::fromUcs4(unit->name)));
 
-    // Numbers stand to the right, words to the left.
-    const QVector<bool> toTheRight = {true, false, true, true, true, true, false, false, true, false, false};
     QVector<QStringList> rows = {{QStringLiteral("No"), QStringLiteral("Marker"), QStringLiteral("Frequency"),
                                   QStringLiteral("Level"), QStringLiteral("Delta"), QStringLiteral("Label"), QString(),
                                   QString(), QString(), QString(), QString()}};
     for (int i = 0; i < markers.size(); ++i)
         rows += rowOf(i + 1, *markers.at(i), unit);
-    QVector<int> widths(toTheRight.size());
-    for (const QStringList &row : qAsConst(rows)) {
-        for (int column = 0; column < row.size(); ++column)
-            widths[column] = qMax(widths[column], row.at(column).size());
-    }
-    for (const QStringList &row : qAsConst(rows)) {
-        QString line;
-        for (int column = 0; column < row.size(); ++column) {
-            const int width = toTheRight[column] ? widths[column] : -widths[column];
-            line += QStringLiteral("%1").arg(row.at(column), width) + QLatin1String(column < 5 ? "  " : " ");
-        }
-        while (line.endsWith(QLatin1Char(' ')))
-            line.chop(1);
-        Console::write(line + QLatin1Char('\n'));
-    }
+    // The items of a label stand close together.
+    const QVector<TableColumn> columns = {{TableColumn::Number, 2}, {TableColumn::Word, 2},   {TableColumn::Number, 2},
+                                          {TableColumn::Number, 2}, {TableColumn::Number, 2}, {TableColumn::Number, 1},
+                                          {TableColumn::Word, 1},   {TableColumn::Word, 1},   {TableColumn::Number, 1},
+                                          {TableColumn::Word, 1},   {TableColumn::Word, 1}};
+    Console::write(textTable(rows, columns));
 }
 
 QJsonValue numberOrNull(double value)

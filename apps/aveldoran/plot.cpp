@@ -1,8 +1,8 @@
 #include "apps/aveldoran/plot.h"
 
 #include "apps/aveldoran/labelplacement.h"
+#include "apps/aveldoran/plotlook.h"
 
-#include <QtCore/QSaveFile>
 #include <QtGui/QImage>
 #include <QtGui/QPainter>
 
@@ -11,29 +11,19 @@
 #include <limits>
 #include <qwt_legend.h>
 #include <qwt_plot.h>
-#include <qwt_plot_canvas.h>
 #include <qwt_plot_curve.h>
-#include <qwt_plot_grid.h>
 #include <qwt_plot_layout.h>
 #include <qwt_plot_renderer.h>
-#include <qwt_scale_draw.h>
 #include <qwt_scale_engine.h>
 #include <qwt_scale_map.h>
-#include <qwt_scale_widget.h>
 #include <qwt_symbol.h>
 #include <qwt_text.h>
 
 namespace {
 
-// The picture is laid out in points of a screen and drawn larger, so that it stays sharp on paper.
-constexpr int kLayoutWidth = 960;
-constexpr int kLayoutHeight = 560;
-constexpr double kMagnification = 1.75;
-constexpr double kDotsPerInch = 96.0;
-constexpr double kDotsPerMetre = kDotsPerInch * kMagnification / 0.0254;
+using namespace PlotLook;
 
-constexpr int kTextPoints = 9;
-constexpr int kTitlePoints = 11;
+constexpr int kLayoutHeight = 560;
 constexpr int kLabelPixels = 11; // of the layout
 
 constexpr double kSymbolSize = 8.0;
@@ -41,11 +31,9 @@ constexpr double kLabelGap = 4.0; // between label, frame and leader
 constexpr double kElbow = 14.0;   // height of the slanted part of a leader
 
 // Told apart also by who doesn't see red and green alike, and in print.
-constexpr QRgb kTraceColors[] = {0xff1f4e9e, 0xffd97706, 0xff0f766e, 0xff7c3aed, 0xff525252};
+constexpr QRgb kTraceColors[] = {kTraceColor, 0xffd97706, 0xff0f766e, 0xff7c3aed, 0xff525252};
 constexpr QRgb kLimitColor = 0xffc81e1e;
 constexpr QRgb kMarkerColor = 0xff8a1538;
-constexpr QRgb kMajorGridColor = 0xffd0d0d0;
-constexpr QRgb kMinorGridColor = 0xffececec;
 constexpr QRgb kLeaderColor = 0xffa0a0a0;
 
 using Points = QVector<Plot::Point>;
@@ -79,68 +67,12 @@ struct Range
     }
 };
 
-struct FrequencyUnit
-{
-    const char *name;
-    double hertz;
-};
-
-FrequencyUnit unitFor(double hertz)
-{
-    if (hertz >= 1e10)
-        return {"GHz", 1e9};
-    if (hertz >= 1e6)
-        return {"MHz", 1e6};
-    return hertz >= 1e3 ? FrequencyUnit{"kHz", 1e3} : FrequencyUnit{"Hz", 1.0};
-}
-
-// 1, 2 or 5 times a power of ten, so that about `divisions` of it fill the span.
-double niceStep(double span, int divisions)
-{
-    const double power = std::pow(10.0, std::floor(std::log10(span / divisions)));
-    const double lead = span / divisions / power;
-    return (lead <= 1.0 ? 1.0 : lead <= 2.0 ? 2.0 : lead <= 5.0 ? 5.0 : 10.0) * power;
-}
-
-QFont textFont(int points, bool bold)
-{
-    QFont font(QStringLiteral("DejaVu Sans"));
-    font.setStyleHint(QFont::SansSerif);
-    font.setPointSize(points);
-    font.setBold(bold);
-    return font;
-}
-
 // Of texts that are drawn into the layout directly: a size in points would be magnified twice.
 QFont labelFont()
 {
     QFont font = textFont(kTextPoints, false);
     font.setPixelSize(kLabelPixels);
     return font;
-}
-
-// Numbers without a sign between thousands, which not everybody reads alike.
-class ScaleDraw : public QwtScaleDraw
-{
-public:
-    ScaleDraw() { enableComponent(Backbone, false); } // the canvas has a frame
-
-    QwtText label(double value) const override
-    {
-        QLocale locale;
-        locale.setNumberOptions(QLocale::OmitGroupSeparator);
-        return {locale.toString(std::fabs(value) < kZero ? 0.0 : value)};
-    }
-
-private:
-    static constexpr double kZero = 1e-12; // what remains of 0 after steps to it
-};
-
-QwtText text(const QString &content, int points, bool bold)
-{
-    QwtText result(content, QwtText::PlainText);
-    result.setFont(textFont(points, bold));
-    return result;
 }
 
 // The markers with their labels. It is drawn over all else.
@@ -380,15 +312,14 @@ void Plot::Private::addCurves(QwtPlot *plot, const Range &shown, double hertzPer
 
 void Plot::Private::setFrequencyAxis(QwtPlot *plot, const Range &shown, const FrequencyUnit &frequencyUnit) const
 {
-    const double begin = shown.begin / frequencyUnit.hertz;
-    const double end = shown.end / frequencyUnit.hertz;
-    plot->setAxisTitle(QwtPlot::xBottom, text(QStringLiteral("Frequency (%1)").arg(QLatin1String(frequencyUnit.name)),
-                                              kTextPoints, false));
-    plot->setAxisMaxMinor(QwtPlot::xBottom, 5);
     if (scale == LinearFrequency) {
-        plot->setAxisScale(QwtPlot::xBottom, begin, end, niceStep(end - begin, 12));
+        setLinearFrequencyAxis(plot, shown.begin, shown.end, frequencyUnit);
         return;
     }
+    plot->setAxisTitle(QwtPlot::xBottom, axisTitle(QStringLiteral("Frequency"), QLatin1String(frequencyUnit.name)));
+    plot->setAxisMaxMinor(QwtPlot::xBottom, 5);
+    const double begin = shown.begin / frequencyUnit.hertz;
+    const double end = shown.end / frequencyUnit.hertz;
     // 1, 2 and 5 of each decade carry numbers, or over many decades 1 alone.
     QList<double> numbered;
     QList<double> others;
@@ -413,8 +344,7 @@ void Plot::Private::setFrequencyAxis(QwtPlot *plot, const Range &shown, const Fr
 // `band` is the height in the layout that stays free above the curves.
 void Plot::Private::setLevelAxis(QwtPlot *plot, const Range &shown, double band) const
 {
-    plot->setAxisTitle(QwtPlot::yLeft, text(unit.isEmpty() ? quantity : QStringLiteral("%1 (%2)").arg(quantity, unit),
-                                            kTextPoints, false));
+    plot->setAxisTitle(QwtPlot::yLeft, axisTitle(quantity, unit));
     plot->setAxisMaxMinor(QwtPlot::yLeft, 5);
     const Range levels = levelRange(shown);
     const double step = niceStep(levels.end - levels.begin, 8);
@@ -473,31 +403,9 @@ QSize Plot::pictureSize()
 bool Plot::save(const QString &fileName, QString *errorText) const
 {
     QwtPlot plot;
-    plot.setAutoFillBackground(true);
-    plot.setPalette(QPalette(Qt::black, Qt::white, Qt::white, Qt::gray, Qt::gray, Qt::black, Qt::white));
-    plot.setContentsMargins(10, 10, 18, 8);
-    plot.setCanvasBackground(Qt::white);
-    plot.setFont(textFont(kTextPoints, false));
-    plot.setAxisFont(QwtPlot::xBottom, textFont(kTextPoints, false));
-    plot.setAxisFont(QwtPlot::yLeft, textFont(kTextPoints, false));
-    for (const int axis : {QwtPlot::xBottom, QwtPlot::yLeft}) {
-        plot.setAxisScaleDraw(axis, new ScaleDraw);
-        plot.axisWidget(axis)->setMargin(0);
-    }
-    plot.setTitle(text(d->title, kTitlePoints, true));
-    plot.plotLayout()->setAlignCanvasToScales(true);
-    auto *canvas = static_cast<QwtPlotCanvas *>(plot.canvas());
-    canvas->setFrameStyle(QFrame::Box | QFrame::Plain); // NOLINT(hicpp-signed-bitwise): Qt's own enumerations
-    canvas->setLineWidth(1);
-    canvas->setBorderRadius(0);
-
-    auto *grid = new QwtPlotGrid;
-    grid->setMajorPen(QColor(kMajorGridColor), 0.8);
-    grid->setMinorPen(QColor(kMinorGridColor), 0.6);
-    grid->enableXMin(true);
-    grid->enableYMin(true);
-    grid->setZ(0.0);
-    grid->attach(&plot);
+    dress(&plot);
+    plot.setTitle(title(d->title));
+    addGrid(&plot);
 
     const Range shown = d->frequencyRange();
     const FrequencyUnit frequencyUnit = unitFor(shown.end);
@@ -509,17 +417,10 @@ bool Plot::save(const QString &fileName, QString *errorText) const
     d->setLevelAxis(&plot, shown, markers->bandHeight());
     plot.updateAxes();
 
-    QImage image(pictureSize(), QImage::Format_RGB32);
-    image.setDotsPerMeterX(qRound(kDotsPerMetre));
-    image.setDotsPerMeterY(qRound(kDotsPerMetre));
-    image.fill(Qt::white);
+    QImage image = blankPicture({kLayoutWidth, kLayoutHeight}, kMagnification);
     QPainter painter(&image);
     QwtPlotRenderer().render(&plot, &painter, image.rect());
     painter.end();
 
-    QSaveFile file(fileName);
-    if (file.open(QIODevice::WriteOnly) && image.save(&file, "PNG") && file.commit())
-        return true;
-    *errorText = QStringLiteral("%1: can't be written: %2").arg(fileName, file.errorString());
-    return false;
+    return savePicture(image, fileName, errorText);
 }

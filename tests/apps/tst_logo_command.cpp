@@ -3,6 +3,8 @@
 #include <QtGui/QImage>
 #include <QtTest/QtTest>
 
+#include <sys/stat.h>
+
 namespace {
 
 const QStringList kDevice = {"logo", "--model", "60105", "--firmware", "2.07", "--serial", "002311"};
@@ -65,7 +67,17 @@ private Q_SLOTS:
     void leavesFieldsWithoutAKeyOut();
     void namesFilesThatCanNotBeUsed_data();
     void namesFilesThatCanNotBeUsed();
+    void keepsAFileThatCanNotBeReplaced_data();
     void keepsAFileThatCanNotBeReplaced();
+    void replacesRegularFilesAlone();
+    void leavesItsInputsAlone();
+    void leavesSettingsOfTheUserAlone();
+    void refusesLooseLayouts_data();
+    void refusesLooseLayouts();
+    void takesLayoutsOfEveryForm_data();
+    void takesLayoutsOfEveryForm();
+    void takesDatesThatADeviceCanKeep_data();
+    void takesDatesThatADeviceCanKeep();
     void refusesAPictureThatGetsTooLarge();
     void reportsOutputThatCanNotBeWritten();
     void refusesWrongUsage_data();
@@ -169,6 +181,8 @@ void TestLogoCommand::printsBesideAnOutputIfAsked()
 
 void TestLogoCommand::describesTheDevice()
 {
+    const Run dashed = run({"logo", "--model=--serial", "--firmware", "2.07", "--serial", "002311"});
+    QCOMPARE(dashed.exitStatus, 0); // said to be its value
     const Run result = run(kDevice + QStringList{"--revision", "5", "--options", "9", "--custom-option", "cal"});
     QCOMPARE(result.exitStatus, 0);
     QVERIFY(lines(result).at(2).startsWith(QString::fromUtf8("█ █▄▀██ ██ ███ █▀ ▀█▀▀▀█▀▀▄███"))); // KTM2_5
@@ -204,7 +218,6 @@ void TestLogoCommand::remindsOfTheCalibration()
     QVERIFY(lines(overdue).at(1).startsWith(QString::fromUtf8("█▀▄█ █▄  █ ▄ █"))); // NEW
     const QString today = QDate::currentDate().toString(Qt::ISODate);
     QCOMPARE(run(kDevice + QStringList{"--calibrated", today}).output, kLogo);
-    QCOMPARE(run(kDevice + QStringList{"--calibrated", "1999-12-31"}).output, kLogo); // no date of a device
 }
 
 void TestLogoCommand::takesBackgroundAndLayout()
@@ -273,7 +286,7 @@ void TestLogoCommand::namesFilesThatCanNotBeUsed()
     QFETCH(QString, name);
     QFETCH(QString, reason);
     write("text.txt", "A text\nthat is no file of the program\n");
-    write("large.pbm", "P4\n5000 5000\n");
+    write("large.pbm", "P4\n4097 4096\n" + QByteArray(513 * 4096, '\0'));
     write("group.ini", "[Logo]\nLogoPositionType=1x19\n");
     write("empty.ini", "");
     const Run result = run(kDevice + QStringList{option, path(name)});
@@ -282,14 +295,183 @@ void TestLogoCommand::namesFilesThatCanNotBeUsed()
     QCOMPARE(result.errors, QStringLiteral("aveldoran: %1: %2\n").arg(path(name), reason));
 }
 
+void TestLogoCommand::keepsAFileThatCanNotBeReplaced_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<int>("blocks"); // of 512 bytes, which is all that the program can write into a file
+    QTest::newRow("nothing is written") << "logo.bin" << 0;
+    QTest::newRow("a picture cut short") << "logo.bmp" << 1;
+    QTest::newRow("a large picture cut short") << "logo.bmp" << 100;
+}
+
 void TestLogoCommand::keepsAFileThatCanNotBeReplaced()
 {
-    const QString file = write("logo.bin", "old");
-    const Run result = run(kDevice + QStringList{"--output", file, "--background", path("missing.png")});
-    QCOMPARE(result.exitStatus, 1);
+    QFETCH(QString, name);
+    QFETCH(int, blocks);
+    const QString file = write(name, "old");
+    QString command = QStringLiteral("trap '' XFSZ; ulimit -f %1; exec '%2' %3 --output '%4'")
+                          .arg(QString::number(blocks), AVELDORAN_PROGRAM, kDevice.join(' '), file);
+    if (blocks > 0)
+        command += blocks > 1 ? " --scale 30" : " --scale 4";
+    QProcess shell;
+    shell.start("sh", {"-c", command});
+    QVERIFY(shell.waitForFinished());
+    QCOMPARE(shell.exitCode(), 1);
+    QCOMPARE(shell.readAllStandardError(),
+             QStringLiteral("aveldoran: %1: could not be written: File too large\n").arg(file).toUtf8());
     QFile old(file);
     QVERIFY(old.open(QIODevice::ReadOnly));
     QCOMPARE(old.readAll(), QByteArray("old"));
+    QCOMPARE(QDir(m_directory->path()).entryList(QDir::Files), QStringList{name});
+}
+
+void TestLogoCommand::replacesRegularFilesAlone()
+{
+    const QString pipe = path("logo.bin");
+    QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+    QVERIFY(QFile::link(pipe, path("link.bin")));
+    QVERIFY(QDir(m_directory->path()).mkdir("directory.bin"));
+    for (const QString &name : {pipe, path("link.bin"), path("directory.bin")}) {
+        const Run result = run(kDevice + QStringList{"--output", name});
+        QCOMPARE(result.exitStatus, 1);
+        QCOMPARE(result.errors, QStringLiteral("aveldoran: %1: could not be written: not a regular file\n").arg(name));
+    }
+    struct stat status = {};
+    QCOMPARE(::stat(QFile::encodeName(pipe).constData(), &status), 0);
+    QVERIFY(S_ISFIFO(status.st_mode));
+
+    const QString file = write("file.bin", "old");
+    QVERIFY(QFile::link(file, path("link2.bin")));
+    QCOMPARE(run(kDevice + QStringList{"--output", path("link2.bin")}).exitStatus, 0);
+    QVERIFY(QFileInfo(path("link2.bin")).isSymLink());
+    QCOMPARE(QFileInfo(file).size(), 160);
+}
+
+void TestLogoCommand::leavesItsInputsAlone()
+{
+    const QByteArray picture = "P4\n24 6\n" + QByteArray(18, '\0');
+    const QString background = write("background.png", picture); // read by its content
+    const QString layout = write("layout.bin", "LogoPositionSerial=0x0\n");
+    QVERIFY(QDir(m_directory->path()).mkdir("directory"));
+    QVERIFY(QFile::link(background, path("link.png")));
+    const QStringList inputs = {"--background", background, "--settings", layout};
+    for (const QString &output : {background, path("directory/../background.png"), path("link.png"), layout}) {
+        const Run result = run(kDevice + inputs + QStringList{"--output", output});
+        QCOMPARE(result.exitStatus, 2);
+        QCOMPARE(result.errors,
+                 QStringLiteral("aveldoran: logo: --output would replace '%1', which the logo is made from\n")
+                     .arg(output == layout ? layout : background));
+    }
+    QFile file(background);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    QCOMPARE(file.readAll(), picture);
+    QCOMPARE(run(kDevice + inputs + QStringList{"--output", path("other.png")}).exitStatus, 0);
+    // A name without its suffix names another file, even if there is none.
+    const Run result = run(kDevice + QStringList{"--background", path("background"), "--output", background});
+    QCOMPARE(result.exitStatus, 1);
+    QCOMPARE(result.errors, QStringLiteral("aveldoran: %1: No such file or directory\n").arg(path("background")));
+}
+
+void TestLogoCommand::leavesSettingsOfTheUserAlone()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("HOME", m_directory->path());
+    environment.insert("XDG_CONFIG_HOME", path("config"));
+    QCOMPARE(run(kDevice, {}, environment).output, kLogo);
+    QCOMPARE(QDir(m_directory->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
+             QStringList());
+
+    QVERIFY(QDir(m_directory->path()).mkpath("config/Aveldoran"));
+    const QByteArray own = "[General]\nLogoPositionSerial=0x0\nLogoPositionType=\n";
+    const QString file = write("config/Aveldoran/aveldoran.conf", own);
+    QCOMPARE(run(kDevice, {}, environment).output, kLogo);
+    QFile settings(file);
+    QVERIFY(settings.open(QIODevice::ReadOnly));
+    QCOMPARE(settings.readAll(), own);
+    QCOMPARE(QDir(path("config/Aveldoran")).entryList(QDir::Files | QDir::Hidden), QStringList{"aveldoran.conf"});
+}
+
+void TestLogoCommand::refusesLooseLayouts_data()
+{
+    QTest::addColumn<QByteArray>("line");
+    QTest::addColumn<QString>("reason");
+    const QString position = "expected a column and a row such as 26x6";
+    const QString area = "expected a corner and a size such as 0x18-51x7";
+    const QString days = "expected a number of days such as 730";
+    const auto add = [](const char *line, const QString &reason) { QTest::newRow(line) << QByteArray(line) << reason; };
+    add("LogoPositionSeriel=26x6", "'LogoPositionSeriel' is no key of a layout, expected one such as LogoPositionType");
+    add("logoPositionSerial=26x6", "'logoPositionSerial' is no key of a layout, expected one such as LogoPositionType");
+    add("CalibrationWarning=30", "'CalibrationWarning' is no key of a layout, expected one such as LogoPositionType");
+    add("LogoPositionSerial=26,6", "LogoPositionSerial is '26,6', " + position);
+    add("LogoPositionType=26", "LogoPositionType is '26', " + position);
+    add("LogoPositionModel=26x", "LogoPositionModel is '26x', " + position);
+    add("LogoPositionFirmware=26x6x6", "LogoPositionFirmware is '26x6x6', " + position);
+    add("LogoPositionOptions=26X6", "LogoPositionOptions is '26X6', " + position);
+    add("LogoPositionOptions=2147483648x6", "LogoPositionOptions is '2147483648x6', " + position);
+    add("LogoInvertArea=0x18", "LogoInvertArea is '0x18', " + area);
+    add("LogoInvertArea=-1x18-51x7", "LogoInvertArea is '-1x18-51x7', " + area);
+    add("LogoInvertArea=0x18-51", "LogoInvertArea is '0x18-51', " + area);
+    add("CalibrationWarningDays=-1", "CalibrationWarningDays is '-1', " + days);
+    add("CalibrationWarningDays=two years", "CalibrationWarningDays is 'two years', " + days);
+    add("CalibrationWarningDays=@Size(1 2)", "CalibrationWarningDays is '', " + days);
+}
+
+void TestLogoCommand::refusesLooseLayouts()
+{
+    QFETCH(QByteArray, line);
+    QFETCH(QString, reason);
+    const QString layout = write("layout.ini", "LogoPositionType=1x19\n" + line + '\n');
+    const Run result = run(kDevice + QStringList{"--settings", layout});
+    QCOMPARE(result.exitStatus, 1);
+    QCOMPARE(result.output, QString());
+    QCOMPARE(result.errors, QStringLiteral("aveldoran: %1: %2\n").arg(layout, reason));
+}
+
+void TestLogoCommand::takesLayoutsOfEveryForm_data()
+{
+    QTest::addColumn<QByteArray>("line");
+    for (const char *line : {"LogoPositionType=-1x-2", "LogoPositionOptions=0x0", "LogoPositionType= +1 x 19 ",
+                             "LogoPositionType=", "LogoPositionType=@Invalid()", "LogoInvertArea=\\x2212\\x31x0-3x3",
+                             "CalibrationWarningDays=0", "[General]\nLogoInvertArea=0x18-51x7", "[Other]\nanything=1"})
+        QTest::newRow(line) << QByteArray(line);
+}
+
+void TestLogoCommand::takesLayoutsOfEveryForm()
+{
+    QFETCH(QByteArray, line);
+    const QString layout = write("layout.ini", "LogoPositionSerial=26x6\n" + line + '\n');
+    const Run result = run(kDevice + QStringList{"--settings", layout});
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.exitStatus, 0);
+}
+
+void TestLogoCommand::takesDatesThatADeviceCanKeep_data()
+{
+    QTest::addColumn<QString>("date");
+    QTest::addColumn<bool>("taken");
+    QTest::newRow("the first") << "2000-01-01" << true;
+    QTest::newRow("the day before") << "1999-12-31" << false;
+    QTest::newRow("the last of a century") << "2079-12-31" << true;
+    QTest::newRow("a byte of 80") << "2080-01-01" << false;
+    QTest::newRow("a byte of 80, which would be 2020") << "2180-01-01" << false;
+    QTest::newRow("the end of a century") << "2099-12-31" << false;
+    QTest::newRow("the next one") << "2100-01-01" << true;
+    QTest::newRow("the last") << "7979-12-31" << true;
+    QTest::newRow("a century of 80") << "8000-01-01" << false;
+    QTest::newRow("before all") << "0001-01-01" << false;
+}
+
+void TestLogoCommand::takesDatesThatADeviceCanKeep()
+{
+    QFETCH(QString, date);
+    QFETCH(bool, taken);
+    const Run result = run(kDevice + QStringList{"--calibrated", date});
+    QCOMPARE(result.exitStatus, taken ? 0 : 2);
+    QCOMPARE(result.errors, taken
+                                ? QString()
+                                : QStringLiteral("aveldoran: logo: --calibrated is '%1', expected a year that a device "
+                                                 "can keep: from 2000 to 7979, the last two digits below 80\n")
+                                      .arg(date));
 }
 
 void TestLogoCommand::refusesAPictureThatGetsTooLarge()
@@ -325,6 +507,27 @@ void TestLogoCommand::refusesWrongUsage_data()
     QTest::newRow("a negative revision") << with({"--revision", "-1"}) << "expected a number from 0 to";
     QTest::newRow("too many options") << with({"--options", "0x10000"}) << "expected a number from 0 to 65535";
     QTest::newRow("no hexadecimal number") << with({"--options", "0xg"}) << "--options is '0xg'";
+    QTest::newRow("two prefixes") << with({"--options", "0x0x5"}) << "--options is '0x0x5'";
+    QTest::newRow("a sign behind the prefix") << with({"--options", "0x-0"}) << "--options is '0x-0'";
+    QTest::newRow("a sign") << with({"--options", "+5"}) << "--options is '+5'";
+    QTest::newRow("a blank") << with({"--options", " 5"}) << "--options is ' 5'";
+    QTest::newRow("a prefix alone") << with({"--options", "0x"}) << "--options is '0x'";
+    QTest::newRow("a very large number") << with({"--options", "99999999999"}) << "from 0 to 65535";
+    QTest::newRow("no value") << QStringList{"logo", "--model", "--firmware", "1", "--serial", "2"}
+                              << "--model is followed by '--firmware', expected its value";
+    QTest::newRow("no value, and an option with its own")
+        << QStringList{"logo", "--firmware", "1", "--serial", "--model=2"}
+        << "--serial is followed by '--model=2', expected its value";
+    QTest::newRow("no value, and one without")
+        << with({"--custom-option", "--ascii"}) << "--custom-option is followed by '--ascii', expected its value";
+    QTest::newRow("no value at the end") << with({"--output"}) << "Missing value after '--output'";
+    QTest::newRow("an empty background") << with({"--background", ""}) << "--background is '', expected the name";
+    QTest::newRow("an empty layout") << with({"--settings="}) << "--settings is '', expected the name of a file";
+    QTest::newRow("more than a date") << with({"--calibrated", "2026-03-31junk"}) << "--calibrated is '2026-03-31junk'";
+    QTest::newRow("a date with a time") << with({"--calibrated", "2019-03-31T99"})
+                                        << "expected a date such as 2026-03-31";
+    QTest::newRow("other separators") << with({"--calibrated", "2019/03/31"}) << "expected a date such as 2026-03-31";
+    QTest::newRow("an empty date") << with({"--calibrated", ""}) << "--calibrated is ''";
     QTest::newRow("no date") << with({"--calibrated", "yesterday"}) << "expected a date such as 2026-03-31";
     QTest::newRow("no such date") << with({"--calibrated", "2026-02-30"}) << "--calibrated is '2026-02-30'";
     QTest::newRow("an unknown kind of file") << with({"--output", "logo.jpg"}) << "ends in .png, .bmp or .bin";
@@ -351,7 +554,10 @@ void TestLogoCommand::helps()
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitStatus, 0);
     QVERIFY(result.output.startsWith("Usage: aveldoran logo "));
-    QVERIFY(result.output.contains("--calibrated"));
+    for (const char *text : {"--calibrated", "--model, --firmware and --serial are\nrequired", "--background wide.pbm",
+                             "--settings wide.ini", "--options 0x13", "A lit pixel is black in a picture file",
+                             "the user are neither read nor written"})
+        QVERIFY2(result.output.contains(text), text);
     QVERIFY(run({"--help"}).output.contains("logo"));
 }
 

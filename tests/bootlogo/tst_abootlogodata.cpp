@@ -12,6 +12,7 @@ namespace {
 
 constexpr int kMax = std::numeric_limits<int>::max();
 constexpr int kMin = std::numeric_limits<int>::min();
+constexpr int kMostPixels = 2147483632;
 
 } // namespace
 
@@ -22,10 +23,12 @@ class TestABootlogoData : public QObject
 private Q_SLOTS:
     void aNewPictureHasNoPixels();
     void resizingGivesAClearPictureAndTellsTheSizeFirst();
+    void resizingClearsWhatALoadedStreamHeld();
     void resizingToTheCurrentSizeDoesNothing();
     void resizingToOneSideMoreIsAChange();
     void sizesThatNoPictureCanHaveAreRefused_data();
     void sizesThatNoPictureCanHaveAreRefused();
+    void theLargestPictureHasAllItsPixels();
     void anEmptyPictureMayHaveOneSide();
     void clearingKeepsTheSize();
     void aPixelIsSetAndTold();
@@ -59,8 +62,7 @@ void TestABootlogoData::aNewPictureHasNoPixels()
 void TestABootlogoData::resizingGivesAClearPictureAndTellsTheSizeFirst()
 {
     ABootlogoData logo(nullptr);
-    logo.resize(4, 3);
-    logo.setPixel(3, 2, true);
+    logopicture::draw(&logo, {"####", "####", "####"});
     QStringList order;
     connect(&logo, &ABootlogoData::imageResized, this, [&](int cols, int rows) {
         order.append(QStringLiteral("resized %1 %2").arg(cols).arg(rows));
@@ -72,6 +74,18 @@ void TestABootlogoData::resizingGivesAClearPictureAndTellsTheSizeFirst()
     QCOMPARE(order, QStringList({"resized 5 2", "reset"}));
     QCOMPARE(logo.cols(), 5);
     QCOMPARE(logo.rows(), 2);
+    QCOMPARE(logo.toBitstream(), QByteArray(2, '\0'));
+}
+
+void TestABootlogoData::resizingClearsWhatALoadedStreamHeld()
+{
+    ABootlogoData logo(nullptr);
+    logo.resize(3, 3);
+    for (const QSize size : {QSize(4, 4), QSize(2, 2), QSize(4, 1)}) { // more pixels, fewer, and as many
+        logo.loadBitstream(QByteArray(100, '\xff'));
+        logo.resize(size.width(), size.height());
+        QCOMPARE(logo.toBitstream(), QByteArray((size.width() * size.height() + 7) / 8, '\0'));
+    }
 }
 
 void TestABootlogoData::resizingToTheCurrentSizeDoesNothing()
@@ -106,7 +120,8 @@ void TestABootlogoData::sizesThatNoPictureCanHaveAreRefused_data()
     QTest::newRow("both") << -5 << -5;
     QTest::newRow("the smallest numbers") << kMin << kMin;
     QTest::newRow("the largest numbers") << kMax << kMax;
-    QTest::newRow("one bit too many") << kMax << 1;
+    QTest::newRow("one bit too many") << kMostPixels + 1 << 1;
+    QTest::newRow("more bits than bytes can hold") << kMax << 1;
     QTest::newRow("a product that fits 32 bits when cut") << 65536 << 65537;
 }
 
@@ -124,6 +139,16 @@ void TestABootlogoData::sizesThatNoPictureCanHaveAreRefused()
     logo.resize(cols, rows);
     QVERIFY(resized.isEmpty() && reset.isEmpty());
     QCOMPARE(rowsOf(logo), QStringList{"#."});
+}
+
+void TestABootlogoData::theLargestPictureHasAllItsPixels()
+{
+    ABootlogoData logo(nullptr);
+    logo.resize(kMostPixels, 1);
+    QCOMPARE(logo.cols(), kMostPixels);
+    logo.setPixel(kMostPixels - 1, 0, true);
+    QVERIFY(logo.pixel(kMostPixels - 1, 0));
+    QVERIFY(!logo.pixel(kMostPixels - 2, 0));
 }
 
 void TestABootlogoData::anEmptyPictureMayHaveOneSide()

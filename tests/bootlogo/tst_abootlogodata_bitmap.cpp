@@ -40,6 +40,8 @@ class TestABootlogoDataBitmap : public QObject
 private Q_SLOTS:
     void theBottomRowIsTheLowestOfTheBitmap();
     void aLitPixelIsBlackInAnImage();
+    void aPictureWiderThanAPainterReachesKeepsItsPixels_data();
+    void aPictureWiderThanAPainterReachesKeepsItsPixels();
     void aPictureWithoutPixelsIsANullBitmap();
     void aShortStreamIsAClearBitmapAbove();
     void aBitmapComesBackAsItWas();
@@ -68,6 +70,36 @@ void TestABootlogoDataBitmap::aLitPixelIsBlackInAnImage()
     const QImage image = logo.toBitmap().toImage();
     QCOMPARE(image.pixel(0, 0), qRgb(0, 0, 0));
     QCOMPARE(image.pixel(1, 0), qRgb(255, 255, 255));
+}
+
+void TestABootlogoDataBitmap::aPictureWiderThanAPainterReachesKeepsItsPixels_data()
+{
+    QTest::addColumn<int>("cols");
+    QTest::addColumn<int>("rows");
+    QTest::newRow("wide") << 100000 << 2;
+    QTest::newRow("high") << 2 << 100000;
+}
+
+void TestABootlogoDataBitmap::aPictureWiderThanAPainterReachesKeepsItsPixels()
+{
+    QFETCH(int, cols);
+    QFETCH(int, rows);
+    ABootlogoData logo(nullptr);
+    logo.resize(cols, rows);
+    const QList<QPoint> lit = {{0, 0}, {cols - 1, 0}, {0, rows - 1}, {cols - 1, rows - 1}, {cols / 2, rows / 2}};
+    for (const QPoint &point : lit)
+        logo.setPixel(point.x(), point.y(), true);
+    const QBitmap bitmap = logo.toBitmap();
+    QCOMPARE(bitmap.size(), QSize(cols, rows));
+    const QImage image = bitmap.toImage();
+    for (const QPoint &point : lit)
+        QCOMPARE(image.pixel(point.x(), rows - 1 - point.y()), qRgb(0, 0, 0));
+    QCOMPARE(image.pixel(1, 0), cols > 2 ? qRgb(255, 255, 255) : qRgb(0, 0, 0));
+
+    ABootlogoData other(nullptr);
+    other.resize(cols, rows);
+    other.loadBitmap(bitmap);
+    QCOMPARE(other.toBitstream(), logo.toBitstream());
 }
 
 void TestABootlogoDataBitmap::aPictureWithoutPixelsIsANullBitmap()

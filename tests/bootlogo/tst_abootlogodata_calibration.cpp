@@ -38,6 +38,8 @@ private Q_SLOTS:
     void anOverdueCalibrationLeavesTheReminderAlone();
     void theReminderStandsAtTheTopOfAnyPicture();
     void theReminderIsToldAfterAClear();
+    void theReminderIsWrittenLineByLine();
+    void theReminderComesAfterTheWholeLogo();
     void comesTheDayAfterTheLastOne_data();
     void comesTheDayAfterTheLastOne();
     void readsTheDate_data();
@@ -140,6 +142,43 @@ void TestABootlogoDataCalibration::theReminderIsToldAfterAClear()
     QCOMPARE(order, 'r' + QString(5 * painted, 'p'));
 }
 
+void TestABootlogoDataCalibration::theReminderIsWrittenLineByLine()
+{
+    ABootlogoData logo(nullptr);
+    DeviceMemory memory = {{31, QByteArray::fromHex("06150820")}};
+    QList<int> lines; // the bottom row of each
+    connect(&logo, &ABootlogoData::pixelChanged, this, [&](int, int row) {
+        const int line = row - (row - 7) % 6;
+        if (lines.isEmpty() || lines.constLast() != line)
+            lines.append(line);
+    });
+    QVERIFY(logo.fromDeviceInformation(QString(), m_layout.get(), &m_device, memory, QString(), 0));
+    QCOMPARE(lines, QList<int>({25 - 6, 25 - 12, 25 - 18}));
+}
+
+void TestABootlogoDataCalibration::theReminderComesAfterTheWholeLogo()
+{
+    QStringList told;
+    const auto signalsOf = [&](const char *date) {
+        ABootlogoData logo(nullptr);
+        connect(&logo, &ABootlogoData::imageResized, this, [&] { told.append("resized"); });
+        connect(&logo, &ABootlogoData::imageReset, this, [&] { told.append("reset"); });
+        connect(&logo, &ABootlogoData::pixelChanged, this, [&](int col, int row) {
+            told.append(QString("%1 %2 %3").arg(col).arg(row).arg(logo.pixel(col, row)));
+        });
+        told.clear();
+        DeviceMemory memory = {{31, QByteArray::fromHex(date)}};
+        if (!logo.fromDeviceInformation(QString(), nullptr, &m_device, memory, QString(), 1))
+            qFatal("refused");
+        return told;
+    };
+    const QStringList withoutReminder = signalsOf("00000000");
+    const QStringList withReminder = signalsOf("06150820");
+    QVERIFY(withoutReminder.size() > 51 * 7); // the inverted band and the texts
+    QCOMPARE(withReminder.mid(0, withoutReminder.size()), withoutReminder);
+    QCOMPARE(withReminder.value(withoutReminder.size()), QString("reset"));
+}
+
 void TestABootlogoDataCalibration::comesTheDayAfterTheLastOne_data()
 {
     QTest::addColumn<int>("days");
@@ -169,7 +208,9 @@ void TestABootlogoDataCalibration::readsTheDate_data()
     const auto hex = [](const char *digits) { return QByteArray::fromHex(digits); };
     QTest::newRow("long ago") << hex("12310020") << true;
     QTest::newRow("the first day") << hex("01010020") << true;
-    QTest::newRow("the last of the years before") << hex("12319919") << false;
+    QTest::newRow("the day before, 1999, as 2000 less 1") << hex("1231ff20") << false;
+    QTest::newRow("a year of the 1900s that a byte can hold") << hex("12317919") << false;
+    QTest::newRow("a year beyond 79 counts down: 1999 is 1833") << hex("12319919") << false;
     QTest::newRow("in a hundred years") << hex("01012121") << false;
     QTest::newRow("zero bytes") << hex("00000000") << false;
     QTest::newRow("no entry") << QByteArray() << false;

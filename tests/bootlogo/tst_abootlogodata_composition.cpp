@@ -35,6 +35,7 @@ private Q_SLOTS:
     void theTypeTellsTheRevisionBesideAShortName();
     void aLongModelNameGrowsLeftwards_data();
     void aLongModelNameGrowsLeftwards();
+    void aModelNameLeftOfAllColumnsIsNotSeen();
     void writesTheOptions_data();
     void writesTheOptions();
     void leavesDeviceMemoryAlone();
@@ -313,6 +314,8 @@ void TestABootlogoDataComposition::firmwareIsCutToWhatLatin1Holds_data()
     QTest::addColumn<QString>("written");
     QTest::newRow("trimmed") << "  1.5 \t\n"
                              << "1.5";
+    QTest::newRow("trimmed before blanks that are no Latin-1 are lost") << QString(QChar(0x2003)) + "1.5"
+                                                                        << "1.5";
     QTest::newRow("cut at NUL, after trimming") << QString("1.5 ") + QChar(0) + "6"
                                                 << "1.5 ";
     QTest::newRow("nothing before NUL") << QString(QChar(0)) + "6"
@@ -400,6 +403,17 @@ void TestABootlogoDataComposition::aLongModelNameGrowsLeftwards()
     only("LogoPositionModel", "30x19");
     m_device.information[0] = model;
     QCOMPARE(compose(), templateWith({{col, 19, model}}));
+}
+
+void TestABootlogoDataComposition::aModelNameLeftOfAllColumnsIsNotSeen()
+{
+    for (const char *position : {"-2147483648x8", "-2147483647x8", "-2147483640x8"}) {
+        only("LogoPositionModel", position);
+        for (const int length : {6, 8, 1000}) {
+            m_device.information[0] = QString(length, 'M');
+            QCOMPARE(compose(), templateStream());
+        }
+    }
 }
 
 void TestABootlogoDataComposition::writesTheOptions_data()

@@ -54,11 +54,6 @@ private Q_SLOTS:
     void invertsAfterTheTexts();
     void tellsTheFieldsInOrder();
     void tellsTheInvertedPixelsColumnByColumn();
-    void aBackgroundGivesTheLogoItsSize_data();
-    void aBackgroundGivesTheLogoItsSize();
-    void aBackgroundThatIsNoPictureIsRefused_data();
-    void aBackgroundThatIsNoPictureIsRefused();
-    void aBackgroundDrawnAnewIsReadAnew();
 
 private:
     bool compose(ABootlogoData *logo, const QString &background = {});
@@ -337,68 +332,6 @@ void TestABootlogoDataLayout::tellsTheInvertedPixelsColumnByColumn()
     QVERIFY(compose(&logo));
     const QList<QVariantList> expected = {{49, 23}, {49, 24}, {50, 23}, {50, 24}};
     QCOMPARE(static_cast<const QList<QVariantList> &>(pixels), expected);
-}
-
-void TestABootlogoDataLayout::aBackgroundGivesTheLogoItsSize_data()
-{
-    QTest::addColumn<QString>("suffix");
-    for (const char *suffix : {"png", "bmp", "pbm", "xbm", "xpm", "ppm"})
-        QTest::newRow(suffix) << suffix;
-}
-
-void TestABootlogoDataLayout::aBackgroundGivesTheLogoItsSize()
-{
-    QFETCH(QString, suffix);
-    const QStringList rows = {"..###..#..", //
-                              "#........#", //
-                              "#.#.#.#..."};
-    const QString file = m_directory->filePath("background." + suffix);
-    for (const bool paletteIsReversed : {false, true}) {
-        QImage image(10, 3, QImage::Format_Mono);
-        image.setColorTable(paletteIsReversed ? QVector<QRgb>{qRgb(0, 0, 0), qRgb(255, 255, 255)}
-                                              : QVector<QRgb>{qRgb(255, 255, 255), qRgb(0, 0, 0)});
-        for (int y = 0; y < 3; ++y) {
-            for (int x = 0; x < 10; ++x)
-                image.setPixel(x, y, (rows.at(y).at(x) == '#') != paletteIsReversed ? 1 : 0); // '#' is black
-        }
-        QVERIFY(image.save(file));
-        ABootlogoData logo(nullptr);
-        logo.resize(51, 25);
-        QVERIFY(compose(&logo, file));
-        QCOMPARE(rowsOf(logo), rows);
-        QCOMPARE(logo.toBitstream().size(), 4);
-    }
-}
-
-void TestABootlogoDataLayout::aBackgroundThatIsNoPictureIsRefused_data()
-{
-    QTest::addColumn<QByteArray>("content");
-    QTest::newRow("empty") << QByteArray();
-    QTest::newRow("text") << QByteArray("no picture");
-    QTest::newRow("half a PNG") << QByteArray::fromHex("89504e470d0a1a0a0000000d49484452");
-    QTest::newRow("more pixels than a logo can have") << QByteArray("P4\n4097 4096\n");
-    QTest::newRow("very many") << QByteArray("P6\n30000 30000\n255\n");
-    QTest::newRow("no pixels") << QByteArray("P1\n0 0\n");
-}
-
-void TestABootlogoDataLayout::aBackgroundThatIsNoPictureIsRefused()
-{
-    QFETCH(QByteArray, content);
-    ABootlogoData logo(nullptr);
-    logopicture::draw(&logo, {"#.#"});
-    QVERIFY(!compose(&logo, write("background.png", content)));
-    QVERIFY(!compose(&logo, m_directory->filePath("missing.png")));
-    QVERIFY(!compose(&logo, m_directory->path()));
-    QCOMPARE(rowsOf(logo), QStringList{"#.#"});
-}
-
-void TestABootlogoDataLayout::aBackgroundDrawnAnewIsReadAnew()
-{
-    ABootlogoData logo(nullptr);
-    QVERIFY(compose(&logo, write("background.pbm", "P1\n2 1\n1 0\n")));
-    QCOMPARE(rowsOf(logo), QStringList{"#."});
-    QVERIFY(compose(&logo, write("background.pbm", "P1\n2 1\n0 1\n"))); // in the same second, of the same size
-    QCOMPARE(rowsOf(logo), QStringList{".#"});
 }
 
 QTEST_MAIN(TestABootlogoDataLayout)

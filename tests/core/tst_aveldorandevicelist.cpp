@@ -1,3 +1,5 @@
+#include "core/usbtestbed.h"
+
 #include <core/asettings.h>
 #include <core/asimulateddevice.h>
 #include <core/aveldorandevicefilter.h>
@@ -11,10 +13,6 @@
 
 #include <memory>
 
-#undef signals // a name in the headers of GLib
-#include <umockdev.h>
-
-// Runs under umockdev-wrapper, which shows the program a system with the devices of the test bed alone.
 class TestAVeldoranDeviceList : public QObject
 {
     Q_OBJECT
@@ -47,11 +45,9 @@ private Q_SLOTS:
     void aSimulatedDeviceComesLast();
 
 private:
-    QString plug(const char *name, const char *vendor, const char *product, int device, const char *serial = "S1",
-                 const char *text = "Probe");
     static bool fetch(AVeldoranDeviceList &list);
 
-    UMockdevTestbed *m_bed = nullptr;
+    std::unique_ptr<UsbTestbed> m_bed;
     QTemporaryDir m_directory;
 };
 
@@ -69,8 +65,8 @@ QStringList namesIn(const AVeldoranDeviceList &list)
 
 void TestAVeldoranDeviceList::init()
 {
-    m_bed = umockdev_testbed_new();
-    QVERIFY2(umockdev_in_mock_environment(), "to be run under umockdev-wrapper");
+    m_bed = std::make_unique<UsbTestbed>();
+    QVERIFY2(m_bed->isUsable(), "to be run under umockdev-wrapper");
     auto *settings = new QSettings(m_directory.filePath(QStringLiteral("settings.ini")), QSettings::IniFormat, this);
     settings->clear();
     ASettings::setApplicationSettings(settings);
@@ -79,22 +75,7 @@ void TestAVeldoranDeviceList::init()
 void TestAVeldoranDeviceList::cleanup()
 {
     delete ASettings::applicationSettings();
-    g_object_unref(m_bed);
-}
-
-QString TestAVeldoranDeviceList::plug(const char *name, const char *vendor, const char *product, int device,
-                                      const char *serial, const char *text)
-{
-    const QByteArray number = QByteArray::number(device);
-    char *path = umockdev_testbed_add_device(m_bed, "usb", name, nullptr,
-                                             // attributes
-                                             "idVendor", vendor, "idProduct", product, "serial", serial, "product",
-                                             text, "busnum", "3", "devnum", number.constData(), nullptr,
-                                             // properties
-                                             "DEVTYPE", "usb_device", nullptr);
-    const QString result = QString::fromUtf8(path);
-    g_free(path);
-    return result;
+    m_bed.reset();
 }
 
 bool TestAVeldoranDeviceList::fetch(AVeldoranDeviceList &list)
@@ -106,7 +87,7 @@ bool TestAVeldoranDeviceList::fetch(AVeldoranDeviceList &list)
 
 void TestAVeldoranDeviceList::isEmptyBeforeTheFirstFetch()
 {
-    plug("1-1", "0403", "6014", 1);
+    m_bed->plug("1-1", "0403", "6014", 1);
     const AVeldoranDeviceList list(nullptr);
     QCOMPARE(list.count(), 0);
     QVERIFY(list.at(0) == AVeldoranChipInformation());
@@ -122,7 +103,7 @@ void TestAVeldoranDeviceList::aSystemWithoutDevicesGivesAnEmptyList()
 
 void TestAVeldoranDeviceList::anEntrySaysWhatTheSystemKnows()
 {
-    plug("1-1", "1d6b", "00ff", 17, "Ser Ä 7\n", " Sonde µV ");
+    m_bed->plug("1-1", "1d6b", "00ff", 17, "Ser Ä 7\n", " Sonde µV ");
     AVeldoranDeviceList list(nullptr);
     QVERIFY(fetch(list));
     QCOMPARE(list.count(), 1);
@@ -137,8 +118,8 @@ void TestAVeldoranDeviceList::anEntrySaysWhatTheSystemKnows()
 
 void TestAVeldoranDeviceList::withoutAFilterEveryUsbDeviceIsListed()
 {
-    plug("1-1", "0403", "6014", 1, "S1");
-    plug("1-2", "1d6b", "0002", 2, "S2");
+    m_bed->plug("1-1", "0403", "6014", 1, "S1");
+    m_bed->plug("1-2", "1d6b", "0002", 2, "S2");
     AVeldoranDeviceList list(nullptr);
     QVERIFY(fetch(list));
     QCOMPARE(namesIn(list), (QStringList{QStringLiteral("S1"), QStringLiteral("S2")}));
@@ -153,7 +134,7 @@ void TestAVeldoranDeviceList::withoutAFilterEveryUsbDeviceIsListed()
 void TestAVeldoranDeviceList::aDeviceNeedsNoInitialisationByUdev()
 {
     // The test bed has no database of udev: every device in it is one that udev has not seen.
-    plug("1-1", "0403", "6014", 1);
+    m_bed->plug("1-1", "0403", "6014", 1);
     AVeldoranDeviceList list(nullptr);
     QVERIFY(fetch(list));
     QCOMPARE(list.count(), 1);
@@ -161,13 +142,13 @@ void TestAVeldoranDeviceList::aDeviceNeedsNoInitialisationByUdev()
 
 void TestAVeldoranDeviceList::interfacesAndOtherSubsystemsAreNoDevices()
 {
-    const QByteArray parent = plug("1-1", "0403", "6014", 1).toUtf8();
-    g_free(umockdev_testbed_add_device(m_bed, "usb", "1-1:1.0", parent.constData(), "idVendor", "0403", "idProduct",
-                                       "6014", nullptr, "DEVTYPE", "usb_interface", nullptr));
-    g_free(umockdev_testbed_add_device(m_bed, "usb", "1-9", nullptr, "idVendor", "0403", "idProduct", "6014", nullptr,
-                                       nullptr, nullptr));
-    g_free(umockdev_testbed_add_device(m_bed, "tty", "ttyUSB0", parent.constData(), "idVendor", "0403", "idProduct",
-                                       "6014", nullptr, "DEVTYPE", "usb_device", nullptr));
+    const QByteArray parent = m_bed->plug("1-1", "0403", "6014", 1).toUtf8();
+    g_free(umockdev_testbed_add_device(m_bed->handle(), "usb", "1-1:1.0", parent.constData(), "idVendor", "0403",
+                                       "idProduct", "6014", nullptr, "DEVTYPE", "usb_interface", nullptr));
+    g_free(umockdev_testbed_add_device(m_bed->handle(), "usb", "1-9", nullptr, "idVendor", "0403", "idProduct", "6014",
+                                       nullptr, nullptr, nullptr));
+    g_free(umockdev_testbed_add_device(m_bed->handle(), "tty", "ttyUSB0", parent.constData(), "idVendor", "0403",
+                                       "idProduct", "6014", nullptr, "DEVTYPE", "usb_device", nullptr));
     AVeldoranDeviceList list(nullptr);
     QVERIFY(fetch(list));
     QCOMPARE(list.count(), 1);
@@ -175,10 +156,10 @@ void TestAVeldoranDeviceList::interfacesAndOtherSubsystemsAreNoDevices()
 
 void TestAVeldoranDeviceList::missingTextsAreEmpty()
 {
-    g_free(umockdev_testbed_add_device(m_bed, "usb", "1-1", nullptr, "idVendor", "0403", "idProduct", "6014", nullptr,
-                                       "DEVTYPE", "usb_device", nullptr));
-    g_free(umockdev_testbed_add_device(m_bed, "usb", "1-2", nullptr, "idVendor", "xyz", "idProduct", "123456", "busnum",
-                                       "-1", nullptr, "DEVTYPE", "usb_device", nullptr));
+    g_free(umockdev_testbed_add_device(m_bed->handle(), "usb", "1-1", nullptr, "idVendor", "0403", "idProduct", "6014",
+                                       nullptr, "DEVTYPE", "usb_device", nullptr));
+    g_free(umockdev_testbed_add_device(m_bed->handle(), "usb", "1-2", nullptr, "idVendor", "xyz", "idProduct", "123456",
+                                       "busnum", "-1", nullptr, "DEVTYPE", "usb_device", nullptr));
     AVeldoranDeviceList list(nullptr);
     QVERIFY(fetch(list));
     QCOMPARE(list.count(), 2);
@@ -191,8 +172,8 @@ void TestAVeldoranDeviceList::missingTextsAreEmpty()
 
 void TestAVeldoranDeviceList::aChipWithTwoChannelsIsTwoEntries()
 {
-    plug("1-1", "0403", "6010", 5, "FT1", "Dual RS232");
-    plug("1-2", "0403", "6014", 6, "FT2A", "Single B");
+    m_bed->plug("1-1", "0403", "6010", 5, "FT1", "Dual RS232");
+    m_bed->plug("1-2", "0403", "6014", 6, "FT2A", "Single B");
     AVeldoranDeviceList list(nullptr);
     list.setDeviceFilter(new AVeldoranDeviceFilter(true, false, false, false));
     QVERIFY(fetch(list));
@@ -206,9 +187,9 @@ void TestAVeldoranDeviceList::aChipWithTwoChannelsIsTwoEntries()
 
 void TestAVeldoranDeviceList::stopsAtTheFirstMatch()
 {
-    plug("1-1", "1d6b", "0002", 1, "hub");
-    plug("1-2", "0403", "6010", 2, "two");
-    plug("1-3", "0403", "6014", 3, "one");
+    m_bed->plug("1-1", "1d6b", "0002", 1, "hub");
+    m_bed->plug("1-2", "0403", "6010", 2, "two");
+    m_bed->plug("1-3", "0403", "6014", 3, "one");
     AVeldoranDeviceList list(nullptr);
     list.setDeviceFilter(new AVeldoranDeviceFilter(true, false, false, true));
     list.setStopAtFirstMatch(true);
@@ -222,41 +203,41 @@ void TestAVeldoranDeviceList::stopsAtTheFirstMatch()
 void TestAVeldoranDeviceList::devicesComeAndGo()
 {
     AVeldoranDeviceList list(nullptr);
-    const QString first = plug("1-1", "0403", "6014", 1, "first");
+    const QString first = m_bed->plug("1-1", "0403", "6014", 1, "first");
     QVERIFY(fetch(list));
     QCOMPARE(namesIn(list), QStringList{QStringLiteral("first")});
-    plug("1-2", "0403", "6010", 2, "second");
+    m_bed->plug("1-2", "0403", "6010", 2, "second");
     QVERIFY(fetch(list));
     QCOMPARE(list.count(), 3);
-    umockdev_testbed_remove_device(m_bed, first.toUtf8().constData());
+    m_bed->unplug(first);
     QVERIFY(fetch(list));
     QCOMPARE(namesIn(list), (QStringList{QStringLiteral("secondA"), QStringLiteral("secondB")}));
-    plug("1-1", "0403", "6014", 9, "first");
+    m_bed->plug("1-1", "0403", "6014", 9, "first");
     QVERIFY(fetch(list));
     QCOMPARE(list.count(), 3);
 }
 
 void TestAVeldoranDeviceList::aDeviceThatGoesWhileItIsListedIsLeftOut()
 {
-    plug("1-1", "0403", "6014", 1, "first");
-    const QString second = plug("1-2", "0403", "6014", 2, "second");
-    plug("1-3", "0403", "6014", 3, "third");
+    m_bed->plug("1-1", "0403", "6014", 1, "first");
+    const QString second = m_bed->plug("1-2", "0403", "6014", 2, "second");
+    m_bed->plug("1-3", "0403", "6014", 3, "third");
     AVeldoranDeviceList list(nullptr);
     QSignalSpy finished(&list, &AVeldoranDeviceList::finished);
     list.fetch();
     QCoreApplication::processEvents(); // the scan, or the scan and the first device
     QCOMPARE(finished.count(), 0);
-    umockdev_testbed_remove_device(m_bed, second.toUtf8().constData());
+    m_bed->unplug(second);
     QVERIFY(finished.wait());
     QCOMPARE(namesIn(list), (QStringList{QStringLiteral("first"), QStringLiteral("third")}));
 }
 
 void TestAVeldoranDeviceList::entriesStayUntilTheNextOnesAreComplete()
 {
-    const QString path = plug("1-1", "0403", "6014", 1, "first");
+    const QString path = m_bed->plug("1-1", "0403", "6014", 1, "first");
     AVeldoranDeviceList list(nullptr);
     QVERIFY(fetch(list));
-    umockdev_testbed_remove_device(m_bed, path.toUtf8().constData());
+    m_bed->unplug(path);
     list.fetch();
     QCOMPARE(list.count(), 1);
     int countAtFinish = -1;
@@ -276,7 +257,7 @@ void TestAVeldoranDeviceList::finishedNeverComesFromWithinFetch()
 
 void TestAVeldoranDeviceList::twoFetchesFinishOnce()
 {
-    plug("1-1", "0403", "6014", 1);
+    m_bed->plug("1-1", "0403", "6014", 1);
     AVeldoranDeviceList list(nullptr);
     QSignalSpy finished(&list, &AVeldoranDeviceList::finished);
     list.fetch();
@@ -292,7 +273,7 @@ void TestAVeldoranDeviceList::theEventLoopTurnsWhileDevicesAreListed()
 {
     constexpr int kDevices = 60;
     for (int i = 0; i < kDevices; ++i)
-        plug(qPrintable(QStringLiteral("1-%1").arg(i)), "0403", "6014", i);
+        m_bed->plug(qPrintable(QStringLiteral("1-%1").arg(i)), "0403", "6014", i);
     AVeldoranDeviceList list(nullptr);
     int turns = 0;
     QTimer other;
@@ -305,7 +286,7 @@ void TestAVeldoranDeviceList::theEventLoopTurnsWhileDevicesAreListed()
 
 void TestAVeldoranDeviceList::theListMayBeDeletedWhileItFetchesOrFinishes()
 {
-    plug("1-1", "0403", "6014", 1);
+    m_bed->plug("1-1", "0403", "6014", 1);
     auto list = std::make_unique<AVeldoranDeviceList>(nullptr);
     list->fetch();
     list.reset();
@@ -372,15 +353,15 @@ void TestAVeldoranDeviceList::theFilterChoosesByKind()
     QFETCH(bool, analysers);
     QFETCH(bool, generators);
     QFETCH(bool, gpsLoggers);
-    plug("1-1", "0403", "6010", 1, "a1");
-    plug("1-2", "0403", "6014", 2, "a2");
-    plug("1-3", "1209", "0001", 3, "a3");
-    plug("1-4", "0403", "6015", 4, "g1");
-    plug("1-5", "04d8", "000a", 5, "g2");
-    plug("1-6", "0403", "6001", 6, "l1");
-    plug("1-7", "10c4", "ea60", 7, "l2");
-    plug("1-8", "1209", "0002", 8, "no1");
-    plug("1-9", "6010", "0403", 9, "no2");
+    m_bed->plug("1-1", "0403", "6010", 1, "a1");
+    m_bed->plug("1-2", "0403", "6014", 2, "a2");
+    m_bed->plug("1-3", "1209", "0001", 3, "a3");
+    m_bed->plug("1-4", "0403", "6015", 4, "g1");
+    m_bed->plug("1-5", "04d8", "000a", 5, "g2");
+    m_bed->plug("1-6", "0403", "6001", 6, "l1");
+    m_bed->plug("1-7", "10c4", "ea60", 7, "l2");
+    m_bed->plug("1-8", "1209", "0002", 8, "no1");
+    m_bed->plug("1-9", "6010", "0403", 9, "no2");
     AVeldoranDeviceList list(nullptr);
     list.setDeviceFilter(new AVeldoranDeviceFilter(analysers, generators, gpsLoggers, false));
     QVERIFY(fetch(list));
@@ -419,7 +400,7 @@ void TestAVeldoranDeviceList::theSettingAddsChips()
     QCOMPARE(AVeldoranDeviceFilter::kindsOf(0x0403, 0x6014), 1U);
 
     QFETCH(unsigned int, kinds);
-    plug("1-1", "1209", "0002", 1);
+    m_bed->plug("1-1", "1209", "0002", 1);
     AVeldoranDeviceList list(nullptr);
     list.setDeviceFilter(new AVeldoranDeviceFilter(true, false, false, false));
     QVERIFY(fetch(list));
@@ -428,7 +409,7 @@ void TestAVeldoranDeviceList::theSettingAddsChips()
 
 void TestAVeldoranDeviceList::aSimulatedDeviceComesLast()
 {
-    plug("1-1", "0403", "6001", 1, "logger");
+    m_bed->plug("1-1", "0403", "6001", 1, "logger");
     AVeldoranDeviceList list(nullptr);
     list.setDeviceFilter(new AVeldoranDeviceFilter(true, true, true, true));
     QVERIFY(fetch(list));

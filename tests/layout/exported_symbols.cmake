@@ -6,7 +6,7 @@ set(ENV{LC_ALL} C.UTF-8)
 
 execute_process(COMMAND ${NM} --dynamic --defined-only --demangle --format=posix ${LIBRARY}
     OUTPUT_VARIABLE output COMMAND_ERROR_IS_FATAL ANY)
-string(REGEX REPLACE " [A-Za-z] [0-9a-f]+( [0-9a-f]+)?\n" "\n" output "${output}")
+string(REGEX REPLACE " [A-Za-z] [0-9a-f]+( [0-9a-f]*)?\n" "\n" output "${output}")
 string(REGEX REPLACE ";|\\[|\\]" "_" output "${output}")
 string(REPLACE "\n" ";" symbols "${output}")
 list(REMOVE_ITEM symbols "" "__bss_start" "_end" "_edata" "_init" "_fini")

@@ -1,6 +1,7 @@
 #include "limit/alimitselectiondelegate.h"
 
-#include <QtGui/QStandardItemModel>
+#include "views/delegatecell.h"
+
 #include <QtTest/QtTest>
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QLineEdit>
@@ -8,19 +9,6 @@
 namespace {
 
 const QMap<unsigned int, QString> kLabels = {{2, "logarithmic"}, {0, "step"}, {1, "linear"}};
-
-struct Cell
-{
-    explicit Cell(const QVariant &value)
-    {
-        model.setItem(0, 0, new QStandardItem);
-        model.setData(index(), value, Qt::EditRole);
-    }
-    QModelIndex index() const { return model.index(0, 0); }
-    QVariant value() const { return index().data(Qt::EditRole); }
-
-    QStandardItemModel model;
-};
 
 } // namespace
 

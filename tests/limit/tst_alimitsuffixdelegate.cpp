@@ -1,37 +1,11 @@
 #include "limit/alimitsuffixdelegate.h"
 
-#include <QtGui/QStandardItemModel>
+#include "views/delegatecell.h"
+
 #include <QtTest/QtTest>
 #include <QtWidgets/QDoubleSpinBox>
 
 #include <limits>
-
-namespace {
-
-struct Cell
-{
-    explicit Cell(const QVariant &value)
-    {
-        model.setItem(0, 0, new QStandardItem);
-        model.setData(index(), value, Qt::EditRole);
-    }
-    QModelIndex index() const { return model.index(0, 0); }
-
-    QStandardItemModel model;
-};
-
-struct DefaultLocale
-{
-    explicit DefaultLocale(const QLocale &locale) { QLocale::setDefault(locale); }
-    ~DefaultLocale() { QLocale::setDefault(m_before); }
-    DefaultLocale(const DefaultLocale &) = delete;
-    DefaultLocale &operator=(const DefaultLocale &) = delete;
-
-private:
-    QLocale m_before;
-};
-
-} // namespace
 
 class TestALimitSuffixDelegate : public QObject
 {

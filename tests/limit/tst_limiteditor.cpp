@@ -1,32 +1,15 @@
 #include "limiteditor.h"
 #include "limitfiles.h"
+#include "views/editorkeys.h"
 
-#include <QtWidgets/QApplication>
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QDoubleSpinBox>
 #include <QtWidgets/QLineEdit>
 
+using namespace editorkeys;
 using namespace limitfiles;
 
 namespace {
-
-// Types into the cell as a user does: F2, the text, Return. The editor must be of that class.
-template<typename Editor>
-void type(LimitEditor *view, const QModelIndex &cell, const QString &text)
-{
-    view->setCurrentIndex(cell);
-    QTest::keyClick(view, Qt::Key_F2);
-    auto *editor = view->viewport()->findChild<Editor *>();
-    QVERIFY(editor);
-    if (qobject_cast<QDoubleSpinBox *>(editor))
-        QTest::keyClick(editor, Qt::Key_A, Qt::ControlModifier);
-    QTest::keyClicks(editor, text);
-    QTest::keyClick(editor, Qt::Key_Return);
-    QTRY_VERIFY(!view->viewport()->findChild<Editor *>());
-    // A combo box takes letters that come fast for one word: the next is to begin anew.
-    if (std::is_same<Editor, QComboBox>::value)
-        QTest::qWait(QApplication::keyboardInputInterval() + 50);
-}
 
 void addPiece(LimitEditor *view, Qt::KeyboardModifier modifier, const QStringList &texts)
 {
@@ -36,9 +19,9 @@ void addPiece(LimitEditor *view, Qt::KeyboardModifier modifier, const QStringLis
     for (int i = 0; i < texts.size(); ++i) {
         const QModelIndex cell = piece.siblingAtColumn(ALimitModel::ColumnBeginFrequency + i);
         if (cell.column() == ALimitModel::ColumnInterpolation)
-            type<QComboBox>(view, cell, texts.at(i));
+            typeIntoCell<QComboBox>(view, cell, texts.at(i));
         else if (!texts.at(i).isEmpty())
-            type<QDoubleSpinBox>(view, cell, texts.at(i));
+            typeIntoCell<QDoubleSpinBox>(view, cell, texts.at(i));
     }
 }
 
@@ -56,14 +39,6 @@ QStringList plainTable(const QAbstractItemModel &model)
         plain << cells.join(QLatin1Char('|'));
     }
     return plain;
-}
-
-// For who wants to look at it: a picture into that directory, if it is set.
-void keepPicture(QWidget *widget, const char *name)
-{
-    const QString directory = qEnvironmentVariable("AVELDORAN_PICTURE_DIR");
-    if (!directory.isEmpty())
-        QVERIFY(widget->grab().save(directory + QLatin1Char('/') + QLatin1String(name)));
 }
 
 } // namespace
@@ -119,12 +94,12 @@ void TestLimitEditor::cleanup()
 void TestLimitEditor::aLimitThatIsTypedComesBackFromItsFile()
 {
     QTest::keyClick(m_editor.get(), Qt::Key_Insert);
-    type<QLineEdit>(m_editor.get(), limit(0, ALimitModel::ColumnName), "Radiated & conducted");
-    type<QDoubleSpinBox>(m_editor.get(), limit(0, ALimitModel::ColumnBegin), "0.15");
-    type<QDoubleSpinBox>(m_editor.get(), limit(0, ALimitModel::ColumnEnd), "1000");
-    type<QComboBox>(m_editor.get(), limit(0, ALimitModel::ColumnUnit), "dB\u00b5V/m");
-    type<QLineEdit>(m_editor.get(), limit(0, ALimitModel::ColumnDescription), "not saved");
-    type<QLineEdit>(m_editor.get(), limit(0, ALimitModel::ColumnColor), "#cc0000");
+    typeIntoCell<QLineEdit>(m_editor.get(), limit(0, ALimitModel::ColumnName), "Radiated & conducted");
+    typeIntoCell<QDoubleSpinBox>(m_editor.get(), limit(0, ALimitModel::ColumnBegin), "0.15");
+    typeIntoCell<QDoubleSpinBox>(m_editor.get(), limit(0, ALimitModel::ColumnEnd), "1000");
+    typeIntoCell<QComboBox>(m_editor.get(), limit(0, ALimitModel::ColumnUnit), "dB\u00b5V/m");
+    typeIntoCell<QLineEdit>(m_editor.get(), limit(0, ALimitModel::ColumnDescription), "not saved");
+    typeIntoCell<QLineEdit>(m_editor.get(), limit(0, ALimitModel::ColumnColor), "#cc0000");
     QCOMPARE(rowTexts(*m_editor->limits(), 0).mid(0, 6),
              (QStringList{"Radiated & conducted", "      0.1500000", "   1000.0000000", "8", "not saved", "#cc0000"}));
 
@@ -135,7 +110,7 @@ void TestLimitEditor::aLimitThatIsTypedComesBackFromItsFile()
     const QStringList typed = {"Radiated & conducted|0.15|1000|8|not saved|#cc0000|||-|-|-", "0.15|30|66|56.125|2",
                                "-|230.000001|-|-30.5|1", "30|88|40|40|0", "-|1000|-|37|0"};
     QCOMPARE(plainTable(*m_editor->limits()), typed);
-    keepPicture(m_editor.get(), "limiteditor-typed.png");
+    keepPicture(m_editor->grab(), "limiteditor-typed.png");
 
     QTest::keyClick(m_editor.get(), Qt::Key_S, Qt::ControlModifier);
     const QByteArray saved = readBytes(m_fileName);
@@ -175,13 +150,13 @@ void TestLimitEditor::aLoadedLimitIsEditedAndSaved()
     const int rows = m_editor->limits()->rowCount();
     QVERIFY(rows >= 4);
     QStringList expected = plainTable(*m_editor->limits());
-    keepPicture(m_editor.get(), "limiteditor-loaded.png");
+    keepPicture(m_editor->grab(), "limiteditor-loaded.png");
 
-    type<QLineEdit>(m_editor.get(), limit(0, ALimitModel::ColumnName), "Renamed");
-    type<QComboBox>(m_editor.get(), limit(0, ALimitModel::ColumnUnit), "dBmV");
-    type<QDoubleSpinBox>(m_editor.get(), piece(0, ALimitModel::ColumnEndFrequency), "29.5");
-    type<QDoubleSpinBox>(m_editor.get(), piece(0, ALimitModel::ColumnEndValue), "72.25");
-    type<QComboBox>(m_editor.get(), piece(1, ALimitModel::ColumnInterpolation), "step");
+    typeIntoCell<QLineEdit>(m_editor.get(), limit(0, ALimitModel::ColumnName), "Renamed");
+    typeIntoCell<QComboBox>(m_editor.get(), limit(0, ALimitModel::ColumnUnit), "dBmV");
+    typeIntoCell<QDoubleSpinBox>(m_editor.get(), piece(0, ALimitModel::ColumnEndFrequency), "29.5");
+    typeIntoCell<QDoubleSpinBox>(m_editor.get(), piece(0, ALimitModel::ColumnEndValue), "72.25");
+    typeIntoCell<QComboBox>(m_editor.get(), piece(1, ALimitModel::ColumnInterpolation), "step");
     QTest::keyClick(m_editor.get(), Qt::Key_S, Qt::ControlModifier);
     QTest::keyClick(m_editor.get(), Qt::Key_F5);
 
@@ -238,9 +213,9 @@ void TestLimitEditor::aCellWithAnUnknownUnitSurvivesItsEditor()
 {
     writeBytes(m_fileName, "<data><limit measureunit='77'/></data>");
     QTest::keyClick(m_editor.get(), Qt::Key_F5);
-    type<QComboBox>(m_editor.get(), limit(0, ALimitModel::ColumnUnit), QString());
+    typeIntoCell<QComboBox>(m_editor.get(), limit(0, ALimitModel::ColumnUnit), QString());
     QCOMPARE(limit(0, ALimitModel::ColumnUnit).data().toString(), QStringLiteral("77"));
-    type<QComboBox>(m_editor.get(), limit(0, ALimitModel::ColumnUnit), "V");
+    typeIntoCell<QComboBox>(m_editor.get(), limit(0, ALimitModel::ColumnUnit), "V");
     QCOMPARE(limit(0, ALimitModel::ColumnUnit).data().toString(), QStringLiteral("5"));
 }
 

@@ -1,0 +1,151 @@
+#include "apps/aveldoran/commands.h"
+#include "apps/aveldoran/console.h"
+#include "apps/aveldoran/texttable.h"
+
+#include <core/aveldorandevicefilter.h>
+#include <core/aveldorandevicelist.h>
+
+#include <QtCore/QCommandLineParser>
+#include <QtCore/QEventLoop>
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+
+namespace {
+
+struct Options
+{
+    bool all = false; // also what is no measurement device
+    bool asJson = false;
+};
+
+bool readOptions(const QStringList &arguments, Options *options, int *exitStatus)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral(
+        "Lists the attached analysers, generators and GPS loggers, one USB chip a line; a chip with two channels is\n"
+        "two of them. The setting Devices/UsbIds adds chips to those that are known.\n\n"
+        "Example: aveldoran devices --format json"));
+    const QCommandLineOption all(QStringLiteral("all"), QStringLiteral("List every USB device."));
+    parser.addOptions({all, Console::formatOption()});
+    if (!Console::parse(&parser, arguments, exitStatus))
+        return false;
+
+    *exitStatus = ExitUsage;
+    options->all = parser.isSet(all);
+    if (!parser.positionalArguments().isEmpty()) {
+        Console::error(
+            QStringLiteral("devices: expected no argument, found '%1'").arg(parser.positionalArguments().constFirst()));
+        return false;
+    }
+    return Console::readFormat(parser, QStringLiteral("devices"), &options->asJson);
+}
+
+void fetch(AVeldoranDeviceList *list)
+{
+    QEventLoop loop;
+    QObject::connect(list, &AVeldoranDeviceList::finished, &loop, &QEventLoop::quit);
+    list->fetch();
+    loop.exec();
+}
+
+QStringList kindsOf(const AVeldoranChipInformation &chip)
+{
+    const unsigned int kinds = AVeldoranDeviceFilter::kindsOf(chip.vendorId, chip.productId);
+    QStringList names; // as in the setting
+    if (kinds & AVeldoranDeviceFilter::Analyser)
+        names += QStringLiteral("analyser");
+    if (kinds & AVeldoranDeviceFilter::Generator)
+        names += QStringLiteral("generator");
+    if (kinds & AVeldoranDeviceFilter::GpsLogger)
+        names += QStringLiteral("gpslogger");
+    return names;
+}
+
+QString hexadecimal(unsigned short id)
+{
+    return QStringLiteral("%1").arg(id, 4, 16, QLatin1Char('0'));
+}
+
+QString textOrDash(const QString &text)
+{
+    const QString line = Console::oneLine(text);
+    return line.isEmpty() ? QStringLiteral("-") : line;
+}
+
+QStringList rowOf(const AVeldoranChipInformation &chip)
+{
+    const bool isLocated = chip.location != 0;
+    return {textOrDash(kindsOf(chip).join(QLatin1Char(','))),
+            hexadecimal(chip.vendorId) + QLatin1Char(':') + hexadecimal(chip.productId),
+            isLocated ? QString::number(chip.location / 256) : QStringLiteral("-"),
+            isLocated ? QString::number(chip.location % 256) : QStringLiteral("-"),
+            textOrDash(chip.name),
+            textOrDash(chip.description)};
+}
+
+void printText(const AVeldoranDeviceList &list, bool all)
+{
+    if (list.count() == 0) {
+        Console::write(all ? QStringLiteral("No USB device is attached.\n")
+                           : QStringLiteral("No measurement device is attached.\n"));
+        return;
+    }
+    QVector<QStringList> rows = {{QStringLiteral("Kind"), QStringLiteral("USB id"), QStringLiteral("Bus"),
+                                  QStringLiteral("Device"), QStringLiteral("Name"), QStringLiteral("Description")}};
+    for (int i = 0; i < list.count(); ++i)
+        rows += rowOf(list.at(i));
+    Console::write(textTable(rows, {{TableColumn::Word, 2},
+                                    {TableColumn::Word, 2},
+                                    {TableColumn::Number, 2},
+                                    {TableColumn::Number, 2},
+                                    {TableColumn::Word, 2},
+                                    {TableColumn::Word, 2}}));
+}
+
+QJsonObject chipAsJson(const AVeldoranChipInformation &chip)
+{
+    QJsonObject object;
+    object[QStringLiteral("kinds")] = QJsonArray::fromStringList(kindsOf(chip));
+    object[QStringLiteral("id")] = chip.id;
+    object[QStringLiteral("vendorId")] = chip.vendorId;
+    object[QStringLiteral("productId")] = chip.productId;
+    object[QStringLiteral("name")] = chip.name;
+    object[QStringLiteral("description")] = chip.description;
+    if (chip.location != 0) {
+        object[QStringLiteral("bus")] = static_cast<int>(chip.location / 256);
+        object[QStringLiteral("device")] = static_cast<int>(chip.location % 256);
+    }
+    return object;
+}
+
+void printJson(const AVeldoranDeviceList &list)
+{
+    QString separator = QStringLiteral("[\n");
+    for (int i = 0; i < list.count(); ++i) {
+        const QJsonDocument document(chipAsJson(list.at(i)));
+        Console::write(separator + QString::fromUtf8(document.toJson(QJsonDocument::Compact)));
+        separator = QStringLiteral(",\n");
+    }
+    Console::write(list.count() == 0 ? QStringLiteral("[]\n") : QStringLiteral("\n]\n"));
+}
+
+} // namespace
+
+int runDevices(const QStringList &arguments)
+{
+    Options options;
+    int exitStatus = ExitDone;
+    if (!readOptions(arguments, &options, &exitStatus))
+        return exitStatus;
+
+    AVeldoranDeviceList list(nullptr);
+    if (!options.all)
+        list.setDeviceFilter(new AVeldoranDeviceFilter(true, true, true, false));
+    fetch(&list);
+    if (options.asJson)
+        printJson(list);
+    else
+        printText(list, options.all);
+    return Console::finish() && !Console::hasWarned() ? ExitDone : ExitFailed;
+}

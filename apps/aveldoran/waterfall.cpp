@@ -1,0 +1,426 @@
+#include "apps/aveldoran/commands.h"
+#include "apps/aveldoran/console.h"
+#include "apps/aveldoran/levelraster.h"
+#include "apps/aveldoran/plantext.h"
+#include "apps/aveldoran/recordedtimes.h"
+#include "apps/aveldoran/waterfallplot.h"
+
+#include <core/amdrdocument.h>
+#include <core/emu.h>
+#include <display/acolorlookuptable.h>
+
+#include <QtCore/QCommandLineParser>
+#include <QtCore/QDateTime>
+#include <QtCore/QFileInfo>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace {
+
+constexpr int kLeastWidth = 800;
+constexpr int kMostWidth = 8000;
+constexpr int kDefaultWidth = 1680;
+constexpr int kMostDynamic = 1000;       // dB
+constexpr int kMostDefaultDynamic = 120; // dB
+
+constexpr int kLevelStep = 5;        // dB, to which the ends of the scale are rounded
+constexpr double kHeadroom = 1.0;    // dB at least, above the highest level
+constexpr double kFloorShare = 0.02; // of the levels lie below the lower end
+constexpr double kMostLevel = 1e6;   // dB; beyond it nobody measures, and a scale would lose its ticks
+
+// The table counts in tenths of a decibel, so that a ramp of few decibels has no visible steps.
+constexpr int kEntriesPerDecibel = 10;
+
+constexpr char kDefaultFrom[] = "#150a33";
+constexpr char kDefaultTo[] = "#ffee66";
+constexpr QRgb kNothingColor = qRgb(228, 228, 228); // where nothing was measured
+
+struct Options
+{
+    QString recording;
+    QString output;
+    int width = kDefaultWidth;
+    int dynamic = 0; // 0 for what the recording needs
+    QColor from;
+    QColor to;
+};
+
+// --- the command line ---
+
+bool readNumber(const QCommandLineParser &parser, const QCommandLineOption &option, int least, int most, int *number)
+{
+    if (!parser.isSet(option))
+        return true;
+    bool ok = false;
+    *number = parser.value(option).toInt(&ok);
+    if (ok && *number >= least && *number <= most)
+        return true;
+    Console::error(
+        QStringLiteral("waterfall: --%1 expects a number from %2 to %3, not '%4'")
+            .arg(option.names().constFirst(), QString::number(least), QString::number(most), parser.value(option)));
+    return false;
+}
+
+bool readColor(const QCommandLineParser &parser, const QCommandLineOption &option, QColor *color)
+{
+    const QString name = parser.value(option);
+    if (QColor::isValidColor(name))
+        color->setNamedColor(name);
+    if (color->isValid() && color->alpha() == 255)
+        return true;
+    Console::error(QStringLiteral("waterfall: --%1 expects an opaque colour such as 'navy' or '#102040', not '%2'")
+                       .arg(option.names().constFirst(), name));
+    return false;
+}
+
+bool readOptions(const QStringList &arguments, Options *options, int *exitStatus)
+{
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QStringLiteral(
+        "Draws a recording into a PNG file: level over frequency and time as colours, and above it the highest\n"
+        "level that each frequency had. Linear units are drawn in decibels.\n\n"
+        "Example: aveldoran waterfall drive.mdr --output drive.png"));
+    const QCommandLineOption output(QStringLiteral("output"), QStringLiteral("The picture; must be given."),
+                                    QStringLiteral("FILE.png"));
+    const QCommandLineOption width(QStringLiteral("width"),
+                                   QStringLiteral("The width of the picture in pixels, %1 to %2.")
+                                       .arg(QString::number(kLeastWidth), QString::number(kMostWidth)),
+                                   QStringLiteral("W"), QString::number(kDefaultWidth));
+    const QCommandLineOption dynamic(
+        QStringLiteral("dynamic"),
+        QStringLiteral("How many decibels the colours span, down from the highest level. If not given, as many as\n"
+                       "there are down to the noise, %1 at most.")
+            .arg(kMostDefaultDynamic),
+        QStringLiteral("N"));
+    const QCommandLineOption from(QStringLiteral("from"), QStringLiteral("The colour of the lowest levels."),
+                                  QStringLiteral("COLOR"), QLatin1String(kDefaultFrom));
+    const QCommandLineOption to(
+        QStringLiteral("to"),
+        QStringLiteral("The colour of the highest levels; the ramp runs through the hues between them."),
+        QStringLiteral("COLOR"), QLatin1String(kDefaultTo));
+    parser.addOptions({output, width, dynamic, from, to});
+    parser.addPositionalArgument(QStringLiteral("RECORDING"), QStringLiteral("The recording, an MDR file."));
+    if (!Console::parse(&parser, arguments, exitStatus))
+        return false;
+
+    *exitStatus = ExitUsage;
+    if (parser.positionalArguments().size() != 1) {
+        Console::error(
+            QStringLiteral("waterfall: expected one recording, found %1").arg(parser.positionalArguments().size()));
+        return false;
+    }
+    options->recording = parser.positionalArguments().constFirst();
+    options->output = parser.value(output);
+    if (!parser.isSet(output)) {
+        Console::error(QStringLiteral("waterfall: --output is missing"));
+        return false;
+    }
+    if (!options->output.endsWith(QLatin1String(".png"), Qt::CaseInsensitive)) {
+        Console::error(
+            QStringLiteral("waterfall: --output expects the name of a PNG file, not '%1'").arg(options->output));
+        return false;
+    }
+    const QString replaced = QFileInfo(options->output).canonicalFilePath(); // empty if there is no such file
+    if (!replaced.isEmpty() && replaced == QFileInfo(options->recording).canonicalFilePath()) {
+        Console::error(QStringLiteral("waterfall: --output would replace the recording %1 by the picture")
+                           .arg(options->recording));
+        return false;
+    }
+    return readNumber(parser, width, kLeastWidth, kMostWidth, &options->width) &&
+           readNumber(parser, dynamic, 1, kMostDynamic, &options->dynamic) && readColor(parser, from, &options->from) &&
+           readColor(parser, to, &options->to);
+}
+
+// --- reading ---
+
+// The sweeps of a recording one by one, all of them levels in one unit. Only one is in memory at a time.
+class Sweeps
+{
+public:
+    Sweeps(const AMdrDocument &document, const QString &name)
+        : m_document(document)
+        , m_name(name)
+    {}
+
+    // Goes through all of them, calling `use` with each and its number. False, with a message, if one can't be read any
+    // more; all before it were used.
+    template<typename Use>
+    bool forEach(const QString &what, const Use &use)
+    {
+        const int count = m_document.sweepCount();
+        int percent = -1;
+        for (int i = 0; i < count; ++i) {
+            if (const auto now = static_cast<int>(100LL * i / count); now != percent)
+                Console::progress(QStringLiteral("%1 %2: %3 %").arg(what, m_name).arg(percent = now));
+            QString reason;
+            if (!m_document.readSweep(m_document.recordOfSweep(i), &m_sweep, &reason)) {
+                Console::error(QStringLiteral("%1: %2").arg(m_name, reason));
+                return false;
+            }
+            use(m_sweep, i);
+        }
+        Console::clearProgress();
+        return true;
+    }
+
+private:
+    const AMdrDocument &m_document;
+    QString m_name;
+    ASweep m_sweep; // one for all: its points are used again
+};
+
+// What the axes have to know beforehand.
+struct Extent
+{
+    double beginHz = std::numeric_limits<double>::infinity();
+    double endHz = -std::numeric_limits<double>::infinity();
+    int unit = -1; // of the first point
+    int mostPoints = 0;
+
+    bool isEmpty() const { return beginHz > endHz; }
+
+    void include(const ASweep &sweep)
+    {
+        for (const AMeasurementValue &value : sweep.values) {
+            const double hertz = value.frequency.floatValue(AFrequency::Hz);
+            beginHz = std::min(beginHz, hertz);
+            endHz = std::max(endHz, hertz);
+        }
+        if (unit < 0 && !sweep.values.isEmpty())
+            unit = sweep.values.constFirst().unit;
+        mostPoints = std::max(mostPoints, sweep.values.size());
+    }
+
+    // A single frequency is given some width.
+    void widen()
+    {
+        if (beginHz < endHz)
+            return;
+        const double margin = std::max(1.0, std::fabs(beginHz) * 1e-6);
+        beginHz -= margin;
+        endHz += margin;
+    }
+};
+
+// The unit in which levels of that unit are drawn: a linear one's last decibels, which are those in use (dBµV for V).
+int decibelsFor(int unit)
+{
+    const emu_entry *own = emu_find(unit);
+    if (!own || own->logarithmic)
+        return unit;
+    int decibels = unit;
+    for (int id = 0; emu_find(id); ++id) {
+        if (emu_find(id)->logarithmic && emu_find(id)->linear == unit)
+            decibels = id;
+    }
+    return decibels;
+}
+
+// How many levels have no number in that unit; those become NaN.
+qint64 convert(QList<AMeasurementValue> *values, int unit)
+{
+    qint64 lost = 0;
+    for (AMeasurementValue &value : *values) {
+        if (value.unit == unit)
+            continue;
+        const bool wasNumber = !std::isnan(value.level);
+        value = value.convertTo(unit);
+        lost += wasNumber && std::isnan(value.level) ? 1 : 0;
+    }
+    return lost;
+}
+
+RecordedTimes timesOf(const AMdrDocument &document)
+{
+    QVector<qint64> times;
+    times.reserve(document.sweepCount());
+    ASweep first;
+    const bool hasFirst = document.readSweep(document.recordOfSweep(0), &first) && first.startTime().isValid();
+    for (int i = 0; i < document.sweepCount(); ++i) {
+        qint64 time = 0;
+        if (!document.recordTime(document.recordOfSweep(i), &time))
+            return {RecordedTimes::kUnknown, {}};
+        times += time;
+    }
+    return {hasFirst ? first.startTime().toMSecsSinceEpoch() : RecordedTimes::kUnknown, times};
+}
+
+// --- colours ---
+
+struct LevelScale
+{
+    double highest;
+    int dynamic;
+
+    double lowest() const { return highest - dynamic; }
+};
+
+// From the highest level down to the noise, at multiples of a step. False if no level is a finite number.
+bool chooseScale(const LevelRaster &raster, int dynamic, LevelScale *scale)
+{
+    std::vector<float> levels;
+    std::copy_if(raster.levels().begin(), raster.levels().end(), std::back_inserter(levels),
+                 [](float level) { return std::isfinite(level); });
+    if (levels.empty())
+        return false;
+    const auto rounded = [](double level, double (*round)(double)) {
+        return qBound(-kMostLevel, round(level / kLevelStep) * kLevelStep, kMostLevel);
+    };
+    const auto floor =
+        levels.begin() + static_cast<std::ptrdiff_t>(static_cast<double>(levels.size() - 1) * kFloorShare);
+    std::nth_element(levels.begin(), floor, levels.end());
+    scale->highest = rounded(*std::max_element(floor, levels.end()) + kHeadroom, std::ceil);
+    const double needed = scale->highest - rounded(*floor, std::floor);
+    scale->dynamic =
+        dynamic > 0 ? dynamic : static_cast<int>(qBound<double>(2 * kLevelStep, needed, kMostDefaultDynamic));
+    return true;
+}
+
+QImage imageOf(const LevelRaster &raster, const LevelScale &scale, const AColorLookupTable &table)
+{
+    // The table takes levels from 0 to below its dynamic; this is as near to it as rounding allows.
+    const double top = table.dynamic() * (1.0 - 1e-6);
+    QImage image(raster.size(), QImage::Format_RGB32);
+    for (int row = 0; row < image.height(); ++row) {
+        auto *pixel = reinterpret_cast<QRgb *>(image.scanLine(row));
+        for (int column = 0; column < image.width(); ++column, ++pixel) {
+            const double level = raster.level(column, row);
+            *pixel =
+                std::isnan(level)
+                    ? kNothingColor
+                    : table.colorAt(static_cast<float>(qBound(0.0, (level - scale.lowest()) * kEntriesPerDecibel, top)))
+                          .rgb();
+        }
+    }
+    return image;
+}
+
+// --- the command ---
+
+void printSummary(const Options &options, const AMdrDocument &document, const Extent &extent,
+                  const RecordedTimes &times, const AMeasurementValue &highest, const QString &unit)
+{
+    const auto frequency = [](double hertz) {
+        AFrequency rounded;
+        rounded.setValue(hertz, AFrequency::Hz);
+        return shortFrequency(rounded);
+    };
+    const auto time = [](qint64 timeMs) {
+        return QDateTime::fromMSecsSinceEpoch(timeMs, Qt::UTC).toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
+    };
+    const auto counted = [](int count, const QString &what) {
+        return QStringLiteral("%L1 %2%3").arg(count).arg(what, QLatin1String(count == 1 ? "" : "s"));
+    };
+    QString text =
+        QStringLiteral("%1: %2 of at most %3, %4 to %5")
+            .arg(Console::oneLine(options.recording), counted(document.sweepCount(), QStringLiteral("sweep")),
+                 counted(extent.mostPoints, QStringLiteral("point")), frequency(extent.beginHz),
+                 frequency(extent.endHz));
+    if (times.areAnAxis())
+        text += QStringLiteral(", %1 to %2 UTC").arg(time(times.beginMs()), time(times.endMs()));
+    if (!highest.isEmpty()) {
+        const bool isUsual = std::fabs(highest.level) < kMostLevel;
+        text += QStringLiteral(", highest level %1 at %2")
+                    .arg(QStringLiteral("%1 %2")
+                             .arg(QString::number(highest.level, isUsual ? 'f' : 'g', isUsual ? 2 : 6), unit)
+                             .trimmed(),
+                         shortFrequency(highest.frequency));
+    }
+    Console::write(text + QLatin1Char('\n'));
+}
+
+int draw(const Options &options, const AMdrDocument &document, int exitStatus)
+{
+    Sweeps sweeps(document, options.recording);
+    Extent extent;
+    if (!sweeps.forEach(QStringLiteral("reading"), [&extent](const ASweep &sweep, int) { extent.include(sweep); }))
+        exitStatus = ExitFailed;
+    if (extent.isEmpty()) {
+        Console::error(QStringLiteral("%1: the recording holds no levels").arg(options.recording));
+        return ExitFailed;
+    }
+    const int unit = decibelsFor(extent.unit);
+    const emu_entry *unitEntry = emu_find(unit);
+    const QString unitName = unitEntry ? QString::fromUcs4(unitEntry->name) : QString();
+    const RecordedTimes times = timesOf(document);
+    Extent shown = extent;
+    shown.widen();
+
+    WaterfallPlot plot(Console::oneLine(QFileInfo(options.recording).fileName()), QStringLiteral("Level"), unitName,
+                       options.width);
+    plot.setFrequencyRange(shown.beginHz, shown.endHz);
+    if (times.areAnAxis())
+        plot.setTimeRange(times.beginMs(), times.endMs());
+    else
+        plot.setNumberRange(document.sweepCount());
+
+    LevelRaster raster(plot.waterfallSize(), extent.beginHz, extent.endHz);
+    const double rows = raster.size().height();
+    const double rowsPerMs = times.areAnAxis() ? rows / static_cast<double>(times.endMs() - times.beginMs()) : 0.0;
+    qint64 lost = 0;
+    const auto add = [&](ASweep &sweep, int number) {
+        lost += convert(&sweep.values, unit);
+        if (times.areAnAxis())
+            raster.add(sweep.values, static_cast<double>(times.beginMs(number) - times.beginMs()) * rowsPerMs,
+                       static_cast<double>(times.endMs(number) - times.beginMs()) * rowsPerMs);
+        else
+            raster.add(sweep.values, number * rows / document.sweepCount(),
+                       (number + 1.0) * rows / document.sweepCount());
+    };
+    if (!sweeps.forEach(QStringLiteral("drawing"), add))
+        exitStatus = ExitFailed;
+    if (lost > 0) {
+        Console::error(QStringLiteral("%1: %L2 levels are left out: their units don't convert to %3")
+                           .arg(options.recording)
+                           .arg(lost)
+                           .arg(unitName));
+        exitStatus = ExitFailed;
+    }
+    LevelScale scale{};
+    if (!chooseScale(raster, options.dynamic, &scale)) {
+        Console::error(QStringLiteral("%1: the recording holds no levels").arg(options.recording));
+        return ExitFailed;
+    }
+
+    const AColorLookupTable table(nullptr, scale.dynamic * kEntriesPerDecibel, options.from, options.to);
+    QVector<QRgb> colors;
+    for (int i = 0; i < table.count(); ++i)
+        colors += table.at(i).rgb();
+    plot.setLevels(scale.lowest(), scale.highest, colors);
+    plot.setWaterfall(imageOf(raster, scale, table));
+    plot.setCurve(QStringLiteral("Maximum hold"), raster.maximumHold());
+    QString errorText;
+    if (!plot.save(options.output, &errorText)) {
+        Console::error(errorText);
+        return ExitFailed;
+    }
+    printSummary(options, document, extent, times, raster.highest(), unitName);
+    return Console::finish() ? exitStatus : ExitFailed;
+}
+
+} // namespace
+
+int runWaterfall(const QStringList &arguments)
+{
+    Options options;
+    int exitStatus = ExitDone;
+    if (!readOptions(arguments, &options, &exitStatus))
+        return exitStatus;
+
+    exitStatus = ExitDone;
+    AMdrDocument document;
+    QString reason;
+    if (!document.load(options.recording, &reason)) {
+        Console::error(QStringLiteral("%1: %2").arg(options.recording, reason));
+        exitStatus = ExitFailed;
+        if (document.sweepCount() == 0)
+            return exitStatus;
+    }
+    if (document.sweepCount() == 0) {
+        Console::error(QStringLiteral("%1: the recording holds no sweeps").arg(options.recording));
+        return ExitFailed;
+    }
+    return draw(options, document, exitStatus);
+}

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QtCore/QString>
+
+class QAbstractItemView;
+class QWidget;
+
+// The tabs of the gallery. Each stands in a file of its own, which can be copied alone. `dataDir` holds the example
+// data.
+namespace gallery {
+
+QWidget *makeChannelPlanTab(const QString &dataDir);
+QWidget *makeLimitsTab(const QString &dataDir);
+QWidget *makeCalibrationsTab(const QString &dataDir);
+QWidget *makeMarkersTab();
+QWidget *makeVariablesTab();
+QWidget *makeBookmarksTab();
+
+} // namespace gallery

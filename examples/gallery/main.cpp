@@ -1,0 +1,103 @@
+#include "gallery.h"
+
+#include <datamanager/adatamanager.h>
+
+#include <QtCore/QCommandLineParser>
+#include <QtCore/QDir>
+#include <QtCore/QTextStream>
+#include <QtGui/QPainter>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QHeaderView>
+#include <QtWidgets/QSpinBox>
+#include <QtWidgets/QTabWidget>
+#include <QtWidgets/QTableView>
+
+#include <cstring>
+
+namespace {
+
+void fillWindow(QTabWidget *window, const QString &dataDir)
+{
+    window->addTab(gallery::makeChannelPlanTab(dataDir), QObject::tr("Channel plan"));
+    window->addTab(gallery::makeLimitsTab(dataDir), QObject::tr("Limits"));
+    window->addTab(gallery::makeCalibrationsTab(dataDir), QObject::tr("Calibration"));
+    window->addTab(gallery::makeMarkersTab(), QObject::tr("Markers"));
+    window->addTab(gallery::makeVariablesTab(), QObject::tr("Device settings"));
+    window->addTab(gallery::makeBookmarksTab(), QObject::tr("Bookmarks"));
+
+    // Cells that look like editors want the height of one.
+    const QList<QTableView *> tables = window->findChildren<QTableView *>();
+    for (QTableView *table : tables)
+        table->verticalHeader()->setDefaultSectionSize(QSpinBox().sizeHint().height());
+}
+
+// All tabs below each other.
+QImage pictureOf(QTabWidget *window)
+{
+    QImage picture;
+    for (int tab = 0; tab < window->count(); ++tab) {
+        window->setCurrentIndex(tab);
+        QApplication::processEvents(); // for the layout
+        const QImage part = window->grab().toImage();
+        if (picture.isNull()) {
+            picture = QImage(part.width(), part.height() * window->count(), QImage::Format_RGB32);
+            picture.setDevicePixelRatio(part.devicePixelRatio());
+        }
+        QPainter(&picture).drawImage(QPointF(0, tab * window->height()), part);
+    }
+    return picture;
+}
+
+bool wantsScreenshot(int argc, char **argv)
+{
+    for (int i = 1; i < argc; ++i) {
+        if (std::strncmp(argv[i], "--screenshot", std::strlen("--screenshot")) == 0)
+            return true;
+    }
+    return false;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (wantsScreenshot(argc, argv))
+        qputenv("QT_QPA_PLATFORM", "offscreen"); // a picture needs no display
+    const QApplication application(argc, argv);
+    QApplication::setApplicationName(QStringLiteral("aveldoran-gallery"));
+
+    QCommandLineParser parser;
+    parser.setApplicationDescription(QObject::tr("Every model and delegate of the library, with live data."));
+    parser.addHelpOption();
+    const QCommandLineOption data(QStringLiteral("data"), QObject::tr("The example data."), QStringLiteral("DIR"),
+                                  QStringLiteral(GALLERY_DATA_DIR));
+    const QCommandLineOption screenshot(
+        QStringLiteral("screenshot"), QObject::tr("Draw all tabs into a picture and end."), QStringLiteral("FILE.png"));
+    parser.addOptions({data, screenshot});
+    parser.process(application);
+
+    QTextStream errors(stderr);
+    if (!QDir(parser.value(data)).exists(QStringLiteral("profiles"))) {
+        errors << parser.value(data) << ": no example data, expected a directory with \"profiles\"\n";
+        return 1;
+    }
+    QObject::connect(ADataManager::instance(), &ADataManager::error,
+                     [](const QString &text) { QTextStream(stderr) << text << '\n'; });
+
+    int status = 0;
+    {
+        QTabWidget window;
+        window.setWindowTitle(QObject::tr("Gallery"));
+        window.resize(1000, 460);
+        fillWindow(&window, parser.value(data));
+        window.show();
+        if (!parser.isSet(screenshot)) {
+            status = QApplication::exec();
+        } else if (!pictureOf(&window).save(parser.value(screenshot), "PNG")) {
+            errors << parser.value(screenshot) << ": can't be written\n";
+            status = 1;
+        }
+    }
+    delete ADataManager::instance();
+    return status;
+}

@@ -1,0 +1,110 @@
+#include "apps/programrun.h"
+
+#include <QtCore/QCryptographicHash>
+#include <QtCore/QDirIterator>
+#include <QtCore/QTemporaryDir>
+#include <QtGui/QImage>
+#include <QtTest/QtTest>
+
+namespace {
+
+constexpr int kTabs = 6;
+
+QByteArray digestOf(const QString &directory)
+{
+    QStringList files;
+    for (QDirIterator it(directory, QDir::Files, QDirIterator::Subdirectories); it.hasNext();)
+        files << it.next();
+    files.sort();
+    QCryptographicHash digest(QCryptographicHash::Sha256);
+    for (const QString &name : qAsConst(files)) {
+        QFile file(name);
+        if (file.open(QIODevice::ReadOnly))
+            digest.addData(name.toUtf8() + '\0' + file.readAll());
+    }
+    return digest.result();
+}
+
+// The part of the picture that shows a tab's view, without the bar of the tabs.
+QImage viewOfTab(const QImage &picture, int tab)
+{
+    constexpr int kBar = 40;
+    const int height = picture.height() / kTabs;
+    return picture.copy(0, tab * height + kBar, picture.width(), height - kBar);
+}
+
+// How many lines of pixels are not of one colour.
+int busyLines(const QImage &image)
+{
+    int lines = 0;
+    for (int y = 0; y < image.height(); ++y) {
+        for (int x = 1; x < image.width(); ++x) {
+            if (image.pixel(x, y) != image.pixel(0, y)) {
+                ++lines;
+                break;
+            }
+        }
+    }
+    return lines;
+}
+
+} // namespace
+
+class TestGallery : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyTabIsInThePicture();
+    void theExampleDataStayAsTheyAre();
+    void aPictureThatCanNotBeWrittenIsAnError();
+    void missingDataAreAnError();
+};
+
+void TestGallery::everyTabIsInThePicture()
+{
+    QTemporaryDir directory;
+    const QString file = directory.filePath("gallery.png");
+    const Run run = ::run({"--screenshot", file});
+    QCOMPARE(run.exitStatus, 0);
+    QVERIFY2(!run.errors.contains("can't"), qPrintable(run.errors));
+    const QImage picture(file);
+    QVERIFY(!picture.isNull());
+    QCOMPARE(picture.height() % kTabs, 0);
+    for (int tab = 0; tab < kTabs; ++tab) {
+        const QImage view = viewOfTab(picture, tab);
+        QVERIFY2(busyLines(view) > 100, qPrintable(QString::number(tab)));
+        for (int other = 0; other < tab; ++other)
+            QVERIFY(view != viewOfTab(picture, other));
+    }
+    const QString kept = qEnvironmentVariable("AVELDORAN_PICTURE_DIR");
+    if (!kept.isEmpty())
+        QVERIFY(picture.save(kept + "/gallery.png"));
+}
+
+void TestGallery::theExampleDataStayAsTheyAre()
+{
+    QTemporaryDir directory;
+    const QByteArray before = digestOf(AVELDORAN_EXAMPLES_DIR "/data");
+    QCOMPARE(run({"--screenshot", directory.filePath("gallery.png")}).exitStatus, 0);
+    QCOMPARE(digestOf(AVELDORAN_EXAMPLES_DIR "/data"), before);
+}
+
+void TestGallery::aPictureThatCanNotBeWrittenIsAnError()
+{
+    const Run run = ::run({"--screenshot", "/nowhere/gallery.png"});
+    QCOMPARE(run.exitStatus, 1);
+    QVERIFY2(run.errors.contains("/nowhere/gallery.png: can't be written"), qPrintable(run.errors));
+}
+
+void TestGallery::missingDataAreAnError()
+{
+    QTemporaryDir directory;
+    const Run run = ::run({"--data", directory.path(), "--screenshot", directory.filePath("gallery.png")});
+    QCOMPARE(run.exitStatus, 1);
+    QVERIFY2(run.errors.contains(directory.path() + ": no example data"), qPrintable(run.errors));
+    QVERIFY(!QFile::exists(directory.filePath("gallery.png")));
+}
+
+QTEST_GUILESS_MAIN(TestGallery)
+#include "tst_gallery.moc"

@@ -1,0 +1,70 @@
+# cmake -D ROOT=DIRECTORY -P list_rule.cmake
+# Holds the form of the CMake files of the tree at ROOT: a command stands four columns further in for each block around
+# it, and a comment begins with "# ". A formatter for another language breaks both. Names every line that differs and
+# fails if there is one.
+
+cmake_minimum_required(VERSION 3.25)
+
+set(breaks 0)
+
+function(check_file file)
+    file(READ ${ROOT}/${file} text)
+    # What would end or nest a CMake list, and texts, whose parentheses and number signs mean nothing.
+    string(REGEX REPLACE "\\\\." "" text "${text}")
+    string(REGEX REPLACE "[][;]" "" text "${text}")
+    string(REGEX REPLACE "\"[^\"\n]*\"" "" text "${text}")
+    string(REPLACE "\n" ";" lines "${text}")
+
+    set(number 0)
+    set(level 0)
+    set(open 0)
+    foreach(line IN LISTS lines)
+        math(EXPR number "${number} + 1")
+        if(line MATCHES "#[^ \n]")
+            report("${file}:${number}: a comment begins with \"# \"")
+        endif()
+        string(REGEX REPLACE "#.*" "" code "${line}")
+        if(open EQUAL 0 AND code MATCHES "^( *)([A-Za-z_]+) *\\(")
+            set(indentation "${CMAKE_MATCH_1}")
+            set(command "${CMAKE_MATCH_2}")
+            if(command MATCHES "^(end(if|foreach|function|macro|while|block)|else|elseif)$")
+                math(EXPR level "${level} - 1")
+            endif()
+            string(LENGTH "${indentation}" columns)
+            math(EXPR expected "4 * ${level}")
+            if(NOT columns EQUAL expected)
+                report("${file}:${number}: ${command} stands ${columns} columns in, expected ${expected}")
+            endif()
+            if(command MATCHES "^(if|foreach|function|macro|while|block|else|elseif)$")
+                math(EXPR level "${level} + 1")
+            endif()
+        endif()
+        string(REGEX REPLACE "[^(]" "" opening "${code}")
+        string(REGEX REPLACE "[^)]" "" closing "${code}")
+        string(LENGTH "${opening}" opened)
+        string(LENGTH "${closing}" closed)
+        math(EXPR open "${open} + ${opened} - ${closed}")
+    endforeach()
+    set(breaks ${breaks} PARENT_SCOPE)
+endfunction()
+
+macro(report message)
+    message(STATUS "${message}")
+    math(EXPR breaks "${breaks} + 1")
+endmacro()
+
+file(GLOB_RECURSE files RELATIVE ${ROOT} ${ROOT}/CMakeLists.txt ${ROOT}/*.cmake)
+list(FILTER files EXCLUDE REGEX "^(build|\\.)") # what is made, and what is no part of the tree
+list(FILTER files INCLUDE REGEX "(^|/)CMakeLists\\.txt$|\\.cmake$")
+foreach(file IN LISTS files)
+    check_file(${file})
+endforeach()
+
+list(LENGTH files count)
+if(count EQUAL 0)
+    report("there are no CMake files")
+endif()
+if(breaks GREATER 0)
+    message(FATAL_ERROR "${breaks} lines are not in form")
+endif()
+message(STATUS "${count} files are in form")

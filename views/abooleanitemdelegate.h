@@ -1,0 +1,34 @@
+#pragma once
+
+#include "core/aveldoranexport.h"
+
+#include <QtCore/QString>
+#include <QtWidgets/QStyledItemDelegate>
+
+// Shows and edits a cell that holds a truth value as one of two texts.
+class AVELDORAN_DATA_EXPORT ABooleanItemDelegate : public QStyledItemDelegate
+{
+    Q_OBJECT
+
+public:
+    explicit ABooleanItemDelegate(QObject *parent = nullptr); // "True" and "False" in the language of that moment
+    ABooleanItemDelegate(const QString &trueText, const QString &falseText, QObject *parent = nullptr);
+    ~ABooleanItemDelegate() override;
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+    QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+
+    // A combo box of the two texts, the one for true first. It shows what Qt::DisplayRole holds, commits a bool, and
+    // fills the cell.
+    QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+    void setEditorData(QWidget *editor, const QModelIndex &index) const override;
+    void setModelData(QWidget *editor, QAbstractItemModel *model, const QModelIndex &index) const override;
+    void updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,
+                              const QModelIndex &index) const override;
+
+    QString displayText(const QVariant &value, const QLocale &locale) const override;
+
+private:
+    QString m_trueText;
+    QString m_falseText;
+};

@@ -1,0 +1,81 @@
+#include "views/acheckboxitemdelegate.h"
+
+#include "views/editorlook.h"
+
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QCheckBox>
+
+namespace {
+
+bool isTrue(const QModelIndex &index)
+{
+    return index.data(Qt::DisplayRole).toBool();
+}
+
+QString textOf(bool state)
+{
+    return state ? ACheckBoxItemDelegate::tr("Yes") : ACheckBoxItemDelegate::tr("No");
+}
+
+} // namespace
+
+ACheckBoxItemDelegate::ACheckBoxItemDelegate(QObject *parent)
+    : QStyledItemDelegate(parent)
+{}
+
+ACheckBoxItemDelegate::~ACheckBoxItemDelegate() = default;
+
+void ACheckBoxItemDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    const bool state = isTrue(index);
+    const QStyle::State shown = QStyle::State_Enabled | (state ? QStyle::State_On : QStyle::State_Off);
+    auto box = editorlook::editorOption<QStyleOptionButton>(option, shown);
+    box.text = textOf(state);
+    QApplication::style()->drawControl(QStyle::CE_CheckBox, &box, painter);
+}
+
+QSize ACheckBoxItemDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const
+{
+    return QStyledItemDelegate::sizeHint(option, index);
+}
+
+QWidget *ACheckBoxItemDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem &,
+                                             const QModelIndex &index) const
+{
+    const bool state = isTrue(index);
+    auto *box = new QCheckBox(parent);
+    box->setBackgroundRole(QPalette::Window);
+    box->setAutoFillBackground(true); // or the painted cell shows through
+    connect(box, &QCheckBox::toggled, this, &ACheckBoxItemDelegate::onCheckBoxToggle);
+    box->setText(textOf(state));
+    box->setChecked(state);
+    return box;
+}
+
+void ACheckBoxItemDelegate::setEditorData(QWidget *editor, const QModelIndex &index) const
+{
+    if (auto *box = qobject_cast<QCheckBox *>(editor))
+        box->setChecked(isTrue(index));
+    else
+        QStyledItemDelegate::setEditorData(editor, index);
+}
+
+void ACheckBoxItemDelegate::setModelData(QWidget *editor, QAbstractItemModel *model, const QModelIndex &index) const
+{
+    if (const auto *box = qobject_cast<QCheckBox *>(editor))
+        model->setData(index, box->isChecked(), Qt::EditRole);
+    else
+        QStyledItemDelegate::setModelData(editor, model, index);
+}
+
+void ACheckBoxItemDelegate::updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,
+                                                 const QModelIndex &) const
+{
+    editor->setGeometry(option.rect);
+}
+
+void ACheckBoxItemDelegate::onCheckBoxToggle(bool state)
+{
+    if (auto *box = qobject_cast<QCheckBox *>(sender()))
+        box->setText(textOf(state));
+}
