@@ -405,6 +405,10 @@ void TestAVeldoranDeviceList::theSettingAddsChips_data()
     row("an unknown kind", QStringLiteral("1209:0002=printer"), 0U);
     row("no product", QStringLiteral("1209=analyser"), 0U);
     row("no hexadecimal number", QStringLiteral("12x9:0002=analyser"), 0U);
+    row("a number with a prefix", QStringLiteral("0x1209:0x2=analyser"), 0U);
+    row("a number with a sign", QStringLiteral("+1209:2=analyser"), 0U);
+    row("more than four digits", QStringLiteral("00001209:00002=analyser"), 0U);
+    row("an empty number", QStringLiteral("1209:=analyser"), 0U);
     row("too many parts", QStringLiteral("1209:0002:1=analyser"), 0U);
     row("too many signs", QStringLiteral("1209:0002=analyser=1"), 0U);
     row("empty", QString(), 0U);
