@@ -7,6 +7,7 @@ set(AVELDORAN_FOLDERS
 # A header that says "Private to" stands in this list, every other one is public.
 set(AVELDORAN_PRIVATE_HEADERS
     channel/achannelinfo_walk.h
+    core/amdrdocument_p.h
     core/atomicfile.h
     core/boundeddom.h
     core/boundedxmlreader.h

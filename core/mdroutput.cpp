@@ -20,6 +20,16 @@ void storeValue(const AMeasurementValue &value, char *to)
     store(value.trailing, to + 34);
 }
 
+char *storeTime(const QDateTime &time, char *to)
+{
+    if (!isStorable(time))
+        return storeAll(to, static_cast<quint8>(NoTime), qint64(0), qint32(0));
+    const Qt::TimeSpec spec = time.timeSpec();
+    const TimeKind kind = spec == Qt::UTC ? UtcTime : spec == Qt::LocalTime ? LocalTime : OffsetTime;
+    return storeAll(to, static_cast<quint8>(kind), static_cast<qint64>(time.toMSecsSinceEpoch()),
+                    static_cast<qint32>(time.offsetFromUtc()));
+}
+
 qint64 textBytes(const QString &text)
 {
     return 4 + 2 * qint64(text.size());
@@ -47,6 +57,21 @@ qint64 deviceBytes(const DeviceRecord &device)
 } // namespace
 
 namespace MdrFormat {
+
+qint64 chunkBytes(const ASweep &sweep)
+{
+    return kChunkOverhead + sweepBytes(sweep);
+}
+
+qint64 chunkBytes(const AGeoData &geoData)
+{
+    return kChunkOverhead + geoDataBytes(geoData);
+}
+
+qint64 chunkBytes(const DeviceRecord &device)
+{
+    return kChunkOverhead + deviceBytes(device);
+}
 
 Output::Output(QIODevice *device)
     : m_device(device)
@@ -144,9 +169,26 @@ bool Output::flush()
     // A device may take less than it was given without an error.
     m_ok = m_ok && m_device->write(m_block.constData(), m_used) == m_used;
     m_position += m_used;
+    m_flushed = m_used;
     m_used = 0;
     m_summed = 0;
     return m_ok;
+}
+
+void Output::putWholeChunk(const char *bytes, qint64 count)
+{
+    putBytes(bytes, count);
+    m_summed = m_used;
+}
+
+bool Output::hasRoom(qint64 bytes) const
+{
+    return m_used + bytes <= kBlockBytes;
+}
+
+QByteArray Output::lastBlock() const
+{
+    return m_block.left(static_cast<int>(m_flushed));
 }
 
 template<typename Number>
@@ -158,35 +200,34 @@ void Output::put(Number number)
 
 void Output::putTime(const QDateTime &time)
 {
-    const bool isTime = isStorable(time);
-    TimeKind kind = NoTime;
-    if (isTime)
-        kind = time.timeSpec() == Qt::UTC ? UtcTime : time.timeSpec() == Qt::LocalTime ? LocalTime : OffsetTime;
-    put(static_cast<quint8>(kind));
-    put(isTime ? static_cast<qint64>(time.toMSecsSinceEpoch()) : qint64(0));
-    put(isTime ? static_cast<qint32>(time.offsetFromUtc()) : qint32(0));
+    storeTime(time, room(kTimeBytes));
+    m_used += kTimeBytes;
 }
 
 void Output::putText(const QString &text)
 {
     put(static_cast<quint32>(text.size()));
-    for (const QChar unit : text)
-        put(unit.unicode());
+    const QChar *unit = text.constData();
+    for (qint64 left = text.size(); left > 0;) {
+        char *to = room(kTextUnitBytes);
+        const qint64 count = std::min(left, (kBlockBytes - m_used) / kTextUnitBytes);
+        qToLittleEndian<quint16>(unit, count, to);
+        m_used += count * kTextUnitBytes;
+        unit += count;
+        left -= count;
+    }
 }
 
 void Output::putGeoData(const AGeoData &geoData)
 {
-    put(static_cast<qint32>(geoData.source));
-    putTime(geoData.recordTime);
-    put(geoData.latitude);
-    put(geoData.longitude);
-    put(geoData.fix);
-    for (const float number : {geoData.speed, geoData.course, geoData.altitude, geoData.airPressure})
-        put(number);
-    for (const auto *vector : {&geoData.accelerometer, &geoData.magnetometer, &geoData.gyroscope}) {
-        for (const float component : *vector)
-            put(component);
-    }
+    char *to = room(kGeoDataBytes);
+    to = storeAll(to, static_cast<qint32>(geoData.source));
+    to = storeTime(geoData.recordTime, to);
+    to = storeAll(to, geoData.latitude, geoData.longitude, geoData.fix, geoData.speed, geoData.course, geoData.altitude,
+                  geoData.airPressure);
+    for (const auto *vector : {&geoData.accelerometer, &geoData.magnetometer, &geoData.gyroscope})
+        to = storeAll(to, (*vector)[0], (*vector)[1], (*vector)[2]);
+    m_used += kGeoDataBytes;
     putText(geoData.recordName);
     putText(geoData.description);
 }
