@@ -84,7 +84,7 @@ bool AMdrDocument::Private::writeEntry(const Entry &entry, Output *to, QString *
     return false;
 }
 
-// Gives the offset of each entry's chunk in the new file, and that of the end chunk.
+// Gives, where that is wanted, the offset of each entry's chunk in the new file, and that of the end chunk.
 bool AMdrDocument::Private::writeAll(const QString &fileName, std::vector<qint64> *offsets, qint64 *endOffset,
                                      QString *errorText) const
 {
@@ -105,14 +105,16 @@ bool AMdrDocument::Private::writeAll(const QString &fileName, std::vector<qint64
         ok = false;
     }
     for (auto entry = entries.begin(); ok && entry != entries.end(); ++entry) {
-        offsets->push_back(to.position());
+        if (offsets)
+            offsets->push_back(to.position());
         ok = writeEntry(*entry, &to, errorText);
     }
     if (!ok) {
         target.cancelWriting();
         return false;
     }
-    *endOffset = to.position();
+    if (endOffset)
+        *endOffset = to.position();
     to.writeEnd(entries.size() + (device ? 1 : 0));
     ok = to.flush();
     if (!ok)
@@ -130,9 +132,7 @@ bool AMdrDocument::save(const QString &fileName, QString *errorText) const
         return false;
     }
     d->writeWaiting();
-    std::vector<qint64> offsets;
-    qint64 endOffset = 0;
-    return d->writeAll(fileName, &offsets, &endOffset, errorText);
+    return d->writeAll(fileName, nullptr, nullptr, errorText);
 }
 
 // --- recording ---
@@ -221,6 +221,7 @@ bool AMdrDocument::Private::record(const Record &record, qint64 *at)
     if (!output->hasRoom(bytes) && !writeWaiting())
         return false;
     const bool isLarge = !output->hasRoom(bytes);
+    const bool isFirst = output->waitingBytes() == 0;
     const qint64 begin = recordedFrom + output->position();
     if (!writeRecord(output.get(), record)) {
         if (writeWaiting())
@@ -231,7 +232,8 @@ bool AMdrDocument::Private::record(const Record &record, qint64 *at)
         return false;
     *at = begin;
     ++recordedChunks;
-    writeAtEndOfTurn();
+    if (isFirst)
+        writeAtEndOfTurn();
     return true;
 }
 
@@ -252,7 +254,7 @@ bool AMdrDocument::Private::writeWaiting()
 
 void AMdrDocument::Private::writeAtEndOfTurn()
 {
-    if (turnEnd->isActive() || output->waitingBytes() == 0)
+    if (turnEnd->isActive())
         return;
     if (QThread::currentThread() != turnEnd->thread())
         writeWaiting(); // no timer of another thread can be started

@@ -22,17 +22,31 @@ void storeValue(const AMeasurementValue &value, char *to)
 
 char *storeTime(const QDateTime &time, char *to)
 {
-    if (!isStorable(time))
+    qint64 milliseconds = 0;
+    if (!isStorable(time, &milliseconds))
         return storeAll(to, static_cast<quint8>(NoTime), qint64(0), qint32(0));
     const Qt::TimeSpec spec = time.timeSpec();
-    const TimeKind kind = spec == Qt::UTC ? UtcTime : spec == Qt::LocalTime ? LocalTime : OffsetTime;
-    return storeAll(to, static_cast<quint8>(kind), static_cast<qint64>(time.toMSecsSinceEpoch()),
+    if (spec == Qt::UTC)
+        return storeAll(to, static_cast<quint8>(UtcTime), milliseconds, qint32(0));
+    return storeAll(to, static_cast<quint8>(spec == Qt::LocalTime ? LocalTime : OffsetTime), milliseconds,
                     static_cast<qint32>(time.offsetFromUtc()));
+}
+
+// Without the texts.
+char *storeGeoData(const AGeoData &geoData, char *to)
+{
+    to = storeAll(to, static_cast<qint32>(geoData.source));
+    to = storeTime(geoData.recordTime, to);
+    to = storeAll(to, geoData.latitude, geoData.longitude, geoData.fix, geoData.speed, geoData.course, geoData.altitude,
+                  geoData.airPressure);
+    for (const auto *vector : {&geoData.accelerometer, &geoData.magnetometer, &geoData.gyroscope})
+        to = storeAll(to, (*vector)[0], (*vector)[1], (*vector)[2]);
+    return to;
 }
 
 qint64 textBytes(const QString &text)
 {
-    return 4 + 2 * qint64(text.size());
+    return kTextLengthBytes + kTextUnitBytes * qint64(text.size());
 }
 
 qint64 geoDataBytes(const AGeoData &geoData)
@@ -103,9 +117,20 @@ void Output::write(const ASweep &sweep)
 
 void Output::write(const AGeoData &geoData)
 {
-    beginChunk(kGeoDataChunk, geoDataBytes(geoData));
-    putGeoData(geoData);
-    endChunk();
+    if (!geoData.recordName.isEmpty() || !geoData.description.isEmpty()) {
+        beginChunk(kGeoDataChunk, geoDataBytes(geoData));
+        putGeoData(geoData);
+        endChunk();
+        return;
+    }
+    // Most have no texts, and come by the hundred thousand: all in one go.
+    constexpr qint64 kPayloadBytes = kGeoDataBytes + 2 * kTextLengthBytes;
+    char *const begin = room(kPayloadBytes + kChunkOverhead);
+    char *to = storeAll(begin, kGeoDataChunk, static_cast<quint64>(kPayloadBytes));
+    to = storeAll(storeGeoData(geoData, to), quint32(0), quint32(0));
+    store(crc32(0, begin, to - begin), to);
+    m_used += kPayloadBytes + kChunkOverhead;
+    m_summed = m_used;
 }
 
 void Output::write(const DeviceRecord &device)
@@ -220,13 +245,7 @@ void Output::putText(const QString &text)
 
 void Output::putGeoData(const AGeoData &geoData)
 {
-    char *to = room(kGeoDataBytes);
-    to = storeAll(to, static_cast<qint32>(geoData.source));
-    to = storeTime(geoData.recordTime, to);
-    to = storeAll(to, geoData.latitude, geoData.longitude, geoData.fix, geoData.speed, geoData.course, geoData.altitude,
-                  geoData.airPressure);
-    for (const auto *vector : {&geoData.accelerometer, &geoData.magnetometer, &geoData.gyroscope})
-        to = storeAll(to, (*vector)[0], (*vector)[1], (*vector)[2]);
+    storeGeoData(geoData, room(kGeoDataBytes));
     m_used += kGeoDataBytes;
     putText(geoData.recordName);
     putText(geoData.description);
