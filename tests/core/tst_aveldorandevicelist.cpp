@@ -37,6 +37,7 @@ private Q_SLOTS:
     void entriesStayUntilTheNextOnesAreComplete();
     void finishedNeverComesFromWithinFetch();
     void twoFetchesFinishOnce();
+    void aFetchAmidAnotherListsEachDeviceOnce();
     void theEventLoopTurnsWhileDevicesAreListed();
     void theListMayBeDeletedWhileItFetchesOrFinishes();
     void ownsItsFilter();
@@ -286,6 +287,22 @@ void TestAVeldoranDeviceList::twoFetchesFinishOnce()
     QTest::qWait(50);
     QCOMPARE(finished.count(), 1);
     QCOMPARE(list.count(), 1);
+}
+
+void TestAVeldoranDeviceList::aFetchAmidAnotherListsEachDeviceOnce()
+{
+    constexpr int kDevices = 20;
+    for (int i = 0; i < kDevices; ++i)
+        plug(qPrintable(QStringLiteral("1-%1").arg(i)), "0403", "6014", i);
+    AVeldoranDeviceList list(nullptr);
+    QSignalSpy finished(&list, &AVeldoranDeviceList::finished);
+    list.fetch();
+    for (int turn = 0; turn < 5; ++turn)
+        QCoreApplication::processEvents();
+    QCOMPARE(finished.count(), 0);
+    list.fetch();
+    QVERIFY(finished.wait());
+    QCOMPARE(list.count(), kDevices);
 }
 
 void TestAVeldoranDeviceList::theEventLoopTurnsWhileDevicesAreListed()
