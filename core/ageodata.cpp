@@ -1,8 +1,16 @@
 #include "core/ageodata.h"
 
+#include <QtCore/QCoreApplication>
+
 #include <cmath>
 
 namespace {
+
+void registerTypes()
+{
+    qRegisterMetaType<AGeoData>("AGeoData");
+}
+Q_CONSTRUCTOR_FUNCTION(registerTypes)
 
 constexpr double kDegreesPerRadian = 180.0 / 3.14159265358979323846;
 constexpr double kFullCircle = 360.0;

@@ -23,7 +23,8 @@
 namespace {
 
 constexpr std::size_t kBufferSize = std::size_t(64) * 1024; // read in one turn of the event loop
-constexpr int kPauseMs = 200; // longer than receivers rest between the sentences of one time
+constexpr int kPauseMs = 200;     // longer than receivers rest between the sentences of one time
+constexpr int kDateWaitMs = 1000; // how much longer the first record waits for a date
 
 // What was read and is not parsed yet: whole sentences, and at the end one of which a part is still to come.
 class Input
@@ -98,6 +99,14 @@ bool openForReading(QIODevice *io)
     return (io->isSequential() && io->open(QIODevice::ReadWrite)) || io->open(QIODevice::ReadOnly);
 }
 
+// What is waited for before a receiver counts as pausing.
+enum class PauseStage
+{
+    Resting, // further sentences
+    Polling, // bytes that came while the event loop was blocked, and have to pass through it
+    Dating,  // the date of the first record
+};
+
 enum class ReadResult
 {
     Data,
@@ -116,9 +125,12 @@ struct AGpsLoggerDevice::Private
     bool isInTurn = false;
     bool isEnding = false; // no further data comes, what is buffered is still to be read
     bool isEnded = false;
+    bool isConnecting = false; // perhaps: a socket of which nothing was read yet
+    QTimer connectionFailed;
     std::unique_ptr<QSocketNotifier> notifier; // of a file that is a terminal or a pipe
     QTimer turns;
     QTimer pause;
+    PauseStage pauseStage = PauseStage::Resting;
 
     Input input;
     NmeaRecords records;
@@ -135,6 +147,9 @@ struct AGpsLoggerDevice::Private
     void searchDate();
     bool deliver(AGpsLoggerDevice *logger, const AGeoData &record);
     bool parse(AGpsLoggerDevice *logger, bool endOfInput);
+    void watchConnection();
+    void beginPause(PauseStage stage);
+    void endPause(AGpsLoggerDevice *logger);
     void end(AGpsLoggerDevice *logger);
 };
 
@@ -173,6 +188,9 @@ ReadResult AGpsLoggerDevice::Private::read()
         input.addRead(static_cast<std::size_t>(size));
         return ReadResult::Data;
     }
+    isConnecting = isConnecting && size < 0 && !isEnding;
+    if (isConnecting)
+        return ReadResult::NothingYet;
     return size < 0 || isEnding || !isLive() ? ReadResult::End : ReadResult::NothingYet;
 }
 
@@ -246,7 +264,64 @@ void AGpsLoggerDevice::Private::turn(AGpsLoggerDevice *logger)
     if (result == ReadResult::NothingYet || notifier)
         turns.stop();
     if (isLive() && result == ReadResult::Data)
-        pause.start();
+        beginPause(PauseStage::Resting);
+}
+
+void AGpsLoggerDevice::Private::beginPause(PauseStage stage)
+{
+    pauseStage = stage;
+    pause.start(stage == PauseStage::Resting ? kPauseMs : stage == PauseStage::Dating ? kDateWaitMs : 0);
+}
+
+void AGpsLoggerDevice::Private::endPause(AGpsLoggerDevice *logger)
+{
+    if (isEnded)
+        return;
+    if (isInTurn) { // in the event loop of a receiver of a record
+        beginPause(PauseStage::Resting);
+        return;
+    }
+    const ReadResult result = read();
+    if (result == ReadResult::Data) {
+        beginPause(PauseStage::Resting);
+        parse(logger, false);
+        return;
+    }
+    if (result == ReadResult::End) {
+        scheduleTurns();
+        return;
+    }
+    if (pauseStage == PauseStage::Resting) {
+        beginPause(PauseStage::Polling);
+        return;
+    }
+    // The end of line of a last sentence may come with the next one.
+    if (input.endsWithChecksum() && !parse(logger, true))
+        return;
+    if (pauseStage == PauseStage::Polling && records.awaitsDate()) {
+        beginPause(PauseStage::Dating);
+        return;
+    }
+    AGeoData record;
+    if (!records.take(&record) || !logger->isStreaming())
+        return;
+    isInTurn = true;
+    if (deliver(logger, record))
+        isInTurn = false;
+}
+
+// A socket that is looking up its host or connecting can't be read, like one that has ended. An attempt that fails
+// tells so by its error alone; a later error, such as a wait of the application that timed out, means nothing.
+void AGpsLoggerDevice::Private::watchConnection()
+{
+    const bool isLocal = io->inherits("QLocalSocket");
+    if (!isLocal && !io->inherits("QAbstractSocket"))
+        return;
+    isConnecting = true;
+    QObject::connect(io,
+                     isLocal ? SIGNAL(errorOccurred(QLocalSocket::LocalSocketError))
+                             : SIGNAL(errorOccurred(QAbstractSocket::SocketError)),
+                     &connectionFailed, SLOT(start()));
 }
 
 void AGpsLoggerDevice::Private::end(AGpsLoggerDevice *logger)
@@ -266,24 +341,18 @@ AGpsLoggerDevice::AGpsLoggerDevice(QObject *parent, QIODevice *io)
     : QObject(parent)
     , d(std::make_unique<Private>())
 {
-    qRegisterMetaType<AGeoData>("AGeoData");
     d->io = io;
     if (io && !io->parent())
         io->setParent(this);
 
     d->turns.setInterval(0);
     connect(&d->turns, &QTimer::timeout, this, [this] { d->turn(this); });
-    d->pause.setInterval(kPauseMs);
     d->pause.setSingleShot(true);
-    connect(&d->pause, &QTimer::timeout, this, [this] {
-        if (d->isInTurn || d->isEnded)
-            return;
-        // The end of line of a last sentence may come with the next one.
-        if (d->input.endsWithChecksum() && !d->parse(this, true))
-            return;
-        AGeoData record;
-        if (d->records.take(&record) && isStreaming())
-            d->deliver(this, record);
+    connect(&d->pause, &QTimer::timeout, this, [this] { d->endPause(this); });
+    d->connectionFailed.setSingleShot(true);
+    connect(&d->connectionFailed, &QTimer::timeout, this, [this] {
+        d->isConnecting = false;
+        d->scheduleTurns();
     });
 }
 
@@ -302,6 +371,7 @@ bool AGpsLoggerDevice::init()
         return false;
 
     d->isInitialised = true;
+    d->watchConnection();
     if (!io->isSequential()) {
         d->beginOfFile = io->pos();
         d->dateSearch.emplace();

@@ -41,17 +41,21 @@ public:
     // reason if it can't be written, if a record can't be read, or if that file is being recorded just now.
     bool save(const QString &fileName, QString *errorText = nullptr) const;
 
-    // Writes everything to a file, as save() does, and from then on each record as it is added, whole and at once:
-    // if this program ends in any way, load() finds all records that were added before. False leaves the document as
-    // it was; a recording that is already running is ended first.
+    // Writes everything to a file, as save() does, and from then on what is added: whole records, those of one turn of
+    // the event loop together at its end, or sooner if they come to 64 KiB. If this program ends in any way, load()
+    // finds all records but those added in the last turn. Without an event loop up to 64 KiB wait until more is added,
+    // one of them is read, or the end; what another thread than the document's adds is written at once. False leaves
+    // the document as it was; a recording that is already running is ended first.
     bool startRecording(const QString &fileName, QString *errorText = nullptr);
 
     // Closes the recording. False if a record could not be written: the file then ends with the last one that could,
-    // load() tells that it is not complete, and this document has all of them. False too if none is running.
+    // load() tells that it is not complete, and this document has all of them. False too if none is running, and if
+    // the file was deleted or replaced meanwhile, while this document still has the records.
     bool finishRecording(QString *errorText = nullptr);
     bool isRecording() const;
 
-    // Why records could not be written since startRecording(); empty as long as all were.
+    // Why records could not be written since startRecording(); empty as long as all were. A record that waits for the
+    // end of the turn counts as soon as that was tried.
     QString recordingError() const;
 
     // While a file is being recorded a record that can't be written is kept in memory, and so are those after it.

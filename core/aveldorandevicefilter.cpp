@@ -4,6 +4,9 @@
 
 #include <QtCore/QStringList>
 
+#include <algorithm>
+#include <cctype>
+
 namespace {
 
 struct KnownChip
@@ -20,6 +23,8 @@ constexpr KnownChip kKnownChips[] = {
     {0x10c4, 0xea60, AVeldoranDeviceFilter::GpsLogger},
 };
 
+constexpr int kMaximumDigits = 4; // of an id
+
 unsigned int kindNamed(const QString &name)
 {
     const QString lower = name.trimmed().toLower();
@@ -32,8 +37,11 @@ unsigned int kindNamed(const QString &name)
 
 bool isId(const QString &text, unsigned short id)
 {
-    bool ok = false;
-    return text.trimmed().toUShort(&ok, 16) == id && ok;
+    const QString digits = text.trimmed();
+    const bool isHexadecimal = std::all_of(digits.begin(), digits.end(), [](QChar digit) {
+        return digit.unicode() < 0x80 && std::isxdigit(digit.unicode());
+    });
+    return !digits.isEmpty() && digits.size() <= kMaximumDigits && isHexadecimal && digits.toUShort(nullptr, 16) == id;
 }
 
 // The kind that an entry such as "1209:0002=analyser" gives to a chip.

@@ -38,8 +38,10 @@ constexpr Desc kVariables[] = {
     {9, kAnalysers, "DemodulationFilter", kFilter, nullptr, "the bandwidth before the demodulator"},
     {10, kReceivers, "ReferenceLevel", kNumber, nullptr, "the top of the display in the level unit"},
     {11, kAnalysers, "LevelRange", kNumber, nullptr, "the height of the display in dB"},
-    {12, kReceivers, "LevelUnit", kEnumeration, "0:dBm;1:dBW;2:dBV;3:dBmV;5:V;8:dBuV/m;9:V/m;10:W;11:W/m2;12:dBW/m2",
-     "the unit of levels"},
+    {12, kReceivers, "LevelUnit", kEnumeration,
+     "0:dBm;1:dBW;2:dBV;3:dBmV;4:dBuV;5:V;6:dBV/m;7:dBmW/m2;8:dBuV/m;9:V/m;10:W;11:W/m2;12:dBW/m2;13:dBA/m;14:dBuA/m;"
+     "15:A/m;16:dB;17:x",
+     "the unit of levels, of those of emu_find()"},
     {13, kAnalysers, "Attenuator", kEnumeration, "-1:Auto;0:0 dB;10:10 dB;20:20 dB;30:30 dB;40:40 dB;50:50 dB",
      "the attenuator at the input"},
     {14, kHigh, "Preamplifier", kSwitch, nullptr, "the amplifier at the input"},

@@ -18,16 +18,14 @@ namespace MdrFormat {
 
 qint64 timeOf(const ASweep &sweep)
 {
-    for (const QDateTime &time : {sweep.stopTime(), sweep.startTime()}) {
-        if (isStorable(time))
-            return time.toMSecsSinceEpoch();
-    }
-    return kNoTime;
+    qint64 time = 0;
+    return isStorable(sweep.stopTime(), &time) || isStorable(sweep.startTime(), &time) ? time : kNoTime;
 }
 
 qint64 timeOf(const AGeoData &geoData)
 {
-    return isStorable(geoData.recordTime) ? geoData.recordTime.toMSecsSinceEpoch() : kNoTime;
+    qint64 time = 0;
+    return isStorable(geoData.recordTime, &time) ? time : kNoTime;
 }
 
 bool fits(const ASweep &sweep)

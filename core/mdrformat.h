@@ -42,6 +42,11 @@ bool fits(const ASweep &sweep);
 bool fits(const AGeoData &geoData);
 bool fits(const DeviceRecord &device);
 
+// Of the record's whole chunk.
+qint64 chunkBytes(const ASweep &sweep);
+qint64 chunkBytes(const AGeoData &geoData);
+qint64 chunkBytes(const DeviceRecord &device);
+
 // Writes a recording in blocks, whatever the size of its records. After a failure all else does nothing.
 class Output
 {
@@ -59,7 +64,14 @@ public:
     void putBytes(const char *bytes, qint64 count);
     void endChunk();
 
+    // A chunk of another recording, with its checksum.
+    void putWholeChunk(const char *bytes, qint64 count);
+
     bool flush(); // false if anything has failed
+
+    qint64 waitingBytes() const { return m_used; } // for the next flush
+    bool hasRoom(qint64 bytes) const;              // whether they could wait too
+    QByteArray lastBlock() const;                  // what the last flush wrote, or should have written
 
 private:
     template<typename Number>
@@ -74,7 +86,8 @@ private:
     QByteArray m_block;
     qint64 m_position = 0; // of the block
     qint64 m_used = 0;
-    qint64 m_summed = 0; // up to here the block is in the sum
+    qint64 m_flushed = 0; // by the last flush
+    qint64 m_summed = 0;  // up to here the block is in the sum
     quint32 m_sum = 0;
     bool m_ok = true;
 };
@@ -97,6 +110,10 @@ public:
     bool getBytes(const char **bytes, qint64 *count); // of the payload, as many as are at hand
     bool endChunk();                                  // passes over the rest; false if the checksum is another
 
+    // The chunk at the position with all its bytes, if it fits into the block and the checksum is right. After false
+    // the position is anywhere.
+    bool getWholeChunk(const char **bytes, qint64 *count);
+
     bool read(ASweep *sweep);
     bool read(AGeoData *geoData);
     bool read(DeviceRecord *device);
@@ -111,7 +128,6 @@ private:
 
     template<typename Number>
     bool get(Number *number);
-    bool getTime(Time *time);
     bool getText(QString *text);
     bool getGeoData(AGeoData *geoData);
     bool getValues(QList<AMeasurementValue> *values);

@@ -55,6 +55,18 @@ struct Input::Time
     qint64 milliseconds = 0;
     qint32 offsetSeconds = 0;
 
+    // A time that no writer of this library writes counts as none.
+    const char *fetchFrom(const char *from)
+    {
+        const char *behind = fetchAll(from, &kind, &milliseconds, &offsetSeconds);
+        const bool isTime = kind <= OffsetTime && milliseconds >= -kMaxMilliseconds &&
+                            milliseconds <= kMaxMilliseconds && offsetSeconds >= -kMaxOffsetSeconds &&
+                            offsetSeconds <= kMaxOffsetSeconds;
+        if (!isTime)
+            *this = Time();
+        return behind;
+    }
+
     qint64 inIndex() const { return kind == NoTime ? kNoTime : milliseconds; }
 
     QDateTime toDateTime() const
@@ -149,6 +161,25 @@ bool Input::endChunk()
     return expected == m_sum;
 }
 
+bool Input::getWholeChunk(const char **bytes, qint64 *count)
+{
+    if (!have(kChunkOverhead))
+        return false;
+    quint64 length = 0;
+    fetch(m_block.constData() + m_at + 4, &length);
+    if (length > static_cast<quint64>(kBlockBytes - kChunkOverhead))
+        return false;
+    *count = static_cast<qint64>(length) + kChunkOverhead;
+    if (!have(*count))
+        return false;
+    *bytes = m_block.constData() + m_at;
+    quint32 expected = 0;
+    fetch(*bytes + *count - 4, &expected);
+    m_at += *count;
+    m_summed = m_at;
+    return crc32(0, *bytes, *count - 4) == expected;
+}
+
 bool Input::read(ASweep *sweep)
 {
     Time start;
@@ -156,7 +187,11 @@ bool Input::read(ASweep *sweep)
     AGeoData geoData;
     QList<AMeasurementValue> values;
     values.swap(sweep->values);
-    if (!getTime(&start) || !getTime(&stop) || !getGeoData(&geoData) || !getValues(&values))
+    if (!havePayload(2 * kTimeBytes))
+        return false;
+    stop.fetchFrom(start.fetchFrom(m_block.constData() + m_at));
+    consume(2 * kTimeBytes);
+    if (!getGeoData(&geoData) || !getValues(&values))
         return false;
     *sweep = ASweep({}, start.toDateTime(), stop.toDateTime());
     sweep->values.swap(values);
@@ -202,7 +237,11 @@ bool Input::scanSweep(qint64 *time)
     Time stop;
     qint64 positionTime = 0;
     quint32 count = 0;
-    if (!getTime(&start) || !getTime(&stop) || !scanGeoData(&positionTime) || !get(&count))
+    if (!havePayload(2 * kTimeBytes))
+        return false;
+    stop.fetchFrom(start.fetchFrom(m_block.constData() + m_at));
+    consume(2 * kTimeBytes);
+    if (!scanGeoData(&positionTime) || !get(&count))
         return false;
     *time = stop.kind == NoTime ? start.inIndex() : stop.inIndex();
     return count <= kMaxValues && m_left == kValueBytes * count;
@@ -210,8 +249,12 @@ bool Input::scanSweep(qint64 *time)
 
 bool Input::scanGeoData(qint64 *time)
 {
+    if (!havePayload(kGeoDataBytes))
+        return false;
     Time recordTime;
-    if (!skip(4) || !getTime(&recordTime) || !skip(kGeoDataBytes - 4 - kTimeBytes) || !skipText() || !skipText())
+    recordTime.fetchFrom(m_block.constData() + m_at + 4);
+    consume(kGeoDataBytes);
+    if (!skipText() || !skipText())
         return false;
     *time = recordTime.inIndex();
     return true;
@@ -227,53 +270,41 @@ bool Input::get(Number *number)
     return true;
 }
 
-// A time that no writer of this library writes counts as none.
-bool Input::getTime(Time *time)
-{
-    if (!get(&time->kind) || !get(&time->milliseconds) || !get(&time->offsetSeconds))
-        return false;
-    const bool isTime = time->kind <= OffsetTime && time->milliseconds >= -kMaxMilliseconds &&
-                        time->milliseconds <= kMaxMilliseconds && time->offsetSeconds >= -kMaxOffsetSeconds &&
-                        time->offsetSeconds <= kMaxOffsetSeconds;
-    if (!isTime)
-        *time = Time();
-    return true;
-}
-
 bool Input::getText(QString *text)
 {
     quint32 length = 0;
-    if (!get(&length) || length > kMaxTextLength || 2 * qint64(length) > m_left)
+    if (!get(&length) || length > kMaxTextLength || kTextUnitBytes * qint64(length) > m_left)
         return false;
     text->clear();
-    if (length > 0)
-        text->resize(static_cast<int>(length));
-    for (QChar &unit : *text) {
-        quint16 code = 0;
-        if (!get(&code))
+    if (length == 0)
+        return true;
+    text->resize(static_cast<int>(length));
+    QChar *unit = text->data();
+    for (qint64 left = length; left > 0;) {
+        if (!havePayload(kTextUnitBytes))
             return false;
-        unit = QChar(code);
+        const qint64 count = std::min(left, (m_end - m_at) / kTextUnitBytes);
+        qFromLittleEndian<quint16>(m_block.constData() + m_at, count, unit);
+        consume(count * kTextUnitBytes);
+        unit += count;
+        left -= count;
     }
     return true;
 }
 
 bool Input::getGeoData(AGeoData *geoData)
 {
+    if (!havePayload(kGeoDataBytes))
+        return false;
     qint32 source = 0;
     Time time;
-    if (!get(&source) || !getTime(&time) || !get(&geoData->latitude) || !get(&geoData->longitude) ||
-        !get(&geoData->fix))
-        return false;
-    for (float *number : {&geoData->speed, &geoData->course, &geoData->altitude, &geoData->airPressure}) {
-        if (!get(number))
-            return false;
-    }
-    for (auto *vector : {&geoData->accelerometer, &geoData->magnetometer, &geoData->gyroscope}) {
-        for (float &component : *vector) {
-            if (!get(&component))
-                return false;
-        }
-    }
+    const char *from = fetchAll(m_block.constData() + m_at, &source);
+    from = time.fetchFrom(from);
+    from = fetchAll(from, &geoData->latitude, &geoData->longitude, &geoData->fix, &geoData->speed, &geoData->course,
+                    &geoData->altitude, &geoData->airPressure);
+    for (auto *vector : {&geoData->accelerometer, &geoData->magnetometer, &geoData->gyroscope})
+        from = fetchAll(from, &(*vector)[0], &(*vector)[1], &(*vector)[2]);
+    consume(kGeoDataBytes);
     geoData->source = source;
     geoData->recordTime = time.toDateTime();
     return getText(&geoData->recordName) && getText(&geoData->description);

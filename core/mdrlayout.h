@@ -15,6 +15,8 @@ inline constexpr char kMagic[] = "\x89MDR\r\n\x1a\n";
 constexpr qint64 kMagicBytes = sizeof kMagic - 1;
 constexpr qint64 kTimeBytes = 13;
 constexpr qint64 kValueBytes = 42;
+constexpr qint64 kTextLengthBytes = 4;
+constexpr qint64 kTextUnitBytes = 2;
 constexpr qint64 kGeoDataBytes = 4 + kTimeBytes + 8 + 1 + 16 + 36; // without its texts
 constexpr qint64 kDeviceBytes = 4 + 1 + 2 + 4 + 4 + 2 + 2 + 4 + 4; // without its texts
 
@@ -56,6 +58,21 @@ void fetch(const char *from, Number *number)
     std::memcpy(number, &bits, sizeof bits);
 }
 
+// Several numbers in a row. Gives where the next one goes or stands.
+template<typename... Numbers>
+char *storeAll(char *to, Numbers... numbers)
+{
+    ((store(numbers, to), to += sizeof numbers), ...);
+    return to;
+}
+
+template<typename... Numbers>
+const char *fetchAll(const char *from, Numbers *...numbers)
+{
+    ((fetch(from, numbers), from += sizeof *numbers), ...);
+    return from;
+}
+
 // The two words of a frequency; AFrequency is a plain record of them.
 struct FrequencyWords
 {
@@ -71,12 +88,12 @@ inline FrequencyWords wordsOf(const AFrequency &frequency)
     return words;
 }
 
-inline bool isStorable(const QDateTime &time)
+inline bool isStorable(const QDateTime &time, qint64 *milliseconds)
 {
     if (!time.isValid())
         return false;
-    const qint64 milliseconds = time.toMSecsSinceEpoch();
-    return milliseconds >= -kMaxMilliseconds && milliseconds <= kMaxMilliseconds;
+    *milliseconds = time.toMSecsSinceEpoch();
+    return *milliseconds >= -kMaxMilliseconds && *milliseconds <= kMaxMilliseconds;
 }
 
 } // namespace MdrFormat

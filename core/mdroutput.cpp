@@ -20,9 +20,33 @@ void storeValue(const AMeasurementValue &value, char *to)
     store(value.trailing, to + 34);
 }
 
+char *storeTime(const QDateTime &time, char *to)
+{
+    qint64 milliseconds = 0;
+    if (!isStorable(time, &milliseconds))
+        return storeAll(to, static_cast<quint8>(NoTime), qint64(0), qint32(0));
+    const Qt::TimeSpec spec = time.timeSpec();
+    if (spec == Qt::UTC)
+        return storeAll(to, static_cast<quint8>(UtcTime), milliseconds, qint32(0));
+    return storeAll(to, static_cast<quint8>(spec == Qt::LocalTime ? LocalTime : OffsetTime), milliseconds,
+                    static_cast<qint32>(time.offsetFromUtc()));
+}
+
+// Without the texts.
+char *storeGeoData(const AGeoData &geoData, char *to)
+{
+    to = storeAll(to, static_cast<qint32>(geoData.source));
+    to = storeTime(geoData.recordTime, to);
+    to = storeAll(to, geoData.latitude, geoData.longitude, geoData.fix, geoData.speed, geoData.course, geoData.altitude,
+                  geoData.airPressure);
+    for (const auto *vector : {&geoData.accelerometer, &geoData.magnetometer, &geoData.gyroscope})
+        to = storeAll(to, (*vector)[0], (*vector)[1], (*vector)[2]);
+    return to;
+}
+
 qint64 textBytes(const QString &text)
 {
-    return 4 + 2 * qint64(text.size());
+    return kTextLengthBytes + kTextUnitBytes * qint64(text.size());
 }
 
 qint64 geoDataBytes(const AGeoData &geoData)
@@ -47,6 +71,21 @@ qint64 deviceBytes(const DeviceRecord &device)
 } // namespace
 
 namespace MdrFormat {
+
+qint64 chunkBytes(const ASweep &sweep)
+{
+    return kChunkOverhead + sweepBytes(sweep);
+}
+
+qint64 chunkBytes(const AGeoData &geoData)
+{
+    return kChunkOverhead + geoDataBytes(geoData);
+}
+
+qint64 chunkBytes(const DeviceRecord &device)
+{
+    return kChunkOverhead + deviceBytes(device);
+}
 
 Output::Output(QIODevice *device)
     : m_device(device)
@@ -78,9 +117,20 @@ void Output::write(const ASweep &sweep)
 
 void Output::write(const AGeoData &geoData)
 {
-    beginChunk(kGeoDataChunk, geoDataBytes(geoData));
-    putGeoData(geoData);
-    endChunk();
+    if (!geoData.recordName.isEmpty() || !geoData.description.isEmpty()) {
+        beginChunk(kGeoDataChunk, geoDataBytes(geoData));
+        putGeoData(geoData);
+        endChunk();
+        return;
+    }
+    // Most have no texts, and come by the hundred thousand: all in one go.
+    constexpr qint64 kPayloadBytes = kGeoDataBytes + 2 * kTextLengthBytes;
+    char *const begin = room(kPayloadBytes + kChunkOverhead);
+    char *to = storeAll(begin, kGeoDataChunk, static_cast<quint64>(kPayloadBytes));
+    to = storeAll(storeGeoData(geoData, to), quint32(0), quint32(0));
+    store(crc32(0, begin, to - begin), to);
+    m_used += kPayloadBytes + kChunkOverhead;
+    m_summed = m_used;
 }
 
 void Output::write(const DeviceRecord &device)
@@ -148,9 +198,26 @@ bool Output::flush()
         written += size;
     }
     m_position += m_used;
+    m_flushed = m_used;
     m_used = 0;
     m_summed = 0;
     return m_ok;
+}
+
+void Output::putWholeChunk(const char *bytes, qint64 count)
+{
+    putBytes(bytes, count);
+    m_summed = m_used;
+}
+
+bool Output::hasRoom(qint64 bytes) const
+{
+    return m_used + bytes <= kBlockBytes;
+}
+
+QByteArray Output::lastBlock() const
+{
+    return m_block.left(static_cast<int>(m_flushed));
 }
 
 template<typename Number>
@@ -162,35 +229,28 @@ void Output::put(Number number)
 
 void Output::putTime(const QDateTime &time)
 {
-    const bool isTime = isStorable(time);
-    TimeKind kind = NoTime;
-    if (isTime)
-        kind = time.timeSpec() == Qt::UTC ? UtcTime : time.timeSpec() == Qt::LocalTime ? LocalTime : OffsetTime;
-    put(static_cast<quint8>(kind));
-    put(isTime ? static_cast<qint64>(time.toMSecsSinceEpoch()) : qint64(0));
-    put(isTime ? static_cast<qint32>(time.offsetFromUtc()) : qint32(0));
+    storeTime(time, room(kTimeBytes));
+    m_used += kTimeBytes;
 }
 
 void Output::putText(const QString &text)
 {
     put(static_cast<quint32>(text.size()));
-    for (const QChar unit : text)
-        put(unit.unicode());
+    const QChar *unit = text.constData();
+    for (qint64 left = text.size(); left > 0;) {
+        char *to = room(kTextUnitBytes);
+        const qint64 count = std::min(left, (kBlockBytes - m_used) / kTextUnitBytes);
+        qToLittleEndian<quint16>(unit, count, to);
+        m_used += count * kTextUnitBytes;
+        unit += count;
+        left -= count;
+    }
 }
 
 void Output::putGeoData(const AGeoData &geoData)
 {
-    put(static_cast<qint32>(geoData.source));
-    putTime(geoData.recordTime);
-    put(geoData.latitude);
-    put(geoData.longitude);
-    put(geoData.fix);
-    for (const float number : {geoData.speed, geoData.course, geoData.altitude, geoData.airPressure})
-        put(number);
-    for (const auto *vector : {&geoData.accelerometer, &geoData.magnetometer, &geoData.gyroscope}) {
-        for (const float component : *vector)
-            put(component);
-    }
+    storeGeoData(geoData, room(kGeoDataBytes));
+    m_used += kGeoDataBytes;
     putText(geoData.recordName);
     putText(geoData.description);
 }

@@ -56,6 +56,15 @@ bool isPrintable(const char *begin, const char *end) noexcept
     return true;
 }
 
+// The comma behind the address at the latest is its end.
+const char *withoutWhiteSpaceAtEnd(const Text &text) noexcept
+{
+    const char *end = text.end;
+    while (end[-1] == ' ' || end[-1] == '\t')
+        --end;
+    return end;
+}
+
 Kind kindOf(const char *address) noexcept
 {
     struct Name
@@ -191,11 +200,12 @@ bool readSentence(const Text &text, Sentence *sentence) noexcept
     if (kind == Kind::Other)
         return false;
     const char *star = find(text.begin, text.end, '*');
-    if (star ? !checksumIsRight(text.begin, star, text.end) : !isPrintable(text.begin, text.end))
+    const char *end = star ? star : withoutWhiteSpaceAtEnd(text);
+    if (star ? !checksumIsRight(text.begin, star, text.end) : !isPrintable(text.begin, end))
         return false;
 
     sentence->kind = kind;
-    sentence->data = {text.begin + kAddressLength + 1, star ? star : text.end};
+    sentence->data = {text.begin + kAddressLength + 1, end};
     if (kind == Kind::Xdr) // may have any number of fields, which are taken one by one
         return true;
     Text rest = sentence->data;

@@ -65,7 +65,7 @@ bool nextSentence(const char *&position, const char *end, bool endOfInput, Text 
 bool endsWithChecksum(const Text &text) noexcept;
 
 // False for a sentence of another kind, of a maker's own kind ("$P..."), with a wrong checksum, or without one and with
-// bytes that no sentence has. "GPRMC,...*hh" of any talker.
+// bytes that no sentence has, but for white space at its end. "GPRMC,...*hh" of any talker.
 bool readSentence(const Text &text, Sentence *sentence) noexcept;
 
 // All bytes between "$" and "*", combined by exclusive or.

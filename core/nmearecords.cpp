@@ -130,7 +130,8 @@ bool NmeaRecords::add(const Nmea::Sentence &sentence, AGeoData *record)
     }
 
     bool isCompleted = false;
-    if (msOfDay != m_fix.msOfDay) {
+    if (msOfDay != m_fix.msOfDay || isOfAnotherDay(sentence)) {
+        dateBack(sentence, msOfDay);
         isCompleted = take(record);
         begin(msOfDay);
     }
@@ -141,6 +142,37 @@ bool NmeaRecords::add(const Nmea::Sentence &sentence, AGeoData *record)
     else
         addGll(sentence);
     return isCompleted;
+}
+
+// The date that a sentence sets, if it does so.
+bool NmeaRecords::statesDay(const Nmea::Sentence &sentence, qint64 *julianDay) const
+{
+    QDate date;
+    const NmeaCalendar::Certainty certainty = dateOf(sentence, &date);
+    *julianDay = date.toJulianDay();
+    return certainty != NmeaCalendar::Unknown && certainty >= m_calendar.certainty();
+}
+
+// A log may hold the same time of several days, one after the other.
+bool NmeaRecords::isOfAnotherDay(const Nmea::Sentence &sentence) const
+{
+    qint64 julianDay = 0;
+    return m_fix.isDated && statesDay(sentence, &julianDay) && julianDay != m_fix.julianDay;
+}
+
+// The first date that is stated dates the fix before it too, which had to do with the current one.
+void NmeaRecords::dateBack(const Nmea::Sentence &sentence, int msOfDay)
+{
+    qint64 julianDay = 0;
+    if (m_calendar.certainty() != NmeaCalendar::Assumed || !statesDay(sentence, &julianDay))
+        return;
+    NmeaCalendar assumed = m_calendar;
+    m_fix.julianDay += julianDay - assumed.advance(msOfDay);
+}
+
+bool NmeaRecords::awaitsDate() const noexcept
+{
+    return m_fix.isPending && m_isFirstTime && m_calendar.certainty() == NmeaCalendar::Assumed;
 }
 
 bool NmeaRecords::take(AGeoData *record)
@@ -165,6 +197,7 @@ bool NmeaRecords::take(AGeoData *record)
 
 void NmeaRecords::begin(int msOfDay)
 {
+    m_isFirstTime = m_fix.msOfDay < 0;
     m_fix = {};
     m_fix.msOfDay = msOfDay;
     m_fix.julianDay = m_calendar.advance(msOfDay);
@@ -206,13 +239,14 @@ void NmeaRecords::addRmc(const Nmea::Sentence &sentence)
 void NmeaRecords::addGga(const Nmea::Sentence &sentence)
 {
     double quality = 0.0;
-    Nmea::readNumber(sentence.field(6), &quality);
-    if (quality < 1.0) {
+    const bool saysQuality = Nmea::readNumber(sentence.field(6), &quality);
+    if (saysQuality && quality < 1.0) {
         m_fix.isVoid = true;
         return;
     }
     setPosition(sentence, 2);
-    m_fix.quality = static_cast<int>(std::min(quality, static_cast<double>(kMaximumQuality)));
+    if (saysQuality)
+        m_fix.quality = static_cast<int>(std::min(quality, static_cast<double>(kMaximumQuality)));
     if (sentence.field(10).is('M'))
         Nmea::readNumber(sentence.field(9), &m_fix.altitude);
 }

@@ -66,6 +66,10 @@ public:
     bool take(AGeoData *record);
     bool isPending() const noexcept { return m_fix.isPending; }
 
+    // Whether the pending record is of the first time of all and has the current date, since none was stated: the next
+    // sentences may date it.
+    bool awaitsDate() const noexcept;
+
 private:
     struct Sensors
     {
@@ -104,6 +108,9 @@ private:
         int quality = 0;
     };
 
+    bool statesDay(const Nmea::Sentence &sentence, qint64 *julianDay) const;
+    bool isOfAnotherDay(const Nmea::Sentence &sentence) const;
+    void dateBack(const Nmea::Sentence &sentence, int msOfDay);
     void begin(int msOfDay);
     void setPosition(const Nmea::Sentence &sentence, int firstField);
     void addRmc(const Nmea::Sentence &sentence);
@@ -116,6 +123,7 @@ private:
 
     NmeaCalendar m_calendar;
     Fix m_fix;
+    bool m_isFirstTime = false;
     Sensors m_sensors;     // of the fix
     Sensors m_nextSensors; // read before the first fix, or after it was taken
 };

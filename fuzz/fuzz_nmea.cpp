@@ -1,3 +1,5 @@
+#include "core/nmearecords.h"
+
 #include <core/agpsloggerdevice.h>
 
 #include <QtCore/QBuffer>
@@ -11,7 +13,7 @@
 #include <cstdlib>
 
 // Any bytes give records with a time, coordinates of the earth and numbers, the same ones in whatever pieces the bytes
-// come.
+// come. A receiver that pauses between any two sentences gives all of them too, and others that come too early.
 
 namespace {
 
@@ -68,6 +70,46 @@ void checkRecord(const AGeoData &record)
     require(std::abs(tilt.x()) <= 90.001F && std::abs(tilt.y()) <= 180.001F);
 }
 
+// As a receiver's sentences are read, with a pause behind every `pauseAfter` of them; 0 for none.
+QList<AGeoData> readLive(const QByteArray &content, int pauseAfter)
+{
+    QList<AGeoData> list;
+    NmeaRecords records;
+    Nmea::Text text;
+    Nmea::Sentence sentence;
+    AGeoData record;
+    int count = 0;
+    const char *position = content.constData();
+    while (Nmea::nextSentence(position, content.constData() + content.size(), true, &text)) {
+        if (Nmea::readSentence(text, &sentence) && records.add(sentence, &record))
+            list.append(record);
+        if (pauseAfter > 0 && ++count % pauseAfter == 0 && records.take(&record))
+            list.append(record);
+    }
+    if (records.take(&record))
+        list.append(record);
+    return list;
+}
+
+void checkPauses(const QByteArray &content)
+{
+    const QList<AGeoData> whole = readLive(content, 0);
+    std::for_each(whole.cbegin(), whole.cend(), checkRecord);
+    for (const int pauseAfter : {1, 2, 3}) {
+        const QList<AGeoData> paused = readLive(content, pauseAfter);
+        std::for_each(paused.cbegin(), paused.cend(), checkRecord);
+        auto record = paused.cbegin();
+        for (const AGeoData &expected : whole) {
+            record = std::find_if(record, paused.cend(), [&expected](const AGeoData &candidate) {
+                return candidate.recordTime.time() == expected.recordTime.time() &&
+                       candidate.latitude == expected.latitude && candidate.longitude == expected.longitude;
+            });
+            require(record != paused.cend());
+            ++record;
+        }
+    }
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
@@ -80,13 +122,17 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size
     static const QCoreApplication application(argc, nullptr);
 
     const QByteArray content(reinterpret_cast<const char *>(data), static_cast<int>(size));
+    checkPauses(content);
+    const QDate today = QDateTime::currentDateTimeUtc().date(); // which is that of records without a date
     const QList<AGeoData> records = read(content, static_cast<qint64>(size) + 1);
     std::for_each(records.cbegin(), records.cend(), checkRecord);
 
     const QList<AGeoData> fromPieces = read(content, static_cast<qint64>(size / kPieces) + 1);
+    const bool isOneDay = QDateTime::currentDateTimeUtc().date() == today;
     require(fromPieces.size() == records.size());
     for (int i = 0; i < records.size(); ++i) {
         require(fromPieces.at(i).recordTime.time() == records.at(i).recordTime.time());
+        require(!isOneDay || fromPieces.at(i).recordTime == records.at(i).recordTime);
         require(fromPieces.at(i).latitude == records.at(i).latitude);
         require(fromPieces.at(i).longitude == records.at(i).longitude);
         require(fromPieces.at(i).altitude == records.at(i).altitude);

@@ -13,12 +13,13 @@
 
 // A file of any bytes gives records, and an error text exactly if it is not a whole recording. All of its records can
 // be read, and saving them gives a recording that has them again, byte by byte. The first four bytes of an input are
-// the type of a chunk that holds the rest with the right checksum, since no mutation finds one; with "file" the rest is
-// a file as it stands.
+// the type of a chunk that holds the rest with the right checksum, since no mutation finds one; with "many" the rest is
+// several chunks, each with its type, the length of its payload in two bytes and the payload; with "file" it is a file
+// as it stands.
 
 namespace {
 
-constexpr std::size_t kTypeBytes = 4;
+constexpr int kTypeBytes = 4;
 constexpr qint64 kLargest = 1 << 20;
 
 void require(bool condition)
@@ -58,7 +59,20 @@ QByteArray fileOf(const QByteArray &input)
     const QByteArray rest = input.mid(kTypeBytes);
     if (type == "file")
         return rest;
-    return QByteArray("\x89MDR\r\n\x1a\n\1\0\0\0", 12) + chunk(type, rest) + chunk("END ", littleEndian(1, 8));
+    const QByteArray header("\x89MDR\r\n\x1a\n\1\0\0\0", 12);
+    if (type != "many")
+        return header + chunk(type, rest) + chunk("END ", littleEndian(1, 8));
+    constexpr int kLengthBytes = 2;
+    QByteArray file = header;
+    quint64 count = 0;
+    for (int at = 0; at + kTypeBytes + kLengthBytes <= rest.size(); ++count) {
+        const int length = static_cast<unsigned char>(rest.at(at + kTypeBytes)) |
+                           static_cast<unsigned char>(rest.at(at + kTypeBytes + 1)) << 8;
+        const QByteArray payload = rest.mid(at + kTypeBytes + kLengthBytes, length);
+        file += chunk(rest.mid(at, kTypeBytes), payload);
+        at += kTypeBytes + kLengthBytes + payload.size();
+    }
+    return file + chunk("END ", littleEndian(count, 8));
 }
 
 void readAll(const AMdrDocument &document)
@@ -89,7 +103,7 @@ QByteArray content(const QString &name)
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {
-    if (size < kTypeBytes || size > kLargest)
+    if (size < std::size_t(kTypeBytes) || size > std::size_t(kLargest))
         return 0;
     const QByteArray bytes = fileOf(QByteArray(reinterpret_cast<const char *>(data), static_cast<int>(size)));
     const MemoryFile file(reinterpret_cast<const std::uint8_t *>(bytes.constData()),

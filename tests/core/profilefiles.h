@@ -184,4 +184,12 @@ inline ChildResult inUnprivilegedChild(const std::function<int()> &work)
     });
 }
 
+// Later writes fail beyond a size, as on a full disk.
+inline bool limitFileSize(rlim_t bytes)
+{
+    std::signal(SIGXFSZ, SIG_IGN);
+    const struct rlimit size = {bytes, RLIM_INFINITY};
+    return setrlimit(RLIMIT_FSIZE, &size) == 0;
+}
+
 } // namespace profilefiles

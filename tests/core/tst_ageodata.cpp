@@ -11,6 +11,7 @@ class TestAGeoData : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void queuedConnectionsKnowItFromTheStart();
     void aDefaultRecordHasNothing();
     void isEmptyWithoutAPosition_data();
     void isEmptyWithoutAPosition();
@@ -63,6 +64,12 @@ AGeoData positioned(double heading, double pitch, double roll, double fieldDown 
 }
 
 } // namespace
+
+// The first test: any use of the type in a variant would register it.
+void TestAGeoData::queuedConnectionsKnowItFromTheStart()
+{
+    QVERIFY(QMetaType::type("AGeoData") != QMetaType::UnknownType);
+}
 
 void TestAGeoData::aDefaultRecordHasNothing()
 {

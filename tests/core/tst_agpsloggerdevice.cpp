@@ -18,6 +18,9 @@ private Q_SLOTS:
     void fractionsOfASecondAreTimesOfTheirOwn();
     void aVoidSentenceTakesTheRecordOfItsTime_data();
     void aVoidSentenceTakesTheRecordOfItsTime();
+    void anEmptyQualityIsNotVoid();
+    void theQualityOfAFix_data();
+    void theQualityOfAFix();
     void theDateOfARecord_data();
     void theDateOfARecord();
     void withoutAnyDateItIsTheCurrentOne();
@@ -64,6 +67,10 @@ void TestAGpsLoggerDevice::oneSentenceGivesARecord_data()
     row("no checksum", "$GPGLL,4916.45,N,12311.12,W,225444,A\r\n", 4916.45F, -12311.12F, 0.0F, QTime(22, 54, 44));
     row("no end of line", "$GPGLL,4916.45,N,12311.12,W,225444,A*31", 4916.45F, -12311.12F, 0.0F, QTime(22, 54, 44));
     row("neither", "$GPGLL,4916.45,N,12311.12,W,225444,A", 4916.45F, -12311.12F, 0.0F, QTime(22, 54, 44));
+    row("no checksum, and a tab at the end", "$GPGLL,4916.45,N,12311.12,W,225444,A\t\r\n", 4916.45F, -12311.12F, 0.0F,
+        QTime(22, 54, 44));
+    row("no checksum, and blanks at the end", "$GPGLL,4916.45,N,12311.12,W,225444,A  \r\n", 4916.45F, -12311.12F, 0.0F,
+        QTime(22, 54, 44));
     row("LF alone", nmea("GPGLL,4916.45,N,12311.12,W,225444,A", "\n"), 4916.45F, -12311.12F, 0.0F, QTime(22, 54, 44));
     row("a checksum in small letters",
         "$GPGLL,4916.45,N,12311.12,W,225447,A*32\n$GPGLL,4807.038,N,01131.000,E,"
@@ -114,7 +121,6 @@ void TestAGpsLoggerDevice::whatGivesNoRecord_data()
     QTest::newRow("void RMC") << rmc("123519", "170524", "V");
     QTest::newRow("void GLL") << gll("123519", "V");
     QTest::newRow("GGA without a fix") << gga("123519", "545.4", "0");
-    QTest::newRow("GGA with an empty quality") << gga("123519", "545.4", "");
     QTest::newRow("no time") << gga("");
     QTest::newRow("time cut") << gga("12351");
     QTest::newRow("hour 24") << gga("240000");
@@ -198,6 +204,38 @@ void TestAGpsLoggerDevice::aVoidSentenceTakesTheRecordOfItsTime()
              (QList<QDateTime>{utc(2024, 5, 17, 12, 35, 18), utc(2024, 5, 17, 12, 35, 20)}));
 }
 
+void TestAGpsLoggerDevice::anEmptyQualityIsNotVoid()
+{
+    for (const QByteArray &quality : {QByteArray(), QByteArray("x")}) {
+        const QList<AGeoData> records = recordsOf(rmc("123519") + gga("123519", "545.4", quality));
+        QCOMPARE(records.size(), 1);
+        QCOMPARE(records.first().fix, quint8(1));
+        QCOMPARE(records.first().altitude, 545.4F);
+    }
+}
+
+void TestAGpsLoggerDevice::theQualityOfAFix_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<int>("quality");
+    QTest::newRow("not said") << rmc("123519") << 1;
+    QTest::newRow("GGA first") << gga("123519", "1", "4") + rmc("123519") + gll("123519") << 4;
+    QTest::newRow("GGA last") << rmc("123519") + gga("123519", "1", "5") << 5;
+    QTest::newRow("the largest") << gga("123519", "1", "8") << 8;
+    QTest::newRow("beyond it") << gga("123519", "1", "9") << 8;
+    QTest::newRow("beyond a byte") << gga("123519", "1", "300") << 8;
+    QTest::newRow("beyond an integer") << gga("123519", "1", "99999999999") << 8;
+}
+
+void TestAGpsLoggerDevice::theQualityOfAFix()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(int, quality);
+    const QList<AGeoData> records = recordsOf(content);
+    QCOMPARE(records.size(), 1);
+    QCOMPARE(int(records.first().fix), quality);
+}
+
 void TestAGpsLoggerDevice::theDateOfARecord_data()
 {
     QTest::addColumn<QByteArray>("content");
@@ -248,6 +286,18 @@ void TestAGpsLoggerDevice::theDateOfARecord_data()
         {noon.addSecs(-1), noon});
     row("a fix wins over a void one before it", rmc("123517", "060180", "V") + gga("123518") + rmc("123519"),
         {noon.addSecs(-1), noon});
+    row("blanks behind it", "$GPRMC,123519,A,4807.038,N,01131.000,E,022.4,084.4,170524 \t \r\n", {noon});
+    row("the same time on three days",
+        rmc("123519", "160524") + rmc("123519") + gga("123519") + rmc("123519", "180524"),
+        {noon.addDays(-1), noon, noon.addDays(1)});
+    row("the same time again on the day before", rmc("123519") + rmc("123519", "160524"), {noon, noon.addDays(-1)});
+    row("ZDA of the day before, for a fix just after midnight",
+        gga("000000.5") + nmea("GPZDA,235959,16,05,2024,,") + gga("000001.5"),
+        {after.addMSecs(-500), after.addMSecs(500)});
+    row("ZDA does not redate a dated fix, whatever follows",
+        rmc("123519") + gga("123519") + nmea("GPZDA,123519,20,5,2024"), {noon});
+    row("the first of two void dates counts for what is before",
+        gga("123517") + rmc("123518", "170524", "V") + rmc("123518.5", "190524", "V"), {noon.addSecs(-2)});
     row("a leap second", rmc("235959", "160524") + gga("235960.5"), {before, utc(2024, 5, 17, 0, 0, 0, 500)});
 }
 

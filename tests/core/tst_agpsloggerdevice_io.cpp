@@ -1,19 +1,14 @@
-#include "core/nmealog.h"
+#include "core/nmeareceiver.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QPointer>
 #include <QtCore/QTemporaryDir>
-#include <QtNetwork/QTcpServer>
-#include <QtNetwork/QTcpSocket>
 
 #include <algorithm>
 #include <cstdlib>
 #include <random>
 
-#include <fcntl.h>
 #include <sys/resource.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 // Where content comes from, in which pieces, and what bad content does.
 class TestAGpsLoggerDeviceIo : public QObject
@@ -35,15 +30,6 @@ private Q_SLOTS:
     void anInputThatIsDeletedEndsTheReading();
     void aReceiverOfARecordMayDeleteTheLogger();
     void aReceiverOfARecordMayRunAnEventLoop();
-    void aSocketDeliversWhenTheNextTimeBegins();
-    void aSocketDeliversAtAPause();
-    void whatFollowsAPauseStillBelongsToItsTime();
-    void aSocketDeliversAtItsEnd();
-    void whatAReceiverSendsWhileHaltedIsPassedOver();
-    void aPseudoTerminal();
-    void aNamedPipeIsOpenedWithoutWaiting();
-    void anUnconnectedSocketIsNoInput();
-    void asksAReceiverForAStoredFile();
     void theChipIsWhatTheApplicationSets();
     void sentencesCutAnywhereReadTheSame();
     void sentencesInRandomPiecesReadTheSame();
@@ -62,43 +48,6 @@ private:
 };
 
 namespace {
-
-const QByteArray kThreeTimes = rmc("123519") + gga("123519") + rmc("123520") + gga("123520") + rmc("123521");
-
-// A receiver whose bytes come when the test says so.
-class Receiver : public QIODevice
-{
-public:
-    Receiver() { open(QIODevice::ReadWrite | QIODevice::Unbuffered); }
-
-    bool isSequential() const override { return true; }
-    qint64 bytesAvailable() const override { return m_bytes.size() + QIODevice::bytesAvailable(); }
-
-    void send(const QByteArray &bytes)
-    {
-        m_bytes += bytes;
-        Q_EMIT readyRead();
-    }
-
-    QByteArray written;
-
-protected:
-    qint64 readData(char *data, qint64 maximum) override
-    {
-        const int size = static_cast<int>(std::min<qint64>(maximum, m_bytes.size()));
-        std::copy_n(m_bytes.constData(), size, data);
-        m_bytes.remove(0, size);
-        return size;
-    }
-    qint64 writeData(const char *data, qint64 size) override
-    {
-        written.append(data, static_cast<int>(size));
-        return size;
-    }
-
-private:
-    QByteArray m_bytes;
-};
 
 // Gives a block again and again, as often as is wanted.
 class Repeated : public QIODevice
@@ -131,33 +80,6 @@ private:
     QByteArray m_block;
     qint64 m_position = 0;
     qint64 m_left;
-};
-
-// Two sockets that are connected.
-class SocketPair
-{
-public:
-    SocketPair()
-    {
-        m_server.listen(QHostAddress::LocalHost);
-        near->connectToHost(QHostAddress::LocalHost, m_server.serverPort());
-        if (!m_server.waitForNewConnection(10000) || !near->waitForConnected(10000))
-            QTest::qFail("no connection", __FILE__, __LINE__);
-        far = m_server.nextPendingConnection();
-    }
-
-    void send(const QByteArray &bytes) const
-    {
-        far->write(bytes);
-        far->flush();
-    }
-
-private:
-    QTcpServer m_server;
-
-public:
-    QTcpSocket *near = new QTcpSocket(&m_server);
-    QTcpSocket *far = nullptr;
 };
 
 long residentKilobytes()
@@ -374,168 +296,6 @@ void TestAGpsLoggerDeviceIo::aReceiverOfARecordMayRunAnEventLoop()
     QVERIFY(list.waitForEnd());
     QCOMPARE(timesOf(list.records), (QList<QDateTime>{utc(2024, 5, 17, 12, 35, 19), utc(2024, 5, 17, 12, 35, 20),
                                                       utc(2024, 5, 17, 12, 35, 21)}));
-}
-
-void TestAGpsLoggerDeviceIo::aSocketDeliversWhenTheNextTimeBegins()
-{
-    const SocketPair pair;
-    AGpsLoggerDevice logger(nullptr, pair.near);
-    const RecordList list(logger);
-    QVERIFY(logger.init());
-    pair.send(rmc("123519") + gga("123519") + rmc("123520").left(30));
-    QVERIFY(list.waitForCount(1)); // at the pause
-    pair.send(rmc("123520").mid(30) + rmc("123521") + rmc("123522"));
-    QVERIFY(list.waitForCount(3));
-    QCOMPARE(list.records.at(0).altitude, 545.4F);
-    QCOMPARE(list.records.at(1).recordTime, utc(2024, 5, 17, 12, 35, 20));
-    QVERIFY(list.waitForCount(4));
-}
-
-void TestAGpsLoggerDeviceIo::aSocketDeliversAtAPause()
-{
-    auto *receiver = new Receiver;
-    AGpsLoggerDevice logger(nullptr, receiver);
-    const RecordList list(logger);
-    QVERIFY(logger.init());
-    QVERIFY(logger.isStreaming());
-    receiver->send(rmc("123519"));
-    QVERIFY(list.waitForCount(1));
-    receiver->send(rmc("123520").chopped(2)); // without its end of line, as some send it before the next sentence
-    QVERIFY(list.waitForCount(2));
-    receiver->send("\r\n" + rmc("123521") + gga("123521"));
-    QVERIFY(list.waitForCount(3));
-    QTest::qWait(500);
-    QCOMPARE(list.records.size(), 3);
-    QCOMPARE(list.records.at(2).altitude, 545.4F);
-    QCOMPARE(list.finishedCount, 0);
-}
-
-void TestAGpsLoggerDeviceIo::whatFollowsAPauseStillBelongsToItsTime()
-{
-    auto *receiver = new Receiver;
-    AGpsLoggerDevice logger(nullptr, receiver);
-    RecordList list(logger);
-    QVERIFY(logger.init());
-    receiver->send(rmc("123519") + nmea("HCHDG,90,,,,"));
-    QVERIFY(list.waitForCount(1));
-    receiver->send(nmea("YXXDR,P,1.0,B,BARO"));
-    receiver->send(gga("123519"));
-    QVERIFY(list.waitForCount(2));
-    receiver->send(nmea("YXXDR,P,0.9,B,BARO"));
-    receiver->send(rmc("123520"));
-    QVERIFY(list.waitForCount(3));
-    QCOMPARE(timesOf(list.records), (QList<QDateTime>{utc(2024, 5, 17, 12, 35, 19), utc(2024, 5, 17, 12, 35, 19),
-                                                      utc(2024, 5, 17, 12, 35, 20)}));
-    QCOMPARE(list.records.at(1).speed, 22.4F);
-    QCOMPARE(list.records.at(1).altitude, 545.4F);
-    QVERIFY(list.records.at(1).estimateHeading(true) > 89.0);
-    QCOMPARE(list.records.at(1).airPressure, 0.0F);
-    QCOMPARE(list.records.at(2).airPressure, 900.0F); // the last one before the time begins
-}
-
-void TestAGpsLoggerDeviceIo::aSocketDeliversAtItsEnd()
-{
-    const SocketPair pair;
-    AGpsLoggerDevice logger(nullptr, pair.near);
-    RecordList list(logger);
-    QVERIFY(logger.init());
-    pair.send(kThreeTimes);
-    pair.far->disconnectFromHost();
-    QVERIFY(list.waitForEnd());
-    QCOMPARE(list.records.size(), 3);
-}
-
-void TestAGpsLoggerDeviceIo::whatAReceiverSendsWhileHaltedIsPassedOver()
-{
-    auto *receiver = new Receiver;
-    AGpsLoggerDevice logger(nullptr, receiver);
-    const RecordList list(logger);
-    QVERIFY(logger.init());
-    logger.setStreaming(false);
-    receiver->send(kThreeTimes);
-    QTest::qWait(20);
-    logger.setStreaming(true);
-    QTest::qWait(400);
-    QCOMPARE(list.records.size(), 0);
-    receiver->send(gga("123522"));
-    QVERIFY(list.waitForCount(1));
-    QCOMPARE(timesOf(list.records), QList<QDateTime>{utc(2024, 5, 17, 12, 35, 22)});
-}
-
-void TestAGpsLoggerDeviceIo::aPseudoTerminal()
-{
-    for (const bool openedBefore : {false, true}) {
-        const int master = posix_openpt(O_RDWR | O_NOCTTY);
-        QVERIFY(master >= 0);
-        QVERIFY(grantpt(master) == 0 && unlockpt(master) == 0);
-        auto *terminal = new QFile(QString::fromLocal8Bit(ptsname(master)));
-        if (openedBefore)
-            QVERIFY(terminal->open(QIODevice::ReadOnly));
-        AGpsLoggerDevice logger(nullptr, terminal);
-        RecordList list(logger);
-        QVERIFY(logger.init());
-        QVERIFY(!logger.ioIsFile());
-        const auto send = [master](const QByteArray &bytes) {
-            return ::write(master, bytes.constData(), static_cast<std::size_t>(bytes.size())) == bytes.size();
-        };
-        QVERIFY(send(rmc("123519") + gga("123519") + rmc("123520").left(20)));
-        QVERIFY(list.waitForCount(1));
-        QVERIFY(send(rmc("123520").mid(20)));
-        QVERIFY(list.waitForCount(2));
-        QVERIFY(send(rmc("123521")));
-        QTest::qWait(20);
-        ::close(master);
-        QVERIFY(list.waitForEnd());
-        QCOMPARE(timesOf(list.records), (QList<QDateTime>{utc(2024, 5, 17, 12, 35, 19), utc(2024, 5, 17, 12, 35, 20),
-                                                          utc(2024, 5, 17, 12, 35, 21)}));
-        QCOMPARE(list.records.first().altitude, 545.4F);
-    }
-}
-
-void TestAGpsLoggerDeviceIo::aNamedPipeIsOpenedWithoutWaiting()
-{
-    const QString name = m_directory.filePath(QStringLiteral("pipe"));
-    const QByteArray encoded = QFile::encodeName(name);
-    QVERIFY(mkfifo(encoded.constData(), 0600) == 0);
-    AGpsLoggerDevice logger(nullptr, new QFile(name));
-    RecordList list(logger);
-    QVERIFY(logger.init());
-    QTest::qWait(20);
-    QCOMPARE(list.finishedCount, 0); // nobody has written yet
-    const int writer = ::open(encoded.constData(), O_WRONLY | O_CLOEXEC);
-    QVERIFY(writer >= 0);
-    QVERIFY(::write(writer, kThreeTimes.constData(), static_cast<std::size_t>(kThreeTimes.size())) ==
-            kThreeTimes.size());
-    QVERIFY(list.waitForCount(3));
-    ::close(writer);
-    QVERIFY(list.waitForEnd());
-    QCOMPARE(list.records.size(), 3);
-}
-
-void TestAGpsLoggerDeviceIo::anUnconnectedSocketIsNoInput()
-{
-    AGpsLoggerDevice logger(nullptr, new QTcpSocket);
-    QVERIFY(!logger.init());
-}
-
-void TestAGpsLoggerDeviceIo::asksAReceiverForAStoredFile()
-{
-    auto *receiver = new Receiver;
-    AGpsLoggerDevice logger(nullptr, receiver);
-    QVERIFY(logger.init());
-    QVERIFY(!logger.loadFile(0));
-    QVERIFY(!logger.loadFile(-1));
-    QCOMPARE(receiver->written, QByteArray());
-    QVERIFY(logger.loadFile(12));
-    QCOMPARE(receiver->written, nmea("PAVLOAD,12"));
-
-    AGpsLoggerDevice ofFile(nullptr, new QFile(write(kThreeTimes)));
-    QVERIFY(ofFile.init());
-    QVERIFY(!ofFile.loadFile(1));
-    auto *buffer = new QBuffer;
-    QVERIFY(buffer->open(QIODevice::ReadOnly));
-    AGpsLoggerDevice ofReadOnly(nullptr, buffer);
-    QVERIFY(!ofReadOnly.loadFile(1));
 }
 
 void TestAGpsLoggerDeviceIo::theChipIsWhatTheApplicationSets()

@@ -27,6 +27,8 @@ private Q_SLOTS:
     void speeds();
     void recordsComeAtTheirTimes();
     void clocksOfTheirOwnDoNotDelayEachOther();
+    void aLatePositionDelaysThoseBehindIt();
+    void aLoopBeginsAtOnce();
     void strangeTimesAreNotWaitedFor_data();
     void strangeTimesAreNotWaitedFor();
     void aSlowReceiverIsCaughtUp();
@@ -279,6 +281,39 @@ void TestAReplayProcessor::clocksOfTheirOwnDoNotDelayEachOther()
     QCOMPARE(log.text(), QStringLiteral("s0 p0 s1 p1 s2 p2 s3 p3 true"));
     QVERIFY(log.times.last() >= 299);
     QVERIFY(log.times.last() < 3000);
+}
+
+// It waits for the sweep before it, and the positions keep their distance.
+void TestAReplayProcessor::aLatePositionDelaysThoseBehindIt()
+{
+    AMdrDocument document;
+    document.addSweep(markedSweep(1, 0));
+    document.addGeoData(markedPosition(1, 0));
+    document.addSweep(markedSweep(2, 300));
+    document.addGeoData(markedPosition(2, 50));
+    document.addGeoData(markedPosition(3, 250));
+    AReplayProcessor processor(&document, nullptr, true);
+    Log log(&processor);
+    processor.startPlayback(1, false, -1, -1);
+    QTRY_COMPARE(log.stops, 1);
+    QCOMPARE(log.text(), QStringLiteral("s1 p1 s2 p2 p3 true"));
+    QVERIFY(log.times[3] >= 299);
+    QVERIFY(log.times[4] >= 499);
+}
+
+// Here the first record is the latest.
+void TestAReplayProcessor::aLoopBeginsAtOnce()
+{
+    AMdrDocument document;
+    document.addSweep(markedSweep(1, 5000));
+    document.addGeoData(markedPosition(1, 5000));
+    document.addSweep(markedSweep(2, 0));
+    document.addGeoData(markedPosition(2, 0));
+    AReplayProcessor processor(&document, nullptr, true);
+    Log log(&processor);
+    processor.startPlayback(1, true, -1, -1);
+    QTRY_VERIFY(log.entries.size() >= 10);
+    QVERIFY2(log.times[9] < 5000, qPrintable(QString::number(log.times[9])));
 }
 
 void TestAReplayProcessor::strangeTimesAreNotWaitedFor_data()

@@ -28,6 +28,7 @@ private Q_SLOTS:
     void aCarrierFarOutOfTheRangeIsNotSeen();
     void sweepsFollowEachOtherInTime();
     void theVehicleMovesWhereItHeads();
+    void theCourseIsOfAFullCircle();
     void theDriveIsClosed();
     void tiltAndRotationAreThoseOfACar();
     void followsATrack();
@@ -276,6 +277,19 @@ void TestASimulatedDevice::theVehicleMovesWhereItHeads()
         QVERIFY(!here.isEmpty());
         QCOMPARE(here.fix, quint8(1));
     }
+}
+
+void TestASimulatedDevice::theCourseIsOfAFullCircle()
+{
+    ASimulatedDevice device;
+    device.setBegin(utc(2024, 5, 17, 8, 0, 0), 1000);
+    int west = 0;
+    for (int i = 0; i < 600; ++i) {
+        const float course = device.position(i).course;
+        QVERIFY(course >= 0.0F && course < 360.0F);
+        west += course > 180.0F;
+    }
+    QVERIFY(west > 100 && west < 500);
 }
 
 void TestASimulatedDevice::theDriveIsClosed()

@@ -90,6 +90,7 @@ private Q_SLOTS:
     void onlyTheLevelsChange();
     void withoutSuppressionEveryBitStays();
     void levelsThatAreNoNumbersStay();
+    void aGapIsNeitherPartOfAPeakNorItsEnd();
     void zerosOfALinearUnitAreTheFloor();
     void sweepsWithoutSurroundingsStay_data();
     void sweepsWithoutSurroundingsStay();
@@ -320,6 +321,20 @@ void TestASweepProcessor::levelsThatAreNoNumbersStay()
 
     const QList<AMeasurementValue> nothing = points(std::vector<double>(50, kNaN));
     QVERIFY(same(processor.process(ASweep(nothing)).values, nothing));
+}
+
+void TestASweepProcessor::aGapIsNeitherPartOfAPeakNorItsEnd()
+{
+    Peaks peaks; // five points around one gap, six around another
+    for (const int i : {20, 21, 23, 24, 25, 50, 51, 52, 54, 55, 56})
+        peaks.append({i, 20.0});
+    QList<AMeasurementValue> values = spectrum(80, peaks);
+    values[22].level = kNaN;
+    values[53].level = kNaN;
+    Processor processor;
+    processor.setPeakSuppression(ASweepProcessor::SuppressionNF);
+    QCOMPARE(peaksOf(processor.process(ASweep(values)).values),
+             QStringLiteral("22+nan 50+20 51+20 52+20 53+nan 54+20 55+20 56+20"));
 }
 
 void TestASweepProcessor::zerosOfALinearUnitAreTheFloor()

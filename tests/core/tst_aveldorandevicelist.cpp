@@ -35,6 +35,7 @@ private Q_SLOTS:
     void entriesStayUntilTheNextOnesAreComplete();
     void finishedNeverComesFromWithinFetch();
     void twoFetchesFinishOnce();
+    void aFetchAmidAnotherListsEachDeviceOnce();
     void theEventLoopTurnsWhileDevicesAreListed();
     void theListMayBeDeletedWhileItFetchesOrFinishes();
     void ownsItsFilter();
@@ -269,6 +270,22 @@ void TestAVeldoranDeviceList::twoFetchesFinishOnce()
     QCOMPARE(list.count(), 1);
 }
 
+void TestAVeldoranDeviceList::aFetchAmidAnotherListsEachDeviceOnce()
+{
+    constexpr int kDevices = 20;
+    for (int i = 0; i < kDevices; ++i)
+        plug(qPrintable(QStringLiteral("1-%1").arg(i)), "0403", "6014", i);
+    AVeldoranDeviceList list(nullptr);
+    QSignalSpy finished(&list, &AVeldoranDeviceList::finished);
+    list.fetch();
+    for (int turn = 0; turn < 5; ++turn)
+        QCoreApplication::processEvents();
+    QCOMPARE(finished.count(), 0);
+    list.fetch();
+    QVERIFY(finished.wait());
+    QCOMPARE(list.count(), kDevices);
+}
+
 void TestAVeldoranDeviceList::theEventLoopTurnsWhileDevicesAreListed()
 {
     constexpr int kDevices = 60;
@@ -386,6 +403,10 @@ void TestAVeldoranDeviceList::theSettingAddsChips_data()
     row("an unknown kind", QStringLiteral("1209:0002=printer"), 0U);
     row("no product", QStringLiteral("1209=analyser"), 0U);
     row("no hexadecimal number", QStringLiteral("12x9:0002=analyser"), 0U);
+    row("a number with a prefix", QStringLiteral("0x1209:0x2=analyser"), 0U);
+    row("a number with a sign", QStringLiteral("+1209:2=analyser"), 0U);
+    row("more than four digits", QStringLiteral("00001209:00002=analyser"), 0U);
+    row("an empty number", QStringLiteral("1209:=analyser"), 0U);
     row("too many parts", QStringLiteral("1209:0002:1=analyser"), 0U);
     row("too many signs", QStringLiteral("1209:0002=analyser=1"), 0U);
     row("empty", QString(), 0U);

@@ -1,5 +1,6 @@
 #include <core/aveldorandevice.h>
 #include <core/devicevariables.h>
+#include <core/emu.h>
 
 #include <QtCore/QSet>
 #include <QtCore/QStringList>
@@ -25,6 +26,7 @@ private Q_SLOTS:
     void namesAreTerminatedAscii();
     void eachHasAtMostOneKind();
     void enumerationsHaveKeysAndLabels();
+    void levelUnitsAreAllThatThereAre();
     void eachEditorHasAVariable_data();
     void eachEditorHasAVariable();
     void someAreNotOffered();
@@ -141,6 +143,20 @@ void TestDeviceVariables::enumerationsHaveKeysAndLabels()
         }
         QCOMPARE(keys.size(), entries.size());
     }
+}
+
+void TestDeviceVariables::levelUnitsAreAllThatThereAre()
+{
+    const QStringList entries = QString::fromLatin1(find_vardesc("LevelUnit")->enumeration).split(QLatin1Char(';'));
+    int count = 0;
+    for (; emu_find(count); ++count) {
+        QVERIFY(count < entries.size());
+        QString name = QString::fromUcs4(emu_find(count)->name);
+        name.replace(QChar(0xb5), QLatin1Char('u')).replace(QChar(0xb2), QLatin1Char('2'));
+        name.replace(QChar(0xd7), QLatin1Char('x'));
+        QCOMPARE(entries.at(count), QStringLiteral("%1:%2").arg(count).arg(name));
+    }
+    QCOMPARE(entries.size(), count);
 }
 
 void TestDeviceVariables::eachEditorHasAVariable_data()
