@@ -69,6 +69,11 @@ bool ACalibrationData::readAll(const QString &filename, QList<ACalibrationData> 
     return true;
 }
 
+QStringList ACalibrationData::nameFilters()
+{
+    return {QStringLiteral("*.xml"), QStringLiteral("*.caldata"), QStringLiteral("*.offsets")};
+}
+
 bool ACalibrationData::saveAll(const QString &filename, const QList<ACalibrationData> &list)
 {
     return writeCalibrationFile(filename, list);

@@ -7,6 +7,7 @@
 #include <QtCore/QMap>
 #include <QtCore/QMetaType>
 #include <QtCore/QString>
+#include <QtCore/QStringList>
 
 // One calibration object, such as an antenna or a cable: a label, a type, and a table of gain (in decibels) by
 // frequency. A value class; copies share their data until one of them changes.
@@ -49,6 +50,9 @@ public:
     // `type` is for objects whose file names none (AllTypes counts as AnyType). A file that can't be read, or is no
     // calibration file, or is damaged anywhere, gives false and leaves the list as it was.
     static bool readAll(const QString &filename, QList<ACalibrationData> &list, CalibrationType type);
+
+    // Files that a directory is searched for: "*.xml", "*.caldata" and "*.offsets".
+    static QStringList nameFilters();
 
     // Writes the list in the form that the name asks for: ".caldata", ".offsets", XML for every other; docs/formats.md
     // describes the forms. The file is replaced in one step; on failure the old file is whole and the result is false.
