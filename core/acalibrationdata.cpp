@@ -62,9 +62,19 @@ double ACalibrationData::valueAt(const AFrequency &frequency, bool holdEnds) con
 
 bool ACalibrationData::readAll(const QString &filename, QList<ACalibrationData> &list, CalibrationType type)
 {
+    return readAll(filename, list, type, nullptr);
+}
+
+bool ACalibrationData::readAll(const QString &filename, QList<ACalibrationData> &list, CalibrationType type,
+                               QString *errorText)
+{
     QList<ACalibrationData> objects;
-    if (!readCalibrationFile(filename, type == AllTypes ? AnyType : type, &objects))
+    QString message;
+    if (!readCalibrationFile(filename, type == AllTypes ? AnyType : type, &objects, &message)) {
+        if (errorText)
+            *errorText = message;
         return false;
+    }
     list += objects;
     return true;
 }

@@ -38,10 +38,10 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
                                   QStringLiteral("Draw the gains over frequency into a PNG file."),
                                   QStringLiteral("FILE.png"));
     parser.addOptions({at, plot});
-    parser.addPositionalArgument(
-        QStringLiteral("PATH"),
-        QStringLiteral("A calibration file, or a directory with calibration files (*.xml, *.caldata, *.offsets)."),
-        QStringLiteral("PATH..."));
+    parser.addPositionalArgument(QStringLiteral("PATH"),
+                                 QStringLiteral("A calibration file, or a directory with calibration files (%1).")
+                                     .arg(ACalibrationData::nameFilters().join(QStringLiteral(", "))),
+                                 QStringLiteral("PATH..."));
     if (!Console::parse(&parser, arguments, exitStatus))
         return false;
 
@@ -70,10 +70,11 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
 bool readFile(const QString &fileName, QList<ACalibrationData> *objects)
 {
     Console::progress(QStringLiteral("reading %1").arg(fileName));
-    const bool isRead = ACalibrationData::readAll(fileName, *objects, ACalibrationData::AnyType);
+    QString errorText;
+    const bool isRead = ACalibrationData::readAll(fileName, *objects, ACalibrationData::AnyType, &errorText);
     Console::clearProgress();
     if (!isRead)
-        Console::error(QStringLiteral("%1: can't be read as a calibration file").arg(fileName));
+        Console::error(errorText);
     return isRead;
 }
 
@@ -82,14 +83,13 @@ bool readPath(const QString &path, QList<ACalibrationData> *objects)
     if (!QFileInfo(path).isDir())
         return readFile(path, objects);
     QStringList files;
-    QDirIterator entries(path, {QStringLiteral("*.xml"), QStringLiteral("*.caldata"), QStringLiteral("*.offsets")},
-                         QDir::Files, QDirIterator::Subdirectories);
+    QDirIterator entries(path, ACalibrationData::nameFilters(), QDir::Files, QDirIterator::Subdirectories);
     while (entries.hasNext())
         files.append(entries.next());
     std::sort(files.begin(), files.end());
     if (files.isEmpty())
-        Console::error(
-            QStringLiteral("%1: no calibration files (*.xml, *.caldata, *.offsets) below this directory").arg(path));
+        Console::error(QStringLiteral("%1: no calibration files (%2) below this directory")
+                           .arg(path, ACalibrationData::nameFilters().join(QStringLiteral(", "))));
     bool complete = !files.isEmpty();
     for (const QString &file : qAsConst(files))
         complete = readFile(file, objects) && complete;

@@ -121,9 +121,11 @@ void TestCalibrationCommand::namesWhatItCanNotRead_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("error");
     QTest::newRow("missing") << "missing.xml"
-                             << "missing.xml: can't be read as a calibration file";
+                             << "missing.xml': No such file or directory";
     QTest::newRow("garbage") << "garbage.xml"
-                             << "garbage.xml: can't be read as a calibration file";
+                             << "garbage.xml': line 1: expected '<', 'caldata 1',";
+    QTest::newRow("a bad line") << "bad.caldata"
+                                << "bad.caldata': line 2: expected a frequency and a gain";
     QTest::newRow("empty directory") << "empty"
                                      << "empty: no calibration files";
 }
@@ -133,6 +135,7 @@ void TestCalibrationCommand::namesWhatItCanNotRead()
     QFETCH(QString, name);
     QFETCH(QString, error);
     write("garbage.xml", "garbage");
+    write("bad.caldata", "[cable] bad\n1 MHz five\n");
     QVERIFY(QDir().mkdir(path("empty")));
     const Run result = run({"calibration", path(name), write("good.caldata", "[cable] good\n")});
     QCOMPARE(result.exitStatus, 1);
