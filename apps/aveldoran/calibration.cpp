@@ -177,23 +177,39 @@ void printList(const QList<ACalibrationData> &objects, const Options &options)
     }
 }
 
-bool draw(const QList<ACalibrationData> &objects, const QString &picture)
+// Of the axis that all objects share.
+QString unitOf(const QList<ACalibrationData> &objects)
 {
-    Console::progress(QStringLiteral("drawing %1").arg(picture));
-    const bool areAntennas = !objects.isEmpty() && std::all_of(objects.begin(), objects.end(), [](const auto &object) {
-        return object.type() == ACalibrationData::Antenna;
-    });
-    Plot plot(QString(), QStringLiteral("Gain"), areAntennas ? QStringLiteral("dBi") : QStringLiteral("dB"));
+    const auto isAntenna = [](const ACalibrationData &object) { return object.type() == ACalibrationData::Antenna; };
+    const auto antennas = std::count_if(objects.begin(), objects.end(), isAntenna);
+    if (antennas == 0)
+        return QStringLiteral("dB");
+    return antennas == objects.size() ? QStringLiteral("dBi") : QStringLiteral("dB, of antennas dBi");
+}
+
+bool draw(const QList<ACalibrationData> &objects, const Options &options)
+{
+    Console::progress(QStringLiteral("drawing %1").arg(options.picture));
+    Plot plot(options.hasFrequency
+                  ? QStringLiteral("Calibration, with the gains at %1").arg(shortFrequency(options.frequency))
+                  : QStringLiteral("Calibration"),
+              QStringLiteral("Gain"), unitOf(objects));
     plot.setFrequencyScale(Plot::LogarithmicFrequency);
+    const double atHz = options.frequency.floatValue(AFrequency::Hz);
     for (const ACalibrationData &object : objects) {
         QVector<Plot::Point> points;
         points.reserve(object.level().size());
         for (auto entry = object.level().begin(); entry != object.level().end(); ++entry)
             points.append({entry.key().floatValue(AFrequency::Hz), entry.value()});
         plot.addCurve(nameOf(object), points, Plot::TableCurve);
+        if (options.hasFrequency && atHz > 0.0 && !points.isEmpty()) {
+            const double gain = object.valueAt(options.frequency, true);
+            plot.addMarker(atHz, gain, QStringLiteral("%1: %2 %3").arg(nameOf(object), gainText(gain), unitOf(object)),
+                           Plot::AbovePoint);
+        }
     }
     QString errorText;
-    const bool saved = plot.save(picture, &errorText);
+    const bool saved = plot.save(options.picture, &errorText);
     Console::clearProgress();
     if (!saved)
         Console::error(errorText);
@@ -217,6 +233,6 @@ int runCalibration(const QStringList &arguments)
     printList(objects, options);
     complete = Console::finish() && complete;
     if (!options.picture.isEmpty())
-        complete = draw(objects, options.picture) && complete;
+        complete = draw(objects, options) && complete;
     return complete ? ExitDone : ExitFailed;
 }
