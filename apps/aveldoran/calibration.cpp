@@ -202,10 +202,10 @@ bool draw(const QList<ACalibrationData> &objects, const Options &options)
         for (auto entry = object.level().begin(); entry != object.level().end(); ++entry)
             points.append({entry.key().floatValue(AFrequency::Hz), entry.value()});
         plot.addCurve(nameOf(object), points, Plot::TableCurve);
-        if (options.hasFrequency && atHz > 0.0 && !points.isEmpty()) {
+        if (options.hasFrequency && !points.isEmpty() && points.constFirst().frequencyHz <= atHz &&
+            atHz <= points.constLast().frequencyHz) {
             const double gain = object.valueAt(options.frequency, true);
-            plot.addMarker(atHz, gain, QStringLiteral("%1: %2 %3").arg(nameOf(object), gainText(gain), unitOf(object)),
-                           Plot::AbovePoint);
+            plot.addMarker(atHz, gain, gainText(gain) + QLatin1Char(' ') + unitOf(object), Plot::AbovePoint);
         }
     }
     QString errorText;
