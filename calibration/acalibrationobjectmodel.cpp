@@ -30,31 +30,21 @@ constexpr int kTypes = 4;          // their numbers are their rows
 constexpr quintptr kTopId = 0;     // a type's id is its row + 1
 constexpr quintptr kFirstHash = 5; // an id from here on is a hash
 
-// An index knows its object by the hash of a text, since the registry hands out copies: all rows of one table have one
-// id. Hashes are taken to be different, and above the ids of the types.
-QString objectText(int type, const QString &label)
+// An index knows its object by the hash of a text, type and label, since the registry hands out copies: all rows of one
+// table have one id, of the same text behind a "!". Hashes are taken to be different, and above the ids of the types.
+quintptr objectId(int type, const QString &label)
 {
-    return QString::number(type) + label;
+    return qHash(QString::number(type) + label, 0);
 }
 
-quintptr objectId(const QString &text)
+quintptr entryId(int type, const QString &label)
 {
-    return qHash(text, 0);
-}
-
-quintptr entryId(const QString &text)
-{
-    return qHash(QLatin1Char('!') + text, 0);
+    return qHash(QLatin1Char('!') + QString::number(type) + label, 0);
 }
 
 QString addValueText()
 {
     return QStringLiteral("-- add value --");
-}
-
-int levelOf(const QModelIndex &index)
-{
-    return index.data(ACalibrationObjectModel::LevelRole).toInt();
 }
 
 AFrequency hertz(long long value)
@@ -108,6 +98,12 @@ int rowFor(const QList<AFrequency> &keys, const AFrequency &frequency)
     return std::max(0, static_cast<int>(above - keys.begin()) - 1);
 }
 
+// A table has no numbers for its entries, so this takes as many steps as the row is away from the nearer end.
+QMap<AFrequency, double>::const_iterator entryAt(const QMap<AFrequency, double> &level, int row)
+{
+    return row < level.size() / 2 ? std::next(level.begin(), row) : std::prev(level.end(), level.size() - row);
+}
+
 } // namespace
 
 ACalibrationObjectModel::ACalibrationObjectModel(QObject *parent)
@@ -118,25 +114,62 @@ ACalibrationObjectModel::ACalibrationObjectModel(QObject *parent)
     connect(m_manager, &QObject::destroyed, this, &ACalibrationObjectModel::reload);
 }
 
+// What an index stands for.
+struct ACalibrationObjectModel::Node
+{
+    int level = TopLevel;
+    int type = -1; // from TypeLevel on
+    int row = -1;  // of the object, from ObjectLevel on
+    QString label; // of the object
+    quintptr objectId = 0;
+};
+
+// Nothing is kept from one call to the next: this walks the labels of all types, once, and hashes two texts for each.
+// An id that no label has stands for nothing, which counts as the top level.
+ACalibrationObjectModel::Node ACalibrationObjectModel::nodeOf(const QModelIndex &index) const
+{
+    const quintptr id = index.internalId();
+    if (!index.isValid() || id == kTopId)
+        return {};
+    if (id < kFirstHash)
+        return {TypeLevel, index.row(), -1, QString(), 0};
+    QString text;
+    for (int type = 0; type < kTypes; ++type) {
+        const QString prefix = QLatin1Char('!') + QString::number(type);
+        const QStringList labels = names(type);
+        for (int i = 0; i < labels.size(); ++i) {
+            text.resize(0); // keeps its memory
+            text += prefix;
+            text += labels.at(i);
+            const quintptr hash = qHash(QStringView(text).mid(1), 0);
+            if (hash == id)
+                return {ObjectLevel, type, i, labels.value(index.row()), hash};
+            if (qHash(QStringView(text), 0) == id)
+                return {EntryLevel, type, i, labels.at(i), hash};
+        }
+    }
+    return {};
+}
+
 QModelIndex ACalibrationObjectModel::index(int row, int column, const QModelIndex &parent) const
 {
+    if (!parent.isValid()) // numbers below 0 deliberately included
+        return row < 1 && column < 1 ? createIndex(0, 0, kTopId) : QModelIndex();
     if (row < 0 || column < 0)
         return {};
-    if (!parent.isValid())
-        return row < 1 && column < 1 ? createIndex(row, column, kTopId) : QModelIndex();
-    switch (levelOf(parent)) {
+    const Node node = nodeOf(parent);
+    switch (node.level) {
     case TopLevel:
         return row < kTypes && column < 1 ? createIndex(row, column, static_cast<quintptr>(row) + 1) : QModelIndex();
     case TypeLevel: {
-        const QStringList labels = names(parent.row());
-        return row < labels.size() && column < 1
-                   ? createIndex(row, column, objectId(objectText(parent.row(), labels.at(row))))
-                   : QModelIndex();
+        const QStringList labels = names(node.type);
+        return row < labels.size() && column < 1 ? createIndex(row, column, objectId(node.type, labels.at(row)))
+                                                 : QModelIndex();
     }
     case ObjectLevel: {
-        const ACalibrationData object = getCalObject(parent);
+        const ACalibrationData object = objectOf(node);
         return row <= object.level().size() && column < EntryColumns
-                   ? createIndex(row, column, entryId(objectText(object.type(), object.label())))
+                   ? createIndex(row, column, entryId(object.type(), object.label()))
                    : QModelIndex();
     }
     default:
@@ -146,36 +179,31 @@ QModelIndex ACalibrationObjectModel::index(int row, int column, const QModelInde
 
 QModelIndex ACalibrationObjectModel::parent(const QModelIndex &index) const
 {
-    const quintptr id = index.internalId();
-    if (!index.isValid() || id == kTopId)
-        return {};
-    if (id < kFirstHash)
+    const Node node = nodeOf(index);
+    switch (node.level) {
+    case TypeLevel:
         return createIndex(0, 0, kTopId);
-    for (int type = 0; type < kTypes; ++type) {
-        const QStringList labels = names(type);
-        for (int i = 0; i < labels.size(); ++i) {
-            const QString text = objectText(type, labels.at(i));
-            const quintptr hash = objectId(text);
-            if (hash == id)
-                return createIndex(type, 0, static_cast<quintptr>(type) + 1);
-            if (entryId(text) == id)
-                return createIndex(i, 0, hash);
-        }
+    case ObjectLevel:
+        return createIndex(node.type, 0, static_cast<quintptr>(node.type) + 1);
+    case EntryLevel:
+        return createIndex(node.row, 0, node.objectId);
+    default:
+        return {};
     }
-    return {};
 }
 
 int ACalibrationObjectModel::rowCount(const QModelIndex &parent) const
 {
     if (!parent.isValid())
         return 1;
-    switch (levelOf(parent)) {
+    const Node node = nodeOf(parent);
+    switch (node.level) {
     case TopLevel:
         return kTypes;
     case TypeLevel:
-        return names(parent.row()).size();
+        return names(node.type).size();
     case ObjectLevel:
-        return parent.data().toString().startsWith(QLatin1String("--")) ? 0 : getCalObject(parent).level().size() + 1;
+        return node.label.startsWith(QLatin1String("--")) ? 0 : objectOf(node).level().size() + 1;
     case EntryLevel:
         return 0;
     default:
@@ -187,7 +215,7 @@ int ACalibrationObjectModel::columnCount(const QModelIndex &parent) const
 {
     if (!parent.isValid())
         return 1;
-    switch (levelOf(parent)) {
+    switch (nodeOf(parent).level) {
     case TopLevel:
     case TypeLevel:
         return 1;
@@ -204,16 +232,14 @@ QVariant ACalibrationObjectModel::data(const QModelIndex &index, int role) const
 {
     if (!index.isValid())
         return {};
-    const QModelIndex above = index.parent();
-    if (role == LevelRole) {
-        const int level = above.isValid() ? levelOf(above) + 1 : TopLevel;
-        return level <= EntryLevel ? level : TopLevel;
-    }
-    if (role != Qt::DisplayRole && role != Qt::EditRole)
+    if (role != LevelRole && role != Qt::DisplayRole && role != Qt::EditRole)
         return {};
-    switch (levelOf(index)) {
+    const Node node = nodeOf(index);
+    if (role == LevelRole)
+        return node.level;
+    switch (node.level) {
     case TypeLevel:
-        switch (index.row()) {
+        switch (node.type) {
         case ACalibrationData::Preamplifier:
             return tr("Preamplifier");
         case ACalibrationData::Antenna:
@@ -226,23 +252,22 @@ QVariant ACalibrationObjectModel::data(const QModelIndex &index, int role) const
             return QStringLiteral("n/a");
         }
     case ObjectLevel:
-        return names(above.row()).value(index.row());
+        return node.label;
     case EntryLevel:
-        return entryData(index, role);
+        return entryData(objectOf(node), index, role);
     default:
         return {};
     }
 }
 
-QVariant ACalibrationObjectModel::entryData(const QModelIndex &index, int role) const
+QVariant ACalibrationObjectModel::entryData(const ACalibrationData &object, const QModelIndex &index, int role)
 {
-    const ACalibrationData object = getCalObject(index.parent());
     const QMap<AFrequency, double> &level = object.level();
     if (index.row() > level.size())
         return {};
     if (index.row() == level.size())
         return addValueText();
-    const auto entry = std::next(level.begin(), index.row());
+    const auto entry = entryAt(level, index.row());
     if (index.column() == FrequencyColumn) {
         if (role == Qt::EditRole)
             return static_cast<qlonglong>(entry.key().intValue(AFrequency::Hz));
@@ -256,15 +281,16 @@ bool ACalibrationObjectModel::setData(const QModelIndex &index, const QVariant &
 {
     if (role != Qt::EditRole || !value.isValid())
         return false;
-    switch (levelOf(index)) {
+    const Node node = nodeOf(index);
+    switch (node.level) {
     case ObjectLevel:
-        return rename(index, value.toString());
+        return rename(index, objectOf(node), value.toString());
     case EntryLevel:
         switch (index.column()) {
         case FrequencyColumn:
-            return setFrequency(index, value);
+            return setFrequency(index, objectOf(node), value);
         case GainColumn:
-            return setGain(index, value);
+            return setGain(index, objectOf(node), value);
         default:
             return false;
         }
@@ -273,9 +299,8 @@ bool ACalibrationObjectModel::setData(const QModelIndex &index, const QVariant &
     }
 }
 
-bool ACalibrationObjectModel::rename(const QModelIndex &index, const QString &label)
+bool ACalibrationObjectModel::rename(const QModelIndex &index, ACalibrationData object, const QString &label)
 {
-    ACalibrationData object = getCalObject(index);
     const QString oldLabel = object.label();
     object.setLabel(label);
     Q_EMIT dataChanged(index, index);
@@ -283,39 +308,40 @@ bool ACalibrationObjectModel::rename(const QModelIndex &index, const QString &la
     return true;
 }
 
-bool ACalibrationObjectModel::setGain(const QModelIndex &index, const QVariant &value)
+bool ACalibrationObjectModel::setGain(const QModelIndex &index, ACalibrationData object, const QVariant &value)
 {
-    ACalibrationData object = getCalObject(index.parent());
     if (object.label().isEmpty())
         return false;
-    const QList<AFrequency> keys = object.level().keys();
     // An editor may be closed as it was opened, and what it showed may have fewer digits than the gain.
-    const bool isUnchanged = value.toString() == index.data(Qt::EditRole).toString();
-    const bool isAddRow = index.row() >= keys.size();
+    const bool isUnchanged = value.toString() == entryData(object, index, Qt::EditRole).toString();
+    const bool isAddRow = index.row() >= object.level().size();
     if (isAddRow && isUnchanged)
         return false;
-    if (!isUnchanged) // the last row has no frequency, which counts as 0 Hz
-        object.addLevel(isAddRow ? AFrequency() : keys.at(index.row()), readGain(value));
+    // The whole hertz that the row has for an editor, deliberately: a gain for an entry between two whole hertz makes
+    // one of its own below it. The last row has no frequency, which counts as 0 Hz.
+    if (!isUnchanged) {
+        const QModelIndex sibling = index.siblingAtColumn(FrequencyColumn);
+        object.addLevel(hertz(entryData(object, sibling, Qt::EditRole).toLongLong()), readGain(value));
+    }
     Q_EMIT dataChanged(index, index);
     update(object);
     return true;
 }
 
-bool ACalibrationObjectModel::setFrequency(const QModelIndex &index, const QVariant &value)
+bool ACalibrationObjectModel::setFrequency(const QModelIndex &index, ACalibrationData object, const QVariant &value)
 {
-    ACalibrationData object = getCalObject(index.parent());
     if (object.label().isEmpty())
         return false;
     const QList<AFrequency> keys = object.level().keys();
     const int oldRow = index.row();
     const bool isEntry = oldRow < keys.size(); // and not the row that adds one
-    // As for a gain: an entry between two whole hertz stays where it is.
-    const bool isUnchanged = value.toString() == index.data(Qt::EditRole).toString();
-    if (isUnchanged && !isEntry)
+    if (!isEntry && value.toString() == addValueText())
         return false;
-    const AFrequency frequency = isUnchanged ? keys.at(oldRow) : readFrequency(value);
 
-    if (frequency < AFrequency() && !isUnchanged) {
+    // What an editor showed is taken like any other value, deliberately: an entry below zero goes, and one between two
+    // whole hertz moves.
+    const AFrequency frequency = readFrequency(value);
+    if (frequency < AFrequency()) {
         if (!isEntry)
             return false;
         beginRemoveRows(index.parent(), oldRow, oldRow);
@@ -359,18 +385,20 @@ QVariant ACalibrationObjectModel::headerData(int section, Qt::Orientation orient
 
 bool ACalibrationObjectModel::removeRows(int row, int count, const QModelIndex &parent)
 {
-    const int level = levelOf(parent);
+    const Node node = nodeOf(parent);
     qDebug("%s (row %d, count %d, type %d)",
-           "virtual bool ACalibrationObjectModel::removeRows(int, int, const QModelIndex&)", row, count, level);
-    if (level == TopLevel)
+           "virtual bool ACalibrationObjectModel::removeRows(int, int, const QModelIndex&)", row, count, node.level);
+    switch (node.level) {
+    case TopLevel:
         return false;
-    if (level != TypeLevel && level != ObjectLevel) {
+    case TypeLevel:
+        return row >= 0 && count > 0 && row <= names(node.type).size() - count && removeObjects(row, count, parent);
+    case ObjectLevel:
+        return removeEntries(row, count, parent, objectOf(node));
+    default:
         qDebug("unknown type");
         return false;
     }
-    if (row < 0 || count < 1 || row > rowCount(parent) - count)
-        return false;
-    return level == TypeLevel ? removeObjects(row, count, parent) : removeEntries(row, count, parent);
 }
 
 bool ACalibrationObjectModel::removeObjects(int row, int count, const QModelIndex &parent)
@@ -389,21 +417,27 @@ bool ACalibrationObjectModel::removeObjects(int row, int count, const QModelInde
     return true;
 }
 
-bool ACalibrationObjectModel::removeEntries(int row, int count, const QModelIndex &parent)
+bool ACalibrationObjectModel::removeEntries(int row, int count, const QModelIndex &parent, ACalibrationData object)
 {
-    ACalibrationData object = getCalObject(parent);
     if (object.label().isEmpty()) {
         qDebug("empty object");
         return false;
     }
     const QList<AFrequency> keys = object.level().keys();
+    if (row < 0 || count < 1 || row > keys.size() + 1 - count)
+        return false;
     const int end = std::min(row + count, keys.size()); // the row that adds an entry stays
     if (row >= end)
         return false;
-    m_isRemovingRows = true;
-    beginRemoveRows(parent, row, end - 1);
     for (int i = row; i < end; ++i)
         object.removeLevel(keys.at(i));
+    // An object that shows no rows has entries all the same; nothing is announced where nothing goes from view.
+    if (rowCount(parent) == 0) {
+        update(object);
+        return true;
+    }
+    m_isRemovingRows = true;
+    beginRemoveRows(parent, row, end - 1);
     if (m_manager)
         m_manager->updateCalibrationData(object, QString());
     endRemoveRows();
@@ -417,15 +451,20 @@ Qt::ItemFlags ACalibrationObjectModel::flags(const QModelIndex &index) const
     if (!index.isValid())
         return Qt::NoItemFlags;
     const Qt::ItemFlags shown = Qt::ItemIsSelectable | Qt::ItemIsEnabled;
-    return levelOf(index) == EntryLevel ? shown | Qt::ItemIsEditable : shown;
+    return nodeOf(index).level == EntryLevel ? shown | Qt::ItemIsEditable : shown;
 }
 
 ACalibrationData ACalibrationObjectModel::getCalObject(const QModelIndex &index) const
 {
-    if (!m_manager || levelOf(index) != ObjectLevel || !index.isValid())
-        return {};
-    return m_manager->getCalibrationForName(index.data().toString(),
-                                            static_cast<ACalibrationData::CalibrationType>(index.parent().row()));
+    const Node node = nodeOf(index);
+    return node.level == ObjectLevel ? objectOf(node) : ACalibrationData();
+}
+
+ACalibrationData ACalibrationObjectModel::objectOf(const Node &node) const
+{
+    return m_manager
+               ? m_manager->getCalibrationForName(node.label, static_cast<ACalibrationData::CalibrationType>(node.type))
+               : ACalibrationData();
 }
 
 // NOLINTNEXTLINE(performance-unnecessary-value-param): the signature that callers know

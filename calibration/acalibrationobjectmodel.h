@@ -27,6 +27,7 @@ public:
 
     explicit ACalibrationObjectModel(QObject *parent = nullptr);
 
+    // Without a parent numbers below 0 give the top item, too.
     QModelIndex index(int row, int column, const QModelIndex &parent = QModelIndex()) const override;
     QModelIndex parent(const QModelIndex &index) const override;
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
@@ -36,15 +37,19 @@ public:
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
 
     // Of an object: renames it. Of a frequency: a number of hertz or a text with a unit; one that is new moves the
-    // entry, keeping the table's gain there, one below zero deletes it, one that another row has is refused. Of a gain:
-    // a number, with or without a unit, in the form of the default locale or with "." as decimal sign; what is none
-    // gives 0. In the last row both add an entry, the gain at 0 Hz. The text that an editor began with changes nothing.
+    // entry, keeping the table's gain there, one below zero deletes it, one that another row has is refused. That holds
+    // for the text that an editor began with, too: closing one as it was opened deletes an entry below zero and moves
+    // one between two whole hertz to the whole hertz. Of a gain: a number, with or without a unit, in the form of the
+    // default locale or with "." as decimal sign; what is none gives 0. It goes to the row's frequency in whole hertz,
+    // so that for an entry between two of them it adds another. In the last row both add an entry, the gain at 0 Hz.
+    // The text that an editor of a gain, or of the last row, began with changes nothing.
     bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
 
     QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
 
     // Removes entries of a table, or objects: of several objects at once only every second one, so remove them one by
-    // one. False for anything else and for rows that don't exist.
+    // one. False for anything else and for rows that don't exist. An object whose label begins with "--" shows no rows
+    // and has entries all the same, which go without a word about rows.
     bool removeRows(int row, int count, const QModelIndex &parent = QModelIndex()) override;
 
     Qt::ItemFlags flags(const QModelIndex &index) const override;
@@ -58,12 +63,16 @@ protected Q_SLOTS:
     void reload();
 
 private:
-    bool rename(const QModelIndex &index, const QString &label);
-    bool setFrequency(const QModelIndex &index, const QVariant &value);
-    bool setGain(const QModelIndex &index, const QVariant &value);
+    struct Node;
+
+    Node nodeOf(const QModelIndex &index) const;
+    ACalibrationData objectOf(const Node &node) const;
+    static QVariant entryData(const ACalibrationData &object, const QModelIndex &index, int role);
+    bool rename(const QModelIndex &index, ACalibrationData object, const QString &label);
+    bool setFrequency(const QModelIndex &index, ACalibrationData object, const QVariant &value);
+    bool setGain(const QModelIndex &index, ACalibrationData object, const QVariant &value);
     bool removeObjects(int row, int count, const QModelIndex &parent);
-    bool removeEntries(int row, int count, const QModelIndex &parent);
-    QVariant entryData(const QModelIndex &index, int role) const;
+    bool removeEntries(int row, int count, const QModelIndex &parent, ACalibrationData object);
     QStringList names(int type) const;
     void update(const ACalibrationData &object, const QString &oldLabel = QString());
 

@@ -26,6 +26,8 @@ set(AVELDORAN_PRIVATE_HEADERS
     core/xmldocument.h
     core/xmltagguard.h
     datamanager/adatamanager_p.h
+    datamanager/filenames.h
+    datamanager/oldcalibrationfile.h
     geo/waypoint.h
     datamanager/scanneddirectories.h
     marker/aspectrummarkerlist_p.h

@@ -62,11 +62,26 @@ double ACalibrationData::valueAt(const AFrequency &frequency, bool holdEnds) con
 
 bool ACalibrationData::readAll(const QString &filename, QList<ACalibrationData> &list, CalibrationType type)
 {
+    return readAll(filename, list, type, nullptr);
+}
+
+bool ACalibrationData::readAll(const QString &filename, QList<ACalibrationData> &list, CalibrationType type,
+                               QString *errorText)
+{
     QList<ACalibrationData> objects;
-    if (!readCalibrationFile(filename, type == AllTypes ? AnyType : type, &objects))
+    QString message;
+    if (!readCalibrationFile(filename, type == AllTypes ? AnyType : type, &objects, &message)) {
+        if (errorText)
+            *errorText = message;
         return false;
+    }
     list += objects;
     return true;
+}
+
+QStringList ACalibrationData::nameFilters()
+{
+    return {QStringLiteral("*.xml"), QStringLiteral("*.caldata"), QStringLiteral("*.offsets")};
 }
 
 bool ACalibrationData::saveAll(const QString &filename, const QList<ACalibrationData> &list)

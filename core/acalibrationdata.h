@@ -7,6 +7,7 @@
 #include <QtCore/QMap>
 #include <QtCore/QMetaType>
 #include <QtCore/QString>
+#include <QtCore/QStringList>
 
 // One calibration object, such as an antenna or a cable: a label, a type, and a table of gain (in decibels) by
 // frequency. A value class; copies share their data until one of them changes.
@@ -47,8 +48,14 @@ public:
 
     // Appends the objects of a calibration file of any form; the form is known by the content and not by the name.
     // `type` is for objects whose file names none (AllTypes counts as AnyType). A file that can't be read, or is no
-    // calibration file, or is damaged anywhere, gives false and leaves the list as it was.
+    // calibration file, or is damaged anywhere, gives false and leaves the list as it was. *errorText, unless null,
+    // is then a message for the user, with the line where there is one and what was expected there.
     static bool readAll(const QString &filename, QList<ACalibrationData> &list, CalibrationType type);
+    static bool readAll(const QString &filename, QList<ACalibrationData> &list, CalibrationType type,
+                        QString *errorText);
+
+    // Files that a directory is searched for: "*.xml", "*.caldata" and "*.offsets".
+    static QStringList nameFilters();
 
     // Writes the list in the form that the name asks for: ".caldata", ".offsets", XML for every other; docs/formats.md
     // describes the forms. The file is replaced in one step; on failure the old file is whole and the result is false.

@@ -3,6 +3,7 @@
 #include "core/atomicfile.h"
 #include "core/xmldocument.h"
 
+#include <QtCore/QCoreApplication>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QLocale>
@@ -19,6 +20,11 @@ constexpr qint64 kBlockBytes = 1 << 16;
 constexpr qint64 kMaxFirstLineBytes = 1 << 16;
 constexpr char kByteOrderMark[] = "\xef\xbb\xbf";
 
+QString translated(const char *text)
+{
+    return QCoreApplication::translate("AveldoranCore", text);
+}
+
 // By what stands first; an XML file in UTF-16 begins with a byte order mark of its own.
 bool looksLikeXml(QIODevice *device)
 {
@@ -28,19 +34,24 @@ bool looksLikeXml(QIODevice *device)
     return head.startsWith("\xff\xfe") || head.startsWith("\xfe\xff") || head.trimmed().startsWith('<');
 }
 
-bool readText(QIODevice *device, const CalibrationFile::Defaults &defaults, QList<ACalibrationData> *objects)
+bool readText(QIODevice *device, const CalibrationFile::Defaults &defaults, QList<ACalibrationData> *objects,
+              CalibrationFile::Problem *problem)
 {
+    *problem = CalibrationFile::problem(QT_TRANSLATE_NOOP("AveldoranCore", "expected a text file"));
     if (device->peek(3) == kByteOrderMark)
         device->skip(3);
     ByteSource source(device);
     QByteArray line;
     do {
-        if (!readLine(&source, kMaxFirstLineBytes, &line))
+        if (!readLine(&source, kMaxFirstLineBytes, &line)) {
+            if (!source.failed())
+                *problem = CalibrationFile::problem(QT_TRANSLATE_NOOP("AveldoranCore", "expected calibration objects"));
             return false;
+        }
     } while (CalibrationFile::isBlankOrComment(line));
     const bool ok = CalibrationFile::isFirstLineOfSections(line)
-                        ? CalibrationFile::readSections(line, &source, defaults, objects)
-                        : CalibrationFile::readTable(line, &source, defaults, objects);
+                        ? CalibrationFile::readSections(line, &source, defaults, objects, problem)
+                        : CalibrationFile::readTable(line, &source, defaults, objects, problem);
     return ok && !source.failed();
 }
 
@@ -103,15 +114,24 @@ constexpr int kHexDigits = 4; // of \uXXXX
 } // namespace
 
 bool readCalibrationFile(const QString &fileName, ACalibrationData::CalibrationType type,
-                         QList<ACalibrationData> *objects)
+                         QList<ACalibrationData> *objects, QString *errorText)
 {
     QFile file(fileName);
-    QString errorText;
-    if (!openRegularFile(&file, &errorText))
+    QString reason;
+    if (!openRegularFile(&file, &reason)) {
+        *errorText = translated("Could not read file '%1': %2").arg(fileName, reason);
         return false;
+    }
     const CalibrationFile::Defaults defaults = {type, QFileInfo(fileName).completeBaseName()};
-    return looksLikeXml(&file) ? CalibrationFile::readXml(&file, defaults, objects)
-                               : readText(&file, defaults, objects);
+    CalibrationFile::Problem problem;
+    const bool ok = looksLikeXml(&file) ? CalibrationFile::readXml(&file, defaults, objects, &problem)
+                                        : readText(&file, defaults, objects, &problem);
+    if (ok)
+        return true;
+    *errorText = problem.line > 0 ? translated("Could not read calibration file '%1': line %2: %3")
+                                        .arg(fileName, QString::number(problem.line), problem.text)
+                                  : translated("Could not read calibration file '%1': %2").arg(fileName, problem.text);
+    return false;
 }
 
 bool writeCalibrationFile(const QString &fileName, const QList<ACalibrationData> &objects)
@@ -137,9 +157,33 @@ bool writeCalibrationFile(const QString &fileName, const QList<ACalibrationData>
 
 namespace CalibrationFile {
 
+Problem problem(const char *text, qint64 line)
+{
+    return {translated(text), line};
+}
+
 ByteSource::ByteSource(QIODevice *device)
     : m_device(device)
+    , m_begin(device->pos())
 {}
+
+qint64 ByteSource::lineOfPiece() const
+{
+    qint64 line = 1;
+    char last = '\0';
+    QByteArray block;
+    m_device->seek(m_begin);
+    for (qint64 left = m_pieceAt; left > 0; left -= block.size()) {
+        block = m_device->read(std::min(left, kBlockBytes));
+        if (block.isEmpty())
+            break;
+        for (const char c : qAsConst(block)) {
+            line += c == '\r' || (c == '\n' && last != '\r') ? 1 : 0;
+            last = c;
+        }
+    }
+    return line;
+}
 
 void ByteSource::fail()
 {
@@ -152,6 +196,7 @@ bool ByteSource::fill()
 {
     if (m_failed)
         return false;
+    m_blockAt += m_block.size();
     m_block.resize(kBlockBytes);
     m_at = 0;
     const qint64 count = m_device->read(m_block.data(), kBlockBytes);
@@ -164,6 +209,7 @@ bool ByteSource::fill()
 bool readLine(ByteSource *source, qint64 maxBytes, QByteArray *line)
 {
     line->clear();
+    source->startPiece();
     int c = source->get();
     if (c == ByteSource::kEnd)
         return false;

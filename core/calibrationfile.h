@@ -9,9 +9,10 @@ class QIODevice;
 
 // The three forms of a calibration file, described in docs/formats.md. Private to libaveldoran.
 
-// Both do what ACalibrationData::readAll and saveAll say. *objects is empty at the call, and undefined after a failure.
+// Both do what ACalibrationData::readAll and saveAll say. *objects is empty at the call, and undefined after a failure,
+// when *errorText is set.
 bool readCalibrationFile(const QString &fileName, ACalibrationData::CalibrationType type,
-                         QList<ACalibrationData> *objects);
+                         QList<ACalibrationData> *objects, QString *errorText);
 bool writeCalibrationFile(const QString &fileName, const QList<ACalibrationData> &objects);
 
 namespace CalibrationFile {
@@ -28,6 +29,15 @@ struct Defaults
     QString label;
 };
 
+// Why a file is none.
+struct Problem
+{
+    QString text;
+    qint64 line = 0; // 0: the file as a whole
+};
+
+Problem problem(const char *text, qint64 line = 0); // translated
+
 // A text file, byte by byte. Ends at the end of the file and at the first thing that no text file holds.
 class ByteSource
 {
@@ -40,12 +50,19 @@ public:
     bool failed() const { return m_failed; } // a read error, a byte 0, or a piece that is too long
     void fail();
 
+    // What is read from here on is a line, or a row of several. Its number, from 1, is found by reading up to it again.
+    void startPiece() { m_pieceAt = m_blockAt + m_at; }
+    qint64 lineOfPiece() const;
+
 private:
     bool fill();
 
     QIODevice *m_device;
+    qint64 m_begin; // of the text, on the device
     QByteArray m_block;
+    qint64 m_blockAt = 0;
     int m_at = 0;
+    qint64 m_pieceAt = 0;
     bool m_failed = false;
 };
 
@@ -53,13 +70,14 @@ private:
 bool readLine(ByteSource *source, qint64 maxBytes, QByteArray *line);
 bool isBlankOrComment(const QByteArray &line); // a comment begins with "#"
 
-// Each form's reader gets what follows its first line that is neither blank nor a comment, and that line itself.
-bool readXml(QIODevice *device, const Defaults &defaults, QList<ACalibrationData> *objects);
+// Each form's reader gets what follows its first line that is neither blank nor a comment, and that line itself. False
+// with *problem set, or left as it is for what no text file holds.
+bool readXml(QIODevice *device, const Defaults &defaults, QList<ACalibrationData> *objects, Problem *problem);
 bool isFirstLineOfSections(const QByteArray &line);
 bool readSections(const QByteArray &firstLine, ByteSource *source, const Defaults &defaults,
-                  QList<ACalibrationData> *objects);
+                  QList<ACalibrationData> *objects, Problem *problem);
 bool readTable(const QByteArray &firstLine, ByteSource *source, const Defaults &defaults,
-               QList<ACalibrationData> *objects);
+               QList<ACalibrationData> *objects, Problem *problem);
 
 // Replaces a file in one step, like writeFileAtomically, without holding all of its content.
 class Output

@@ -59,8 +59,12 @@ bool isFirstLineOfSections(const QByteArray &line)
 }
 
 bool readSections(const QByteArray &firstLine, ByteSource *source, const Defaults &defaults,
-                  QList<ACalibrationData> *objects)
+                  QList<ACalibrationData> *objects, Problem *problem)
 {
+    const auto expected = [source, problem](const char *text) {
+        *problem = CalibrationFile::problem(text, source->lineOfPiece());
+        return false;
+    };
     QByteArray line = firstLine;
     bool hasLine = line.startsWith('[') || readLine(source, kMaxPieceBytes, &line);
     for (; hasLine; hasLine = readLine(source, kMaxPieceBytes, &line)) {
@@ -69,10 +73,12 @@ bool readSections(const QByteArray &firstLine, ByteSource *source, const Default
         if (line.startsWith('[')) {
             ACalibrationData object;
             if (!readSectionLine(line, defaults, &object))
-                return false;
+                return expected(QT_TRANSLATE_NOOP("AveldoranCore", "expected a known type in brackets and a label"));
             objects->append(object);
-        } else if (objects->isEmpty() || !readEntryLine(line, &objects->last())) {
-            return false;
+        } else if (objects->isEmpty()) {
+            return expected(QT_TRANSLATE_NOOP("AveldoranCore", "expected '[type] label' before the first entry"));
+        } else if (!readEntryLine(line, &objects->last())) {
+            return expected(QT_TRANSLATE_NOOP("AveldoranCore", "expected a frequency and a gain"));
         }
     }
     return true;

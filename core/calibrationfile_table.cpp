@@ -59,6 +59,12 @@ bool readQuotedCell(ByteSource *source, char separator, QByteArray *cell)
     return rest.isEmpty();
 }
 
+void skipBlanks(ByteSource *source, char separator)
+{
+    while (source->peek() == ' ' || (source->peek() == '\t' && separator != '\t'))
+        source->get();
+}
+
 // The cells of one row, which may go over several lines. False at damage.
 bool readRow(ByteSource *source, char separator, Cells *cells)
 {
@@ -66,8 +72,7 @@ bool readRow(ByteSource *source, char separator, Cells *cells)
     qint64 bytes = 0;
     do {
         QByteArray cell;
-        while (source->peek() == ' ' || (source->peek() == '\t' && separator != '\t'))
-            source->get();
+        skipBlanks(source, separator);
         if (source->peek() == '"') {
             source->get();
             if (!readQuotedCell(source, separator, &cell))
@@ -158,18 +163,24 @@ public:
         , m_namesLabels(columns.has(LabelColumn) || columns.has(EscapedLabelColumn))
     {}
 
-    bool addRow(const Cells &cells)
+    // Null, or what was expected.
+    const char *addRow(const Cells &cells)
     {
         if (!sortCells(cells))
-            return false;
+            return QT_TRANSLATE_NOOP("AveldoranCore", "expected nothing beyond the named columns");
         const auto isFilled = [this](Column column) { return !m_row[column].isEmpty(); };
         if (isFilled(FrequencyColumn) != isFilled(GainColumn))
-            return false;
+            return QT_TRANSLATE_NOOP("AveldoranCore", "expected both a frequency and a gain, or none");
         if (!isFilled(ObjectColumn) && !isFilled(LabelColumn) && !isFilled(EscapedLabelColumn) &&
             !isFilled(TypeColumn) && !isFilled(FrequencyColumn))
-            return true; // an empty row of a spreadsheet
+            return nullptr; // an empty row of a spreadsheet
         const int index = objectOfRow();
-        return index >= 0 && (!isFilled(FrequencyColumn) || addEntry(&(*m_objects)[index]));
+        if (index < 0)
+            return QT_TRANSLATE_NOOP("AveldoranCore",
+                                     "expected a label and a known type, the same in all rows of an object");
+        return !isFilled(FrequencyColumn) || addEntry(&(*m_objects)[index])
+                   ? nullptr
+                   : QT_TRANSLATE_NOOP("AveldoranCore", "expected a frequency and a gain");
     }
 
 private:
@@ -265,18 +276,31 @@ QByteArray quoted(const QByteArray &cell)
 namespace CalibrationFile {
 
 bool readTable(const QByteArray &firstLine, ByteSource *source, const Defaults &defaults,
-               QList<ACalibrationData> *objects)
+               QList<ACalibrationData> *objects, Problem *problem)
 {
+    const auto expected = [source, problem](const char *text) {
+        if (!source->failed())
+            *problem = CalibrationFile::problem(text, source->lineOfPiece());
+        return false;
+    };
     Columns columns;
     if (!readColumns(firstLine, &columns))
-        return false;
+        return expected(QT_TRANSLATE_NOOP("AveldoranCore",
+                                          "expected '<', 'caldata 1', '[type] label', or the names of columns with "
+                                          "'frequency' and 'gain' among them"));
     TableReader reader(columns, defaults, objects);
     Cells cells;
     while (source->peek() != ByteSource::kEnd) {
-        if (source->peek() == '#')
+        source->startPiece();
+        skipBlanks(source, columns.separator);
+        if (source->peek() == '#') {
             skipLine(source);
-        else if (!readRow(source, columns.separator, &cells) || !reader.addRow(cells))
-            return false;
+            continue;
+        }
+        if (!readRow(source, columns.separator, &cells))
+            return expected(QT_TRANSLATE_NOOP("AveldoranCore", "expected a row with each quote closed"));
+        if (const char *text = reader.addRow(cells))
+            return expected(text);
     }
     return true;
 }

@@ -54,18 +54,26 @@ bool readEntry(Attributes attributes, ACalibrationData *object)
     return attributes.allTaken();
 }
 
-bool startElement(const BoundedXmlReader &reader, const CalibrationFile::Defaults &defaults,
-                  QList<ACalibrationData> *objects)
+// Null, or what was expected.
+const char *startElement(const BoundedXmlReader &reader, const CalibrationFile::Defaults &defaults,
+                         QList<ACalibrationData> *objects)
 {
+    const Attributes attributes(reader.xml());
     switch (reader.depth()) {
     case 1:
-        return reader.isNamed(kRoot) && Attributes(reader.xml()).allTaken();
+        return reader.isNamed(kRoot) && attributes.allTaken()
+                   ? nullptr
+                   : QT_TRANSLATE_NOOP("AveldoranCore", "expected <calibrations> without attributes");
     case 2:
-        return reader.isNamed(kObject) && startObject(Attributes(reader.xml()), defaults, objects);
+        return reader.isNamed(kObject) && startObject(attributes, defaults, objects)
+                   ? nullptr
+                   : QT_TRANSLATE_NOOP("AveldoranCore", "expected <calibration> with a label and a known type");
     case 3:
-        return reader.isNamed(kEntry) && readEntry(Attributes(reader.xml()), &objects->last());
+        return reader.isNamed(kEntry) && readEntry(attributes, &objects->last())
+                   ? nullptr
+                   : QT_TRANSLATE_NOOP("AveldoranCore", "expected <level> with a frequency and a gain");
     default:
-        return false;
+        return QT_TRANSLATE_NOOP("AveldoranCore", "expected no element inside <level>");
     }
 }
 
@@ -100,15 +108,22 @@ QByteArray escaped(const QString &text)
 
 namespace CalibrationFile {
 
-bool readXml(QIODevice *device, const Defaults &defaults, QList<ACalibrationData> *objects)
+bool readXml(QIODevice *device, const Defaults &defaults, QList<ACalibrationData> *objects, Problem *problem)
 {
     BoundedXmlReader reader(device);
     while (reader.readNext()) {
-        if (reader.xml().isStartElement() && !startElement(reader, defaults, objects))
+        const char *expected = nullptr;
+        if (reader.xml().isStartElement())
+            expected = startElement(reader, defaults, objects);
+        else if (reader.xml().isCharacters() && !reader.xml().isWhitespace())
+            expected = QT_TRANSLATE_NOOP("AveldoranCore", "expected no text between the elements");
+        if (expected) {
+            *problem = CalibrationFile::problem(expected, reader.xml().lineNumber());
             return false;
-        if (reader.xml().isCharacters() && !reader.xml().isWhitespace())
-            return false;
+        }
     }
+    if (reader.xml().hasError())
+        *problem = {reader.xml().errorString(), reader.xml().lineNumber()};
     return !reader.xml().hasError();
 }
 

@@ -15,7 +15,7 @@ ADataManager *ADataManager::instance()
 ADataManager::ADataManager()
     : d(std::make_unique<ADataManagerPrivate>())
 {
-    d->calibrationFilesByType[ACalibrationData::AllTypes] = QStringList();
+    d->calibrationFilesByType[ACalibrationData::AllTypes] = FileNames();
     connect(&d->watcher, &QFileSystemWatcher::fileChanged, this, &ADataManager::updateFile);
     d->channelRoot = new AChannelInfo(nullptr, AChannelInfo::Generic, AFrequency(), AFrequency(), QString(), false);
 }

@@ -14,6 +14,7 @@
 class AChannelInfo;
 class ALimit;
 class ADataManagerPrivate;
+class OldCalibrationFile;
 
 // The registry of all that an application has loaded from disk: profiles, limits, calibration objects, and the channel
 // tree made from the profiles. It watches the files that it loaded and follows their changes.
@@ -86,12 +87,15 @@ public:
     QStringList addCalibrationPath(const QString &path, ACalibrationData::CalibrationType type);
 
     // Adds an object to a file, or replaces the one of its label there, and writes the file; the directory is made.
-    // With "-" for a file name the object is held in memory alone. A file that can't be written is logged.
+    // With "-" for a file name the object is held in memory alone. A file that can't be written is logged. The signal
+    // comes first, and what its receivers take out of the file's objects, or clear, is not written either.
     void addCalibrationData(const ACalibrationData &data, const QString &filename);
 
     // Changes an object that a file holds: the first of label `oldLabel`, or if that is empty of the label of `data`,
     // and of the type of `data`. An object of the installed location is written to the same place in the user's own.
-    // With an old label the object moves to the end of its file. Without such an object nothing happens.
+    // With an old label the object moves to the end of its file, which in the user's location is written without it, or
+    // deleted, before it is written anew; should that fail, the file is what it was. Without such an object nothing
+    // happens.
     void updateCalibrationData(const ACalibrationData &data, const QString &oldLabel);
 
     // Takes out the first object of that label and type. With `removeFromFile` it is taken out of its file too, which
@@ -139,6 +143,10 @@ protected Q_SLOTS:
 
 private:
     Q_DISABLE_COPY(ADataManager)
+
+    bool addObject(const ACalibrationData &data, const QString &filename);
+    void removeObject(const QString &label, ACalibrationData::CalibrationType type, bool removeFromFile,
+                      OldCalibrationFile *oldFile);
 
     static ADataManager *m_instance;
     std::unique_ptr<ADataManagerPrivate> d;

@@ -2,6 +2,7 @@
 
 #include "core/astoragelocation.h"
 #include "datamanager/adatamanager_p.h"
+#include "datamanager/oldcalibrationfile.h"
 #include "datamanager/scanneddirectories.h"
 
 #include <QtCore/QDebug>
@@ -46,20 +47,11 @@ Place firstPlace(const QMap<QString, QList<ACalibrationData>> &files, const QStr
     return {};
 }
 
-void listFile(QMap<ACalibrationData::CalibrationType, QStringList> *filesByType, ACalibrationData::CalibrationType type,
+void listFile(QMap<ACalibrationData::CalibrationType, FileNames> *filesByType, ACalibrationData::CalibrationType type,
               const QString &filename)
 {
-    for (const ACalibrationData::CalibrationType key : {type, ACalibrationData::AllTypes}) {
-        QStringList &files = (*filesByType)[key];
-        if (!files.contains(filename))
-            files.append(filename);
-    }
-}
-
-void removeNames(QStringList *names, const QSet<QString> &removed)
-{
-    const auto isRemoved = [&removed](const QString &name) { return removed.contains(name); };
-    names->erase(std::remove_if(names->begin(), names->end(), isRemoved), names->end());
+    for (const ACalibrationData::CalibrationType key : {type, ACalibrationData::AllTypes})
+        (*filesByType)[key].add(filename);
 }
 
 QStringList addCalibrationTree(ADataManager *manager, const QString &path, ACalibrationData::CalibrationType type,
@@ -68,7 +60,8 @@ QStringList addCalibrationTree(ADataManager *manager, const QString &path, ACali
     QDir dir(path);
     if (!scanned->enter(dir.path()))
         return {};
-    dir.setNameFilters({QStringLiteral("*.xml"), QStringLiteral("*.caldata"), QStringLiteral("*.offsets")});
+    OldCalibrationFile::recoverAll(dir.path());
+    dir.setNameFilters(ACalibrationData::nameFilters());
     dir.setFilter(QDir::Files | QDir::AllDirs | QDir::Readable | QDir::NoDotAndDotDot);
 
     QStringList labels;
@@ -84,6 +77,7 @@ QStringList addCalibrationTree(ADataManager *manager, const QString &path, ACali
 
 QStringList ADataManager::addCalibrationFile(const QString &filename, ACalibrationData::CalibrationType type)
 {
+    OldCalibrationFile::recover(filename);
     QList<ACalibrationData> objects;
     if (!ACalibrationData::readAll(filename, objects, type)) {
         Q_EMIT error(tr("Could not read calibration data from file '%1'").arg(filename));
@@ -115,6 +109,12 @@ QStringList ADataManager::addCalibrationPath(const QString &path, ACalibrationDa
 
 void ADataManager::addCalibrationData(const ACalibrationData &data, const QString &filename)
 {
+    addObject(data, filename);
+}
+
+// False if the file could not be written.
+bool ADataManager::addObject(const ACalibrationData &data, const QString &filename)
+{
     // By label alone: an object takes the place of one of another type, too.
     const auto hasLabel = [&data](const ACalibrationData &object) { return object.label() == data.label(); };
     QList<ACalibrationData> &objects = d->calibrationsByFile[filename];
@@ -128,15 +128,17 @@ void ADataManager::addCalibrationData(const ACalibrationData &data, const QStrin
     Q_EMIT calibrationDataChanged(data.type());
 
     if (filename == memoryFile())
-        return;
+        return true;
     const QDir dir = QFileInfo(filename).dir();
     if (!dir.exists())
         dir.mkpath(QStringLiteral("."));
-    // A receiver of the signal may have cleared the store, which touches no file: an empty list must not replace it.
-    const QList<ACalibrationData> saved = d->calibrationsByFile.value(filename);
-    if (std::any_of(saved.begin(), saved.end(), hasLabel) && !ACalibrationData::saveAll(filename, saved))
+    // Deliberately what the store holds by now: a receiver of the signal may have taken objects out, which thereby go
+    // from the file as well.
+    const bool isSaved = ACalibrationData::saveAll(filename, d->calibrationsByFile[filename]);
+    if (!isSaved)
         qDebug("save failed: %s", filename.toLatin1().constData());
     watchFile(filename);
+    return isSaved;
 }
 
 void ADataManager::updateCalibrationData(const ACalibrationData &data, const QString &oldLabel)
@@ -151,13 +153,27 @@ void ADataManager::updateCalibrationData(const ACalibrationData &data, const QSt
     const QDir dir = QFileInfo(file).dir();
     if (!dir.exists())
         QDir(QDir::rootPath()).mkpath(dir.path());
+
+    OldCalibrationFile oldFile;
     if (!oldLabel.isEmpty())
-        removeCalibrationData(label, data.type(), true);
-    addCalibrationData(data, file);
+        removeObject(label, data.type(), true, &oldFile);
+    if (addObject(data, file) || !oldFile.putBack())
+        return;
+    // The events of the file's absence would bring the old state into memory, which keeps the new one after any save
+    // that fails.
+    d->watcher.removePath(place.file);
+    watchFile(place.file);
 }
 
 void ADataManager::removeCalibrationData(const QString &label, ACalibrationData::CalibrationType type,
                                          bool removeFromFile)
+{
+    removeObject(label, type, removeFromFile, nullptr);
+}
+
+// Without `oldFile` the file's old state is gone at once.
+void ADataManager::removeObject(const QString &label, ACalibrationData::CalibrationType type, bool removeFromFile,
+                                OldCalibrationFile *oldFile)
 {
     const Place place = firstPlace(d->calibrationsByFile, label, type);
     if (place.position < 0)
@@ -168,13 +184,22 @@ void ADataManager::removeCalibrationData(const QString &label, ACalibrationData:
         objects.removeAt(place.position);
     } else if (objects.size() > 1) {
         objects.removeAt(place.position);
+        if (oldFile)
+            oldFile->keep(place.file);
         ACalibrationData::saveAll(place.file, objects);
+        if (oldFile)
+            oldFile->noteReplacement();
     } else {
         // The list of all types deliberately keeps the file, and its watch stays: the next look-up under AllTypes makes
         // an empty entry of it.
-        QFile::remove(place.file);
+        if (oldFile) {
+            oldFile->takeAway(place.file);
+        } else {
+            QFile::remove(place.file);
+            OldCalibrationFile::removeRemains(place.file);
+        }
         d->calibrationsByFile.remove(place.file);
-        d->calibrationFilesByType[type].removeAll(place.file);
+        d->calibrationFilesByType[type].remove(place.file);
     }
     d->calibrationsByLabel.remove(label);
     Q_EMIT calibrationDataChanged(type);
@@ -197,14 +222,13 @@ void ADataManager::clearCalibrationData(ACalibrationData::CalibrationType type)
         if (file->isEmpty())
             emptyFiles.insert(file.key());
     }
-    for (const QString &file : qAsConst(emptyFiles)) {
-        d->calibrationsByFile.remove(file);
-        d->watcher.removePath(file);
-    }
     if (!emptyFiles.isEmpty()) {
+        for (const QString &file : qAsConst(emptyFiles))
+            d->calibrationsByFile.remove(file);
         // Under AllTypes the lists of the single types deliberately keep the names of files that have gone.
-        removeNames(&d->calibrationFilesByType[type], emptyFiles);
-        removeNames(&d->calibrationFilesByType[ACalibrationData::AllTypes], emptyFiles);
+        d->calibrationFilesByType[type].remove(emptyFiles);
+        d->calibrationFilesByType[ACalibrationData::AllTypes].remove(emptyFiles);
+        d->watcher.removePaths(emptyFiles.values());
     }
     if (removedAny)
         Q_EMIT calibrationDataChanged(type);
@@ -216,7 +240,7 @@ void ADataManager::clearCalibrationData(ACalibrationData::CalibrationType type)
 QList<ACalibrationData> ADataManager::getCalibrationsForType(ACalibrationData::CalibrationType type) const
 {
     QList<ACalibrationData> objects;
-    const QStringList files = d->calibrationFilesByType.value(type);
+    const QStringList files = d->calibrationFilesByType.value(type).list();
     for (const QString &file : files)
         objects += d->calibrationsByFile[file];
     return objects;
@@ -225,20 +249,29 @@ QList<ACalibrationData> ADataManager::getCalibrationsForType(ACalibrationData::C
 QStringList ADataManager::getCalibrationNames(ACalibrationData::CalibrationType type) const
 {
     QStringList names;
+    names.reserve(d->calibrationsByLabel.size());
     for (const ACalibrationData &object : qAsConst(d->calibrationsByLabel)) {
         if (fits(object, type))
             names.append(object.label());
     }
-    const QStringList files = d->calibrationFilesByType.value(type);
+    // These are sorted; what comes from the files alone is little, mostly nothing.
+    const int labels = names.size();
+    const auto isNamed = [&names, labels](const QString &label) {
+        return std::binary_search(names.constBegin(), names.constBegin() + labels, label);
+    };
+    const QStringList files = d->calibrationFilesByType.value(type).list();
     for (const QString &file : files) {
         const QList<ACalibrationData> objects = d->calibrationsByFile[file];
         for (const ACalibrationData &object : objects) {
-            if (fits(object, type))
+            if (fits(object, type) && !isNamed(object.label()))
                 names.append(object.label());
         }
     }
-    std::sort(names.begin(), names.end());
-    names.erase(std::unique(names.begin(), names.end()), names.end());
+    if (names.size() > labels) {
+        std::sort(names.begin() + labels, names.end());
+        std::inplace_merge(names.begin(), names.begin() + labels, names.end());
+        names.erase(std::unique(names.begin(), names.end()), names.end());
+    }
     return names;
 }
 
@@ -247,7 +280,7 @@ ACalibrationData ADataManager::getCalibrationForName(const QString &name, ACalib
     ACalibrationData result = d->calibrationsByLabel.value(name);
     if (!result.label().isEmpty() && fits(result, type))
         return result;
-    const QStringList files = d->calibrationFilesByType.value(type);
+    const QStringList files = d->calibrationFilesByType.value(type).list();
     for (const QString &file : files) {
         const QList<ACalibrationData> objects = d->calibrationsByFile[file];
         for (const ACalibrationData &object : objects) {

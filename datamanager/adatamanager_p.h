@@ -1,12 +1,12 @@
 #pragma once
 
 #include "core/acalibrationdata.h"
+#include "datamanager/filenames.h"
 
 #include <QtCore/QFileSystemWatcher>
 #include <QtCore/QList>
 #include <QtCore/QMap>
 #include <QtCore/QString>
-#include <QtCore/QStringList>
 
 class AChannelInfo;
 class ALimit;
@@ -18,7 +18,7 @@ class ADataManagerPrivate
 {
 public:
     // The files that hold objects of a type, by first arrival; under AllTypes every file once.
-    QMap<ACalibrationData::CalibrationType, QStringList> calibrationFilesByType;
+    QMap<ACalibrationData::CalibrationType, FileNames> calibrationFilesByType;
     QFileSystemWatcher watcher;
     QMap<QString, QList<ACalibrationData>> calibrationsByFile;
     QMap<QString, ACalibrationData> calibrationsByLabel;

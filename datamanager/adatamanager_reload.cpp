@@ -13,7 +13,7 @@ namespace {
 
 // The first single type whose files `filename` is among, or AllTypes for none. A file that was loaded for all types is
 // deliberately not found.
-ACalibrationData::CalibrationType listedType(const QMap<ACalibrationData::CalibrationType, QStringList> &filesByType,
+ACalibrationData::CalibrationType listedType(const QMap<ACalibrationData::CalibrationType, FileNames> &filesByType,
                                              const QString &filename)
 {
     for (auto files = filesByType.begin(); files != filesByType.end(); ++files) {
@@ -37,8 +37,8 @@ void ADataManager::updateFile(QString filename) // NOLINT(performance-unnecessar
         const ACalibrationData::CalibrationType type = listedType(d->calibrationFilesByType, filename);
         if (type != ACalibrationData::AllTypes) {
             if (missing) {
-                d->calibrationFilesByType[type].removeAll(filename);
-                d->calibrationFilesByType[ACalibrationData::AllTypes].removeAll(filename);
+                d->calibrationFilesByType[type].remove(filename);
+                d->calibrationFilesByType[ACalibrationData::AllTypes].remove(filename);
             } else {
                 QList<ACalibrationData> &objects = d->calibrationsByFile[filename];
                 objects.clear(); // and empty if the file can't be read

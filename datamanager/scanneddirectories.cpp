@@ -9,7 +9,7 @@ bool ScannedDirectories::enter(const QString &path)
 {
     struct stat status = {};
     if (::stat(QFile::encodeName(path).constData(), &status) != 0)
-        status = {};
+        return true; // one inside the program, which no link leads to
     const QPair<quint64, quint64> id(status.st_dev, status.st_ino);
     if (m_entered.contains(id))
         return false;

@@ -38,10 +38,10 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
                                   QStringLiteral("Draw the gains over frequency into a PNG file."),
                                   QStringLiteral("FILE.png"));
     parser.addOptions({at, plot});
-    parser.addPositionalArgument(
-        QStringLiteral("PATH"),
-        QStringLiteral("A calibration file, or a directory with calibration files (*.xml, *.caldata, *.offsets)."),
-        QStringLiteral("PATH..."));
+    parser.addPositionalArgument(QStringLiteral("PATH"),
+                                 QStringLiteral("A calibration file, or a directory with calibration files (%1).")
+                                     .arg(ACalibrationData::nameFilters().join(QStringLiteral(", "))),
+                                 QStringLiteral("PATH..."));
     if (!Console::parse(&parser, arguments, exitStatus))
         return false;
 
@@ -70,10 +70,11 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
 bool readFile(const QString &fileName, QList<ACalibrationData> *objects)
 {
     Console::progress(QStringLiteral("reading %1").arg(fileName));
-    const bool isRead = ACalibrationData::readAll(fileName, *objects, ACalibrationData::AnyType);
+    QString errorText;
+    const bool isRead = ACalibrationData::readAll(fileName, *objects, ACalibrationData::AnyType, &errorText);
     Console::clearProgress();
     if (!isRead)
-        Console::error(QStringLiteral("%1: can't be read as a calibration file").arg(fileName));
+        Console::error(errorText);
     return isRead;
 }
 
@@ -82,14 +83,13 @@ bool readPath(const QString &path, QList<ACalibrationData> *objects)
     if (!QFileInfo(path).isDir())
         return readFile(path, objects);
     QStringList files;
-    QDirIterator entries(path, {QStringLiteral("*.xml"), QStringLiteral("*.caldata"), QStringLiteral("*.offsets")},
-                         QDir::Files, QDirIterator::Subdirectories);
+    QDirIterator entries(path, ACalibrationData::nameFilters(), QDir::Files, QDirIterator::Subdirectories);
     while (entries.hasNext())
         files.append(entries.next());
     std::sort(files.begin(), files.end());
     if (files.isEmpty())
-        Console::error(
-            QStringLiteral("%1: no calibration files (*.xml, *.caldata, *.offsets) below this directory").arg(path));
+        Console::error(QStringLiteral("%1: no calibration files (%2) below this directory")
+                           .arg(path, ACalibrationData::nameFilters().join(QStringLiteral(", "))));
     bool complete = !files.isEmpty();
     for (const QString &file : qAsConst(files))
         complete = readFile(file, objects) && complete;
@@ -177,23 +177,39 @@ void printList(const QList<ACalibrationData> &objects, const Options &options)
     }
 }
 
-bool draw(const QList<ACalibrationData> &objects, const QString &picture)
+// Of the axis that all objects share.
+QString unitOf(const QList<ACalibrationData> &objects)
 {
-    Console::progress(QStringLiteral("drawing %1").arg(picture));
-    const bool areAntennas = !objects.isEmpty() && std::all_of(objects.begin(), objects.end(), [](const auto &object) {
-        return object.type() == ACalibrationData::Antenna;
-    });
-    Plot plot(QString(), QStringLiteral("Gain"), areAntennas ? QStringLiteral("dBi") : QStringLiteral("dB"));
+    const auto isAntenna = [](const ACalibrationData &object) { return object.type() == ACalibrationData::Antenna; };
+    const auto antennas = std::count_if(objects.begin(), objects.end(), isAntenna);
+    if (antennas == 0)
+        return QStringLiteral("dB");
+    return antennas == objects.size() ? QStringLiteral("dBi") : QStringLiteral("dB, of antennas dBi");
+}
+
+bool draw(const QList<ACalibrationData> &objects, const Options &options)
+{
+    Console::progress(QStringLiteral("drawing %1").arg(options.picture));
+    Plot plot(options.hasFrequency
+                  ? QStringLiteral("Calibration, with the gains at %1").arg(shortFrequency(options.frequency))
+                  : QStringLiteral("Calibration"),
+              QStringLiteral("Gain"), unitOf(objects));
     plot.setFrequencyScale(Plot::LogarithmicFrequency);
+    const double atHz = options.frequency.floatValue(AFrequency::Hz);
     for (const ACalibrationData &object : objects) {
         QVector<Plot::Point> points;
         points.reserve(object.level().size());
         for (auto entry = object.level().begin(); entry != object.level().end(); ++entry)
             points.append({entry.key().floatValue(AFrequency::Hz), entry.value()});
         plot.addCurve(nameOf(object), points, Plot::TableCurve);
+        if (options.hasFrequency && !points.isEmpty() && points.constFirst().frequencyHz <= atHz &&
+            atHz <= points.constLast().frequencyHz) {
+            const double gain = object.valueAt(options.frequency, true);
+            plot.addMarker(atHz, gain, gainText(gain) + QLatin1Char(' ') + unitOf(object), Plot::AbovePoint);
+        }
     }
     QString errorText;
-    const bool saved = plot.save(picture, &errorText);
+    const bool saved = plot.save(options.picture, &errorText);
     Console::clearProgress();
     if (!saved)
         Console::error(errorText);
@@ -217,6 +233,6 @@ int runCalibration(const QStringList &arguments)
     printList(objects, options);
     complete = Console::finish() && complete;
     if (!options.picture.isEmpty())
-        complete = draw(objects, options.picture) && complete;
+        complete = draw(objects, options) && complete;
     return complete ? ExitDone : ExitFailed;
 }

@@ -46,6 +46,7 @@ private Q_SLOTS:
     void keepsTerminalControlOutOfItsOutput();
     void listsTheExamples();
     void drawsTheExamples();
+    void marksTheFrequencyInItsPicture();
     void drawsWhateverIsInAFile_data();
     void drawsWhateverIsInAFile();
     void refusesWrongUsage_data();
@@ -121,9 +122,11 @@ void TestCalibrationCommand::namesWhatItCanNotRead_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("error");
     QTest::newRow("missing") << "missing.xml"
-                             << "missing.xml: can't be read as a calibration file";
+                             << "missing.xml': No such file or directory";
     QTest::newRow("garbage") << "garbage.xml"
-                             << "garbage.xml: can't be read as a calibration file";
+                             << "garbage.xml': line 1: expected '<', 'caldata 1',";
+    QTest::newRow("a bad line") << "bad.caldata"
+                                << "bad.caldata': line 2: expected a frequency and a gain";
     QTest::newRow("empty directory") << "empty"
                                      << "empty: no calibration files";
 }
@@ -133,6 +136,7 @@ void TestCalibrationCommand::namesWhatItCanNotRead()
     QFETCH(QString, name);
     QFETCH(QString, error);
     write("garbage.xml", "garbage");
+    write("bad.caldata", "[cable] bad\n1 MHz five\n");
     QVERIFY(QDir().mkdir(path("empty")));
     const Run result = run({"calibration", path(name), write("good.caldata", "[cable] good\n")});
     QCOMPARE(result.exitStatus, 1);
@@ -194,6 +198,30 @@ void TestCalibrationCommand::drawsTheExamples()
     const Run nowhere = run({"calibration", "--plot", path("missing/a.png"), kExamples});
     QCOMPARE(nowhere.exitStatus, 1);
     QVERIFY(nowhere.errors.contains("missing/a.png: can't be written"));
+}
+
+void TestCalibrationCommand::marksTheFrequencyInItsPicture()
+{
+    const auto countMarker = [this](const QStringList &options) {
+        if (run(QStringList{"calibration", "--plot", path("a.png")} + options + QStringList{path("a")}).exitStatus != 0)
+            return -1;
+        const QImage image(path("a.png"));
+        int count = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                const QColor color = image.pixelColor(x, y); // a dark red, as no curve has
+                count += color.red() > 100 && color.green() < 60 && color.blue() < 90 ? 1 : 0;
+            }
+        }
+        return count;
+    };
+    write("a", kObjects);
+    QCOMPARE(countMarker({}), 0);
+    QVERIFY(countMarker({"--at", "20 MHz"}) > 100); // the cable
+    QVERIFY(countMarker({"--at", "3 GHz"}) > 100);  // the horn
+    // Outside of all tables no curve is there to mark.
+    QCOMPARE(countMarker({"--at", "1 kHz"}), 0);
+    QCOMPARE(countMarker({"--at", "20 GHz"}), 0);
 }
 
 void TestCalibrationCommand::drawsWhateverIsInAFile_data()

@@ -129,7 +129,7 @@ void TestACalibrationObjectModelView::aTypedGain()
 
 void TestACalibrationObjectModelView::anEditorClosedAsItWasOpenedChangesNothing()
 {
-    const ACalibrationData before = object("o", kCable, {{"8333.33", 12.3456789}, {"9000.5", 0}});
+    const ACalibrationData before = object("o", kCable, {{"8333", 12.3456789}, {"9000", 0}});
     Calibrations c({before});
     Editor view(c.model.get());
     for (int row = 0; row < 3; ++row) {

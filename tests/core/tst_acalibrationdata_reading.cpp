@@ -22,6 +22,13 @@ private Q_SLOTS:
     void theTypeArgumentFillsGapsAlone();
     void otherFilesAreRefused_data();
     void otherFilesAreRefused();
+    void aRefusalTellsTheLineAndWhatWasExpected_data();
+    void aRefusalTellsTheLineAndWhatWasExpected();
+    void aRefusalOfNoFileTellsWhy();
+    void aLineFarDownIsCounted_data();
+    void aLineFarDownIsCounted();
+    void anIndentedCommentIsPassedOver_data();
+    void anIndentedCommentIsPassedOver();
     void whatIsNoFileIsRefused();
     void aHugeEmptyFileIsRefusedAtOnce();
     void deepNestingIsRefused();
@@ -291,6 +298,129 @@ void TestACalibrationDataReading::otherFilesAreRefused()
     Objects objects = before;
     QVERIFY(!ACalibrationData::readAll(name, objects, ACalibrationData::Cable));
     QCOMPARE(objects, before);
+}
+
+void TestACalibrationDataReading::aRefusalTellsTheLineAndWhatWasExpected_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<int>("line"); // 0: none
+    QTest::addColumn<QString>("expected");
+    const auto row = [](const char *name, const QByteArray &content, int line, const char *expected) {
+        QTest::newRow(name) << content << line << QString(expected);
+    };
+    row("empty", "", 0, "expected calibration objects");
+    row("comments alone", "# a\n\n", 0, "expected calibration objects");
+    row("byte 0", QByteArray("caldata 1\n\0", 11), 0, "expected a text file");
+    row("neither form", "\n# a\ngarbage\n", 3, "expected '<', 'caldata 1', '[type] label', or the names of columns");
+
+    row("sections, type", "caldata 1\n[cable] a\n[tube] b\n", 3, "expected a known type in brackets and a label");
+    row("sections, no object", "caldata 1\r\n\r\n1 MHz 5\r\n", 3, "expected '[type] label' before the first entry");
+    row("sections, entry", "[cable] a\r1 MHz 5\r2 MHz five", 3, "expected a frequency and a gain");
+    row("sections, behind a mark", "\xef\xbb\xbf[cable] a\nx\n", 2, "expected a frequency and a gain");
+
+    row("table, gain", "frequency;gain\n1;2\n\n3;x\n", 4, "expected a frequency and a gain");
+    row("table, half a row", "frequency;gain\n1;\n", 2, "expected both a frequency and a gain, or none");
+    row("table, beyond", "frequency;gain\n1;2;3\n", 2, "expected nothing beyond the named columns");
+    row("table, type", "type;frequency;gain\ncable;1;2\ntube;1;2\n", 3, "expected a label and a known type");
+    row("table, quote", "frequency;gain\n1;2\n\"3;4\n5;6\n", 3, "expected a row with each quote closed");
+    row("table, behind a row of lines", "label;frequency;gain\n\"a\nb\";1;2\nc;1;x\n", 4,
+        "expected a frequency and a gain");
+    row("table, columns", "# a\nfrequency;level\n1;2\n", 2, "expected '<', 'caldata 1',");
+
+    row("xml, root", "<data/>", 1, "expected <calibrations> without attributes");
+    row("xml, object", "<calibrations>\n<antenna/>\n</calibrations>", 2,
+        "expected <calibration> with a label and a known type");
+    row("xml, entry", "<calibrations>\n<calibration>\n<level frequency='1' gain='x'/></calibration></calibrations>", 3,
+        "expected <level> with a frequency and a gain");
+    row("xml, deeper",
+        "<calibrations>\n<calibration>\n<level frequency='1' gain='1'>\n<a/></level></calibration></calibrations>", 4,
+        "expected no element inside <level>");
+    row("xml, text", "<calibrations>\n<calibration>text</calibration></calibrations>", 2,
+        "expected no text between the elements");
+    row("xml, cut", "<calibrations>\n<calibration>\n", 3, "");
+}
+
+void TestACalibrationDataReading::aRefusalTellsTheLineAndWhatWasExpected()
+{
+    QFETCH(QByteArray, content);
+    QFETCH(int, line);
+    QFETCH(QString, expected);
+    const QString name = path("a %2.b");
+    QVERIFY(writeFile(name, content));
+    Objects objects{ACalibrationData()};
+    QString errorText;
+    QVERIFY(!ACalibrationData::readAll(name, objects, ACalibrationData::AnyType, &errorText));
+    const QString start = QStringLiteral("Could not read calibration file '") + name + QStringLiteral("': ") +
+                          (line > 0 ? QStringLiteral("line %1: ").arg(line) : QString()) + expected;
+    QVERIFY2(errorText.startsWith(start), qPrintable(errorText));
+    QVERIFY(errorText.size() > start.size() || !expected.isEmpty());
+    QCOMPARE(objects, Objects{ACalibrationData()});
+    QVERIFY(!ACalibrationData::readAll(name, objects, ACalibrationData::AnyType, nullptr));
+}
+
+void TestACalibrationDataReading::aRefusalOfNoFileTellsWhy()
+{
+    Objects objects;
+    QString errorText;
+    for (const QString &name : {path("missing"), m_dir->path()}) {
+        QVERIFY(!ACalibrationData::readAll(name, objects, ACalibrationData::AnyType, &errorText));
+        const QString start = QStringLiteral("Could not read file '%1': ").arg(name);
+        QVERIFY2(errorText.startsWith(start) && errorText.size() > start.size(), qPrintable(errorText));
+    }
+    QVERIFY(writeFile(path("good"), "caldata 1\n"));
+    errorText = "untouched";
+    QVERIFY(ACalibrationData::readAll(path("good"), objects, ACalibrationData::AnyType, &errorText));
+    QCOMPARE(errorText, QString("untouched"));
+}
+
+void TestACalibrationDataReading::aLineFarDownIsCounted_data()
+{
+    QTest::addColumn<QByteArray>("lineEnd");
+    QTest::newRow("LF") << QByteArray("\n");
+    QTest::newRow("CR") << QByteArray("\r");
+    QTest::newRow("both") << QByteArray("\r\n");
+}
+
+// Beyond the blocks in which a file is read.
+void TestACalibrationDataReading::aLineFarDownIsCounted()
+{
+    QFETCH(QByteArray, lineEnd);
+    constexpr int kLines = 50000;
+    for (const char *first : {"[cable] a", "frequency,gain"}) {
+        const bool isTable = first[0] == 'f';
+        QByteArray content = first + lineEnd;
+        for (int line = 2; line < kLines; ++line)
+            content += QByteArray::number(line) + (isTable ? ",1" : " 1") + lineEnd;
+        content += "bad" + lineEnd;
+        QVERIFY(writeFile(path("a"), content));
+        Objects objects;
+        QString errorText;
+        QVERIFY(!ACalibrationData::readAll(path("a"), objects, ACalibrationData::AnyType, &errorText));
+        QVERIFY2(errorText.contains("line 50000: "), qPrintable(errorText));
+    }
+}
+
+void TestACalibrationDataReading::anIndentedCommentIsPassedOver_data()
+{
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("semicolon") << QByteArray("label;frequency;gain\n  # one; two\n\t#\na;1 MHz;5\n #");
+    QTest::newRow("comma") << QByteArray("label,frequency,gain\n  # unclosed \"\n\t # x,y\na,1 MHz,5\n");
+    QTest::newRow("tab") << QByteArray("label\tfrequency\tgain\n  # one\ttwo\na\t1 MHz\t5\n");
+    QTest::newRow("sections") << QByteArray("[] a\n  # one\n\t# two\n1 MHz 5\n");
+}
+
+void TestACalibrationDataReading::anIndentedCommentIsPassedOver()
+{
+    QFETCH(QByteArray, content);
+    QVERIFY(writeFile(path("a"), content));
+    Objects objects;
+    QVERIFY(ACalibrationData::readAll(path("a"), objects, ACalibrationData::Cable));
+    QCOMPARE(objects, Objects{object("a", ACalibrationData::Cable, {{"1 MHz", 5}})});
+    // In a quote it is a label.
+    QVERIFY(writeFile(path("b"), "label;frequency;gain\n \"# a\";1 MHz;5\n"));
+    objects.clear();
+    QVERIFY(ACalibrationData::readAll(path("b"), objects, ACalibrationData::Cable));
+    QCOMPARE(objects.first().label(), QString("# a"));
 }
 
 void TestACalibrationDataReading::whatIsNoFileIsRefused()

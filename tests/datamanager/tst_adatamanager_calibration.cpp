@@ -2,6 +2,8 @@
 
 #include <QtTest/QtTest>
 
+#include <utility>
+
 using namespace registrytest;
 
 // Reading calibration files, adding objects, and looking them up.
@@ -33,6 +35,7 @@ private Q_SLOTS:
     void onlyCalibrationFilesOfADirectoryAreTried();
     void aPathThatIsNoDirectoryGivesNothing();
     void linksInACircleEnd();
+    void aPathInsideTheProgramIsReadWithThoseBelowIt();
 
     void addingAnObjectCreatesItsFile();
     void theSignalOfAnAdditionComesBeforeTheFile();
@@ -40,7 +43,8 @@ private Q_SLOTS:
     void addingAnObjectOfAKnownLabelReplacesItWhateverItsType();
     void anObjectInMemoryHasNoFile();
     void aFailedSaveIsLoggedAndTheObjectHeld();
-    void aReceiverThatClearsTheStoreDoesNotEmptyTheFile();
+    void whatAReceiverTakesOutIsNotWritten();
+    void aReceiverThatClearsTheStoreEmptiesTheFile();
 
     void namesAreThoseOfTheirTypeSorted();
     void namesIncludeWhatOnlyAFileHas();
@@ -48,6 +52,7 @@ private Q_SLOTS:
     void aLookUpBehindTheLabelTakesTheLastMatch();
     void anObjectOfNoParticularTypeIsFoundForAnyType();
     void anObjectWithoutALabelIsFoundInItsFile();
+    void namesOfLabelsAndOfFilesComeSortedAndOnce();
     void objectsOfATypeIncludeTheirNeighbours();
     void manyObjectsAreHeldAndFound();
 };
@@ -311,6 +316,13 @@ void TestADataManagerCalibration::linksInACircleEnd()
     QCOMPARE(registry.takeLog(), QStringList{signalOf(kCable)});
 }
 
+// Such directories have no numbers by which to know them.
+void TestADataManagerCalibration::aPathInsideTheProgramIsReadWithThoseBelowIt()
+{
+    CalibrationRegistry registry;
+    QCOMPARE(registry->addCalibrationPath(":/calibration", kCable), (QStringList{"one", "two", "three"}));
+}
+
 void TestADataManagerCalibration::addingAnObjectCreatesItsFile()
 {
     CalibrationRegistry registry;
@@ -387,7 +399,22 @@ void TestADataManagerCalibration::aFailedSaveIsLoggedAndTheObjectHeld()
     QCOMPARE(registry.held(kCable), QStringList{"a|2|1"});
 }
 
-void TestADataManagerCalibration::aReceiverThatClearsTheStoreDoesNotEmptyTheFile()
+// The file is written with what the store holds after the signal.
+void TestADataManagerCalibration::whatAReceiverTakesOutIsNotWritten()
+{
+    CalibrationRegistry registry;
+    const QString file = registry.load("a.xml", {flat("a", kCable, 1), flat("b", kCable, 2)}, kCable);
+    bool isTaken = false;
+    connect(registry.manager.get(), &ADataManager::calibrationDataChanged, this, [&] {
+        if (!std::exchange(isTaken, true))
+            registry->removeCalibrationData("a", kCable, false);
+    });
+    registry->addCalibrationData(flat("a", kCable, 3), file);
+    QCOMPARE(registry.held(kCable), QStringList{"b|2|2"});
+    QCOMPARE(onDisk(file), QStringList{"b|2|2"});
+}
+
+void TestADataManagerCalibration::aReceiverThatClearsTheStoreEmptiesTheFile()
 {
     CalibrationRegistry registry;
     const QString file = registry.load("a.xml", {flat("a", kCable, 1)}, kCable);
@@ -398,7 +425,8 @@ void TestADataManagerCalibration::aReceiverThatClearsTheStoreDoesNotEmptyTheFile
     registry->addCalibrationData(flat("a", kCable, 2), file);
     disconnect(connection);
     QCOMPARE(registry.held(kCable), QStringList());
-    QCOMPARE(onDisk(file), QStringList{"a|2|1"});
+    QCOMPARE(onDisk(file), QStringList());
+    QVERIFY(isWatched(file));
 }
 
 void TestADataManagerCalibration::namesAreThoseOfTheirTypeSorted()
@@ -471,6 +499,20 @@ void TestADataManagerCalibration::anObjectWithoutALabelIsFoundInItsFile()
     QCOMPARE(registry.found("", kCable), QString("|2|1"));
     QCOMPARE(registry.found("", kAllTypes), QString("|2|1"));
     QCOMPARE(registry.found("", kAntenna), kNothing);
+}
+
+void TestADataManagerCalibration::namesOfLabelsAndOfFilesComeSortedAndOnce()
+{
+    CalibrationRegistry registry;
+    for (const char *label : {"k", "b", "m", "a", "B"}) {
+        registry->addCalibrationData(flat(label, kCable, 1), registry.path("b.xml"));
+        registry->addCalibrationData(flat(label, kCable, 2), registry.path("a.xml"));
+    }
+    for (const char *label : {"m", "a", "k"}) // hides the cables
+        registry->addCalibrationData(flat(label, kAntenna, 3), registry.path("c.xml"));
+    QCOMPARE(registry.names(kCable), (QStringList{"B", "a", "b", "k", "m"}));
+    QCOMPARE(registry.names(kAntenna), (QStringList{"a", "k", "m"}));
+    QCOMPARE(registry.names(kAllTypes), registry.names(kCable));
 }
 
 void TestADataManagerCalibration::objectsOfATypeIncludeTheirNeighbours()

@@ -22,6 +22,7 @@ private Q_SLOTS:
     void aSecondUpdateOfAnInstalledObjectReplacesTheUsersCopy();
     void aRenameOfAnInstalledObjectLeavesItsFile();
     void theInstalledLocationOfAnotherTypeIsNotRedirected();
+    void locationsAreComparedCaseSensitively();
     void aFailedUpdateKeepsTheOldFile();
     void anUpdateSignalsBeforeItWrites();
 
@@ -42,6 +43,7 @@ private Q_SLOTS:
     void clearingAllKeepsTheListsOfSingleTypes();
     void clearingTakesLabelsOfOtherTypesAlong();
     void clearingForgetsFilesThatWereEmptyAlready();
+    void clearingLeavesLabelsWhoseFileHasGone();
     void clearingWhatIsNotThereIsSilent();
     void theManagerClearsItsCalibrationsFirst();
 };
@@ -186,6 +188,20 @@ void TestADataManagerCalibrationEditing::theInstalledLocationOfAnotherTypeIsNotR
     registry->updateCalibrationData(flat("a", kAntenna, 2), QString());
     QCOMPARE(onDisk(file), QStringList{"a|1|2"});
     QVERIFY(!QFile::exists(registry.path("user")));
+}
+
+void TestADataManagerCalibrationEditing::locationsAreComparedCaseSensitively()
+{
+    CalibrationRegistry registry;
+    const QString installed = registry.installed(kCable, "a.xml").replace("installed", "INSTALLED");
+    const QString user = registry.user(kCable, "b.xml").replace("user", "USER");
+    registry.load(installed, {flat("a", kCable, 1)}, kCable);
+    registry.load(user, {flat("b", kCable, 1)}, kCable);
+    registry->updateCalibrationData(flat("a", kCable, 2), QString());
+    QCOMPARE(onDisk(installed), QStringList{"a|2|2"}); // where it was, as anywhere else
+    QVERIFY(!QFile::exists(registry.path("user")));
+    registry->removeCalibrationData("b", kCable, true);
+    QCOMPARE(onDisk(user), QStringList{"b|2|1"});
 }
 
 void TestADataManagerCalibrationEditing::aFailedUpdateKeepsTheOldFile()
@@ -443,6 +459,22 @@ void TestADataManagerCalibrationEditing::clearingForgetsFilesThatWereEmptyAlread
     QVERIFY(!isWatched(file));
     registry.updateFile(file);
     QCOMPARE(registry.takeLog(), QStringList());
+}
+
+// It goes by the objects of the files.
+void TestADataManagerCalibrationEditing::clearingLeavesLabelsWhoseFileHasGone()
+{
+    CalibrationRegistry registry;
+    const QString file = registry.load("a.xml", {flat("a", kCable, 1)}, kCable);
+    QVERIFY(QFile::remove(file));
+    settle();
+    registry->clearCalibrationData(kAllTypes);
+    QCOMPARE(registry.names(kAllTypes), QStringList{"a"});
+    QCOMPARE(registry.found("a", kCable), QString("a|2|1"));
+    // Held anew, it can be taken out.
+    registry->addCalibrationData(flat("a", kCable, 1), "-");
+    registry->removeCalibrationData("a", kCable, false);
+    QCOMPARE(registry.names(kAllTypes), QStringList());
 }
 
 void TestADataManagerCalibrationEditing::clearingWhatIsNotThereIsSilent()

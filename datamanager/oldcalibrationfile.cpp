@@ -1,0 +1,109 @@
+#include "datamanager/oldcalibrationfile.h"
+
+#include "core/acalibrationdata.h"
+
+#include <QtCore/QDir>
+#include <QtCore/QFile>
+#include <QtCore/QFileInfo>
+
+#include <cstdio>
+
+#include <unistd.h>
+
+namespace {
+
+constexpr char kPrefix[] = ".";
+constexpr char kSuffix[] = ".old";
+
+QByteArray path(const QString &fileName)
+{
+    return QFile::encodeName(fileName);
+}
+
+QByteArray hiddenPath(const QString &fileName)
+{
+    const QFileInfo file(fileName);
+    return path(file.path() + QLatin1Char('/') + QLatin1String(kPrefix) + file.fileName() + QLatin1String(kSuffix));
+}
+
+// Of a link itself, not of what it leads to.
+bool readStatus(const QByteArray &path, struct stat *status)
+{
+    return ::lstat(path.constData(), status) == 0;
+}
+
+bool isSameState(const struct stat &a, const struct stat &b)
+{
+    return a.st_dev == b.st_dev && a.st_ino == b.st_ino && a.st_mtim.tv_sec == b.st_mtim.tv_sec &&
+           a.st_mtim.tv_nsec == b.st_mtim.tv_nsec;
+}
+
+} // namespace
+
+void OldCalibrationFile::takeAway(const QString &fileName)
+{
+    struct stat status = {};
+    if (!readStatus(path(fileName), &status) || S_ISDIR(status.st_mode))
+        return;
+    if (::rename(path(fileName).constData(), hiddenPath(fileName).constData()) == 0)
+        m_file = fileName;
+}
+
+void OldCalibrationFile::keep(const QString &fileName)
+{
+    const QString target = QFileInfo(fileName).canonicalFilePath(); // which a save through a link replaces
+    if (target.isEmpty())
+        return;
+    ::unlink(hiddenPath(target).constData());
+    if (::link(path(target).constData(), hiddenPath(target).constData()) == 0)
+        m_file = target;
+}
+
+void OldCalibrationFile::noteReplacement()
+{
+    m_hasReplacement = readStatus(path(m_file), &m_replacement);
+}
+
+bool OldCalibrationFile::putBack()
+{
+    if (m_file.isEmpty())
+        return false;
+    struct stat current = {};
+    const bool exists = readStatus(path(m_file), &current);
+    if (!exists || (m_hasReplacement && isSameState(current, m_replacement)))
+        ::rename(hiddenPath(m_file).constData(), path(m_file).constData());
+    drop(); // there still if both names are one file
+    return true;
+}
+
+void OldCalibrationFile::drop()
+{
+    if (!m_file.isEmpty())
+        removeRemains(m_file);
+    m_file.clear();
+}
+
+void OldCalibrationFile::recover(const QString &fileName)
+{
+    struct stat status = {};
+    if (!readStatus(path(fileName), &status))
+        ::rename(hiddenPath(fileName).constData(), path(fileName).constData());
+}
+
+void OldCalibrationFile::recoverAll(const QString &directory)
+{
+    const QDir dir(directory);
+    const QStringList hidden = dir.entryList({QStringLiteral(".*.old")}, QDir::Files | QDir::Hidden | QDir::System);
+    for (const QString &name : hidden) {
+        const int prefix = static_cast<int>(qstrlen(kPrefix));
+        const int suffix = static_cast<int>(qstrlen(kSuffix));
+        const QString fileName = name.mid(prefix, name.size() - prefix - suffix);
+        if (QDir::match(ACalibrationData::nameFilters(), fileName))
+            recover(dir.filePath(fileName));
+    }
+}
+
+void OldCalibrationFile::removeRemains(const QString &fileName)
+{
+    ::unlink(hiddenPath(fileName).constData());
+}
