@@ -98,6 +98,9 @@ int main(int argc, char **argv)
             status = 1;
         }
     }
+    // The registry leaves its profiles alone when it goes, and clearing them leaves the objects to the event loop.
+    ADataManager::instance()->clearProfiles();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     delete ADataManager::instance();
     return status;
 }
