@@ -24,6 +24,8 @@ set(AVELDORAN_PRIVATE_HEADERS
     core/xmldocument.h
     core/xmltagguard.h
     datamanager/adatamanager_p.h
+    geo/elementmaker.h
+    geo/kmlpath.h
     geo/waypoint.h
     datamanager/scanneddirectories.h
     marker/aspectrummarkerlist_p.h

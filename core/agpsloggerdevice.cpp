@@ -3,6 +3,7 @@
 #include "core/nmea.h"
 #include "core/nmearecords.h"
 
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QFile>
 #include <QtCore/QPointer>
 #include <QtCore/QSocketNotifier>
@@ -22,8 +23,9 @@
 
 namespace {
 
-constexpr std::size_t kBufferSize = std::size_t(64) * 1024; // read in one turn of the event loop
+constexpr std::size_t kBufferSize = std::size_t(64) * 1024; // read at once
 constexpr int kPauseMs = 200; // longer than receivers rest between the sentences of one time
+constexpr qint64 kLongestTurnMs = 1000;
 
 // What was read and is not parsed yet: whole sentences, and at the end one of which a part is still to come.
 class Input
@@ -114,6 +116,7 @@ struct AGpsLoggerDevice::Private
     std::optional<bool> streaming; // as it was set
     bool isInitialised = false;
     bool isInTurn = false;
+    bool hasDelivered = false; // in this turn
     bool isEnding = false; // no further data comes, what is buffered is still to be read
     bool isEnded = false;
     std::unique_ptr<QSocketNotifier> notifier; // of a file that is a terminal or a pipe
@@ -132,6 +135,7 @@ struct AGpsLoggerDevice::Private
     ReadResult read();
     ReadResult readDescriptor();
     void turn(AGpsLoggerDevice *logger);
+    bool step(AGpsLoggerDevice *logger);
     void searchDate();
     bool deliver(AGpsLoggerDevice *logger, const AGeoData &record);
     bool parse(AGpsLoggerDevice *logger, bool endOfInput);
@@ -179,6 +183,7 @@ ReadResult AGpsLoggerDevice::Private::read()
 bool AGpsLoggerDevice::Private::deliver(AGpsLoggerDevice *logger, const AGeoData &record)
 {
     const QPointer<AGpsLoggerDevice> alive(logger);
+    hasDelivered = true;
     Q_EMIT logger->gpsRecordRead(record);
     return alive;
 }
@@ -222,31 +227,45 @@ void AGpsLoggerDevice::Private::searchDate()
         io->seek(beginOfFile);
 }
 
+// What stands still is read up to a record, so that a long way to it isn't taken for silence.
 void AGpsLoggerDevice::Private::turn(AGpsLoggerDevice *logger)
 {
     if (isInTurn || isEnded) // a receiver of a record may run an event loop of its own
         return;
+    QElapsedTimer clock;
+    clock.start();
+    hasDelivered = false;
+    while (step(logger)) {
+        if (isLive() || hasDelivered || clock.elapsed() >= kLongestTurnMs)
+            return;
+    }
+}
+
+// False if there is nothing more to do for now, or a receiver of the signal has deleted the logger.
+bool AGpsLoggerDevice::Private::step(AGpsLoggerDevice *logger)
+{
     if (dateSearch && !isHalted(logger)) {
         searchDate();
-        return;
+        return true;
     }
     if (!parse(logger, false)) // what a halt has left
-        return;
+        return false;
     if (isHalted(logger)) {
         turns.stop();
-        return;
+        return false;
     }
     const ReadResult result = read();
     if (!parse(logger, result == ReadResult::End))
-        return;
+        return false;
     if (result == ReadResult::End && !isHalted(logger)) {
         end(logger);
-        return;
+        return false;
     }
     if (result == ReadResult::NothingYet || notifier)
         turns.stop();
     if (isLive() && result == ReadResult::Data)
         pause.start();
+    return true;
 }
 
 void AGpsLoggerDevice::Private::end(AGpsLoggerDevice *logger)
@@ -353,6 +372,16 @@ void AGpsLoggerDevice::setStreaming(bool streaming)
 bool AGpsLoggerDevice::isStreaming() const
 {
     return d->streaming.value_or(d->isInitialised && !ioIsFile());
+}
+
+int AGpsLoggerDevice::pause() const
+{
+    return d->pause.interval();
+}
+
+void AGpsLoggerDevice::setPause(int milliseconds)
+{
+    d->pause.setInterval(qMax(milliseconds, 0));
 }
 
 AVeldoranChipInformation AGpsLoggerDevice::chipinfo() const

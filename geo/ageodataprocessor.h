@@ -154,7 +154,7 @@ protected Q_SLOTS:
 
 protected:
     QDomDocument m_gpxDocument;
-    QMultiMap<QDateTime, AGeoData *> m_waypoints; // by time, several of one time with the latest first; owned
+    QMap<QDateTime, AGeoData *> m_waypoints; // by time, several of one time with the latest first; owned
     QList<ASweep> m_sweeps;
     QList<KmlRelevantData> m_kmlData;
     QTimer m_nmeaTimer;
@@ -173,6 +173,6 @@ private:
     void storeWaypoint(const AGeoData &record);
     const std::vector<WaypointKey> &waypointKeys() const;
 
-    mutable std::vector<WaypointKey> m_keys;                   // of m_keyedWaypoints, ascending
-    mutable QMultiMap<QDateTime, AGeoData *> m_keyedWaypoints; // shares its data with m_waypoints until those change
+    mutable std::vector<WaypointKey> m_keys;              // of m_keyedWaypoints, ascending
+    mutable QMap<QDateTime, AGeoData *> m_keyedWaypoints; // shares its data with m_waypoints until those change
 };
