@@ -117,7 +117,7 @@ struct AGpsLoggerDevice::Private
     bool isInitialised = false;
     bool isInTurn = false;
     bool hasDelivered = false; // in this turn
-    bool isEnding = false; // no further data comes, what is buffered is still to be read
+    bool isEnding = false;     // no further data comes, what is buffered is still to be read
     bool isEnded = false;
     std::unique_ptr<QSocketNotifier> notifier; // of a file that is a terminal or a pipe
     QTimer turns;
