@@ -15,9 +15,9 @@
 #include <memory>
 #include <random>
 
-// A GPX file of 200,000 points to a KML file, an NMEA log of 400,000 sentences to waypoints, and the pairing of sweeps
-// with waypoints. The peer of both conversions is gpsbabel, where that is installed. All by processor time;
-// docs/performance.md states the limits.
+// A GPX file of 200,000 points to a KML file, the paths of 200,000 measured points, an NMEA log of 400,000 sentences to
+// waypoints, and the pairing of sweeps with waypoints. The peer of both conversions is gpsbabel, where that is
+// installed. All by processor time; docs/performance.md states the limits.
 
 namespace {
 
@@ -223,6 +223,30 @@ public:
     }
 };
 
+// Sweeps of one value, each with a position of its own.
+class MeasuredDrive : public AGeoDataProcessor
+{
+public:
+    explicit MeasuredDrive(int sweeps)
+        : AGeoDataProcessor(nullptr)
+    {
+        AFrequency frequency;
+        frequency.setValue(100.0, AFrequency::MHz);
+        AGeoData record;
+        record.recordName = QStringLiteral("P");
+        for (int i = 0; i < sweeps; ++i) {
+            record.recordTime = at(i * 1000LL);
+            record.latitude = static_cast<float>(4830.0 + std::sin(i / 5000.0));
+            record.longitude = static_cast<float>(1115.0 + std::cos(i / 7000.0));
+            const AMeasurementValue value(-50.0 + 20.0 * std::sin(i / 300.0), 0, frequency, 0, 0.0);
+            ASweep sweep({value}, record.recordTime, record.recordTime);
+            sweep.setGeoData(record);
+            addSweep(sweep);
+        }
+        processMeasurementData(nullptr);
+    }
+};
+
 void pairSweeps(benchmark::State &state, qint64 spanMs)
 {
     Drive drive(static_cast<int>(state.range(0)), static_cast<int>(state.range(1)), spanMs);
@@ -237,6 +261,23 @@ void pairSweeps(benchmark::State &state, qint64 spanMs)
     state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 
+enum Balloons
+{
+    WithBalloons,
+    WithoutBalloons,
+};
+
+// The paths of measured values along so many points.
+void buildMeasuredPaths(benchmark::State &state, int balloons)
+{
+    MeasuredDrive drive(static_cast<int>(state.range(0)));
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(std::unique_ptr<QDomDocument>(
+            drive.toKml(QStringLiteral("Drive"), 100.0F, balloons == WithBalloons, false, false, 1, false, 0)));
+    }
+    state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+
 constexpr qint64 kShort = 100;
 constexpr qint64 kLong = 10000000; // milliseconds: half of the drive
 
@@ -246,6 +287,14 @@ BENCHMARK(gpxToKml)->Arg(kPoints / 10)->Arg(kPoints)->UseManualTime()->Unit(benc
 BENCHMARK(gpxToKmlWithGpsbabel)->Arg(kPoints)->UseManualTime()->Unit(benchmark::kMillisecond);
 BENCHMARK(loadGpx)->Arg(kPoints / 10)->Arg(kPoints)->Arg(1000000)->Unit(benchmark::kMillisecond);
 BENCHMARK(buildKml)->Arg(kPoints / 10)->Arg(kPoints)->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(buildMeasuredPaths, with_balloons, WithBalloons)
+    ->Arg(kPoints / 10)
+    ->Arg(kPoints)
+    ->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(buildMeasuredPaths, without_balloons, WithoutBalloons)
+    ->Arg(kPoints / 10)
+    ->Arg(kPoints)
+    ->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(writeDocument, writeKml, WriteKml)->Arg(kPoints)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(writeDocument, QDomDocument_save, QtSave)->Arg(kPoints)->Unit(benchmark::kMillisecond);
 

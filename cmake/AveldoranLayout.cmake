@@ -28,6 +28,8 @@ set(AVELDORAN_PRIVATE_HEADERS
     datamanager/adatamanager_p.h
     datamanager/filenames.h
     datamanager/oldcalibrationfile.h
+    geo/elementmaker.h
+    geo/kmlpath.h
     geo/waypoint.h
     datamanager/scanneddirectories.h
     marker/aspectrummarkerlist_p.h

@@ -3,6 +3,7 @@
 #include "core/nmea.h"
 #include "core/nmearecords.h"
 
+#include <QtCore/QElapsedTimer>
 #include <QtCore/QFile>
 #include <QtCore/QPointer>
 #include <QtCore/QSocketNotifier>
@@ -22,9 +23,10 @@
 
 namespace {
 
-constexpr std::size_t kBufferSize = std::size_t(64) * 1024; // read in one turn of the event loop
+constexpr std::size_t kBufferSize = std::size_t(64) * 1024; // read at once
 constexpr int kPauseMs = 200;     // longer than receivers rest between the sentences of one time
 constexpr int kDateWaitMs = 1000; // how much longer the first record waits for a date
+constexpr qint64 kLongestTurnMs = 1000;
 
 // What was read and is not parsed yet: whole sentences, and at the end one of which a part is still to come.
 class Input
@@ -123,13 +125,15 @@ struct AGpsLoggerDevice::Private
     std::optional<bool> streaming; // as it was set
     bool isInitialised = false;
     bool isInTurn = false;
-    bool isEnding = false; // no further data comes, what is buffered is still to be read
+    bool hasDelivered = false; // in this turn
+    bool isEnding = false;     // no further data comes, what is buffered is still to be read
     bool isEnded = false;
     bool isConnecting = false; // perhaps: a socket of which nothing was read yet
     QTimer connectionFailed;
     std::unique_ptr<QSocketNotifier> notifier; // of a file that is a terminal or a pipe
     QTimer turns;
     QTimer pause;
+    int restMs = kPauseMs;
     PauseStage pauseStage = PauseStage::Resting;
 
     Input input;
@@ -144,6 +148,7 @@ struct AGpsLoggerDevice::Private
     ReadResult read();
     ReadResult readDescriptor();
     void turn(AGpsLoggerDevice *logger);
+    bool step(AGpsLoggerDevice *logger);
     void searchDate();
     bool deliver(AGpsLoggerDevice *logger, const AGeoData &record);
     bool parse(AGpsLoggerDevice *logger, bool endOfInput);
@@ -197,6 +202,7 @@ ReadResult AGpsLoggerDevice::Private::read()
 bool AGpsLoggerDevice::Private::deliver(AGpsLoggerDevice *logger, const AGeoData &record)
 {
     const QPointer<AGpsLoggerDevice> alive(logger);
+    hasDelivered = true;
     Q_EMIT logger->gpsRecordRead(record);
     return alive;
 }
@@ -240,37 +246,51 @@ void AGpsLoggerDevice::Private::searchDate()
         io->seek(beginOfFile);
 }
 
+// What stands still is read up to a record, so that a long way to it isn't taken for silence.
 void AGpsLoggerDevice::Private::turn(AGpsLoggerDevice *logger)
 {
     if (isInTurn || isEnded) // a receiver of a record may run an event loop of its own
         return;
+    QElapsedTimer clock;
+    clock.start();
+    hasDelivered = false;
+    while (step(logger)) {
+        if (isLive() || hasDelivered || clock.elapsed() >= kLongestTurnMs)
+            return;
+    }
+}
+
+// False if there is nothing more to do for now, or a receiver of the signal has deleted the logger.
+bool AGpsLoggerDevice::Private::step(AGpsLoggerDevice *logger)
+{
     if (dateSearch && !isHalted(logger)) {
         searchDate();
-        return;
+        return true;
     }
     if (!parse(logger, false)) // what a halt has left
-        return;
+        return false;
     if (isHalted(logger)) {
         turns.stop();
-        return;
+        return false;
     }
     const ReadResult result = read();
     if (!parse(logger, result == ReadResult::End))
-        return;
+        return false;
     if (result == ReadResult::End && !isHalted(logger)) {
         end(logger);
-        return;
+        return false;
     }
     if (result == ReadResult::NothingYet || notifier)
         turns.stop();
     if (isLive() && result == ReadResult::Data)
         beginPause(PauseStage::Resting);
+    return true;
 }
 
 void AGpsLoggerDevice::Private::beginPause(PauseStage stage)
 {
     pauseStage = stage;
-    pause.start(stage == PauseStage::Resting ? kPauseMs : stage == PauseStage::Dating ? kDateWaitMs : 0);
+    pause.start(stage == PauseStage::Resting ? restMs : stage == PauseStage::Dating ? kDateWaitMs : 0);
 }
 
 void AGpsLoggerDevice::Private::endPause(AGpsLoggerDevice *logger)
@@ -423,6 +443,16 @@ void AGpsLoggerDevice::setStreaming(bool streaming)
 bool AGpsLoggerDevice::isStreaming() const
 {
     return d->streaming.value_or(d->isInitialised && !ioIsFile());
+}
+
+int AGpsLoggerDevice::pause() const
+{
+    return d->restMs;
+}
+
+void AGpsLoggerDevice::setPause(int milliseconds)
+{
+    d->restMs = qMax(milliseconds, 0);
 }
 
 AVeldoranChipInformation AGpsLoggerDevice::chipinfo() const

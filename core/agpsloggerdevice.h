@@ -13,8 +13,8 @@ class QIODevice;
 // Reads position records from NMEA 0183 content: a file, or what a receiver sends over a serial port, a socket, a pipe
 // or a pseudo terminal. docs/formats.md lists the sentences that are read and how they become records.
 //
-// Everything runs on the thread of the event loop, in short turns; records are delivered from there alone, never from
-// inside a call.
+// Everything runs on the thread of the event loop, in turns; records are delivered from there alone, never from inside
+// a call. Of a file a turn reads a piece with records, or up to the next record, but for at most a second.
 class AVELDORAN_CORE_EXPORT AGpsLoggerDevice : public QObject
 {
     Q_OBJECT
@@ -41,6 +41,11 @@ public:
     // receiver sends meanwhile is passed over.
     void setStreaming(bool streaming);
     bool isStreaming() const;
+
+    // How long in milliseconds a receiver rests before what it has sent of a record counts as all of it; 200 unless it
+    // was set. Sentences of the same time that come later make the record be delivered again.
+    int pause() const;
+    void setPause(int milliseconds);
 
     // The chip of the receiver, as far as the application has set it.
     AVeldoranChipInformation chipinfo() const;

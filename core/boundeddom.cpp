@@ -108,10 +108,10 @@ public:
 
     bool startDTD(const QString &name, const QString &publicId, const QString &systemId) override
     {
-        // The parser stands on the end of the document type, or before its first declaration. It would read content
+        // The parser stands on the end of the document type, or on its internal subset, in which it would read content
         // models with recursion of any depth.
         if (m_source->last() != QLatin1Char('>'))
-            return refuse(XmlBound::Declarations);
+            return refuse(XmlBound::InternalSubset);
         return m_lexical->startDTD(name, publicId, systemId);
     }
     bool endDTD() override { return m_lexical->endDTD(); }

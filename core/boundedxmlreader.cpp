@@ -36,8 +36,8 @@ QString xmlBoundText(XmlBound bound)
         return tr("A tag, comment or text is longer than %1 bytes").arg(kMaxXmlTokenBytes);
     case XmlBound::Attributes:
         return tr("A tag has more than %1 attributes").arg(kMaxXmlAttributes);
-    case XmlBound::Declarations:
-        return tr("Declarations inside a document type are not read");
+    case XmlBound::InternalSubset:
+        return tr("The internal subset of a document type is not read");
     case XmlBound::Characters:
         return tr("The texts of the file are longer than %1 characters").arg(kMaxXmlCharacters);
     }
@@ -96,8 +96,8 @@ bool BoundedXmlReader::readNext()
     m_xml.readNext();
     if (m_device->finding() == XmlTagGuard::TooManyAttributes)
         m_xml.raiseError(xmlBoundText(XmlBound::Attributes));
-    else if (m_device->finding() == XmlTagGuard::Declarations)
-        m_xml.raiseError(xmlBoundText(XmlBound::Declarations));
+    else if (m_device->finding() == XmlTagGuard::InternalSubset)
+        m_xml.raiseError(xmlBoundText(XmlBound::InternalSubset));
     else if (m_device->isTokenTooLong())
         m_xml.raiseError(xmlBoundText(XmlBound::Token));
     m_device->tokenEnds();

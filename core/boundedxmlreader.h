@@ -7,8 +7,8 @@
 // Reads an XML file of any size as a stream, for forms with too many elements to hold as a tree, and bounds what a file
 // can cost. An error is raised where elements are nested more than kMaxXmlDepth deep (core/xmldocument.h), where a
 // token, which the parser holds as a whole, is longer than kMaxXmlTokenBytes, where a tag has more than
-// kMaxXmlAttributes attributes or the document type declares anything, entities above all (core/xmltagguard.h), where
-// the encoding is one in which that can't be seen, and where all texts together are longer than
+// kMaxXmlAttributes attributes or the document type has an internal subset, even an empty one (core/xmltagguard.h),
+// where the encoding is one in which that can't be seen, and where all texts together are longer than
 // kMaxXmlCharacters. Namespaces are not processed. Private to libaveldoran.
 constexpr qint64 kMaxXmlTokenBytes = qint64(1) << 28;
 constexpr qint64 kMaxXmlCharacters = qint64(1) << 29; // half of what one QString holds
@@ -18,7 +18,7 @@ enum class XmlBound
     Depth,
     Token,
     Attributes,
-    Declarations,
+    InternalSubset,
     Characters,
 };
 

@@ -80,7 +80,7 @@ void XmlTagGuard::acceptUnit(char unit)
         if (unit == '>') {
             enter(Text);
         } else if (unit == '[' && m_finding == Harmless) {
-            m_finding = Declarations;
+            m_finding = InternalSubset;
         } else if (isQuote) {
             m_quote = unit;
             enter(DocumentTypeLiteral);

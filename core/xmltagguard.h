@@ -15,7 +15,7 @@ public:
     {
         Harmless,
         TooManyAttributes, // more than kMaxXmlAttributes in one tag
-        Declarations,      // "[" in a document type
+        InternalSubset,    // "[" in a document type
     };
 
     // Takes the next bytes, cut anywhere. A finding stays.

@@ -28,12 +28,18 @@ bool AGeoDataProcessor::loadStoredNmeaContent(AGpsLoggerDevice *device, int file
     connect(device, &AGpsLoggerDevice::gpsRecordRead, this, &AGeoDataProcessor::addNmeaRecord);
     connect(&m_nmeaTimer, &QTimer::timeout, this, &AGeoDataProcessor::finishNmeaProcessing);
 
+    // A receiver that falls silent has to be seen to do so before the intake ends, or its last record would be missing.
+    const int pause = device->pause();
+    device->setPause(qMin(pause, timeout / 2));
+    const QPointer<AGpsLoggerDevice> loaded(device);
+
     // Before init(): a device that never delivers ends the intake too.
     m_nmeaTimer.setInterval(qMax(timeout, 0));
     m_nmeaTimer.setSingleShot(true);
     m_nmeaTimer.start();
     if (!device->init()) {
         m_nmeaTimer.stop();
+        device->setPause(pause);
         if (device->parent() == this)
             device->deleteLater();
         return false;
@@ -48,6 +54,8 @@ bool AGeoDataProcessor::loadStoredNmeaContent(AGpsLoggerDevice *device, int file
         QCoreApplication::processEvents(QEventLoop::AllEvents, kPassMs);
         QThread::yieldCurrentThread();
     }
+    if (loaded)
+        loaded->setPause(pause);
     return true;
 }
 
@@ -80,5 +88,9 @@ void AGeoDataProcessor::storeWaypoint(const AGeoData &record)
 {
     m_keys.clear();
     m_keyedWaypoints.clear(); // or the insertion would copy the map
-    m_waypoints.insert(record.recordTime, new AGeoData(record));
+    // Qt 5.15 would have a QMultiMap for this.
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED
+    m_waypoints.insertMulti(record.recordTime, new AGeoData(record));
+    QT_WARNING_POP
 }

@@ -50,10 +50,15 @@ public:
 
     // Waypoint intake
 
-    // Reads records until the device has been silent for `timeout` milliseconds, in a nested event loop; then
-    // nmeaProcessingFinished() is emitted, and every logger device among the processor's children is deleted. A
-    // `fileNumber` above 0 selects a file that the device has stored. False, at once and without that signal, if there
-    // is no device or its init() fails; it is deleted then if it is a child of the processor.
+    // Reads records in a nested event loop until none has come for `timeout` milliseconds. Then it emits
+    // nmeaProcessingFinished(), and deletes every logger device among the processor's children. A `fileNumber` above 0
+    // selects a file that the device has stored. False, at once and without that signal, if there is no device or its
+    // init() fails; it is deleted then if it is a child of the processor.
+    //
+    // Sentences without a fix are no records: `timeout` has to be longer than a receiver goes without one, and than the
+    // time between its fixes. Of a file a stretch without records that takes less than a second to read, some 100 MB,
+    // ends nothing, whatever the timeout; one that takes longer does so if it takes longer than the timeout, too. Of a
+    // receiver the last record is stored once nothing has followed for half of the timeout, but 0.2 seconds at most.
     //
     // The device stays connected for its whole life: one that isn't a child of the processor and is loaded from twice
     // delivers each record twice.
@@ -79,7 +84,8 @@ public:
     // damage are stored. False with the arguments untouched if it has no track to use.
     bool loadGpxDocument(QIODevice *device, QString *errorMessage, int *errorLine, int *errorColumn);
 
-    // Stores the points of the master track of the document that was read last. False if there is no such track.
+    // Stores the points of the master track of the document that was read last. False if there is no such track. The
+    // document stays in memory until the next one is read: 1,000,000 points take 3 GB.
     bool parseGpxTrackData();
 
     // The track that is read: none whose attribute "name" marks it as a data track; with times in Qt's text form the
@@ -102,7 +108,8 @@ public:
 
     // Reduces each sweep that has a position and values to an entry for the paths, in `unit`, or, if that is null, in
     // the unit of the first sweep's first value. Levels in a logarithmic unit are averaged in its linear counterpart.
-    // A second call appends the same sweeps again.
+    // A second call appends the same sweeps again. A sweep without any level that is a number has extremes that are
+    // empty values, and as such they count for the range of the recording.
     void processMeasurementData(const emu_entry *unit);
 
     // KML
@@ -119,7 +126,7 @@ public:
                         bool withTimeTrack, int labelFlags, bool absoluteGpsAltitude, unsigned int sensorFlags);
 
     // A new "Style" for lines of a colour RRGGBBAA (hexadecimal), with their curtain half as opaque. A width below 0
-    // is none.
+    // is none. Null without a document.
     QDomElement createStyleElement(QDomDocument *document, QString id, QString color, int width) const;
 
     // A copy of the record, which the caller owns, as a point of a measured path: at the height of the value within the
@@ -133,7 +140,7 @@ public:
                                float maximum) const;
 
     // A new "Folder" with a path along the points, which stay the caller's, and a placemark for each that has a
-    // description.
+    // description. A null pointer among them is passed over. Null without a document.
     QDomElement addKmlPath(QDomDocument *document, QString name, QList<AGeoData *> points, QString styleUrl,
                            QString altitudeMode, bool withTimeTrack, int labelFlags, float elevationScale) const;
 
@@ -154,7 +161,7 @@ protected Q_SLOTS:
 
 protected:
     QDomDocument m_gpxDocument;
-    QMultiMap<QDateTime, AGeoData *> m_waypoints; // by time, several of one time with the latest first; owned
+    QMap<QDateTime, AGeoData *> m_waypoints; // by time, several of one time with the latest first; owned
     QList<ASweep> m_sweeps;
     QList<KmlRelevantData> m_kmlData;
     QTimer m_nmeaTimer;
@@ -173,6 +180,6 @@ private:
     void storeWaypoint(const AGeoData &record);
     const std::vector<WaypointKey> &waypointKeys() const;
 
-    mutable std::vector<WaypointKey> m_keys;                   // of m_keyedWaypoints, ascending
-    mutable QMultiMap<QDateTime, AGeoData *> m_keyedWaypoints; // shares its data with m_waypoints until those change
+    mutable std::vector<WaypointKey> m_keys;              // of m_keyedWaypoints, ascending
+    mutable QMap<QDateTime, AGeoData *> m_keyedWaypoints; // shares its data with m_waypoints until those change
 };

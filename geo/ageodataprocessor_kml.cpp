@@ -1,7 +1,8 @@
 #include "geo/ageodataprocessor.h"
 
 #include "core/asettings.h"
-#include "core/xmldocument.h"
+#include "geo/elementmaker.h"
+#include "geo/kmlpath.h"
 
 #include <QtCore/QVariant>
 #include <QtGui/QVector3D>
@@ -67,13 +68,6 @@ private:
     Q_DISABLE_COPY(Points)
 };
 
-QDomElement textElement(QDomDocument *document, const char *name, const QString &text)
-{
-    QDomElement element = document->createElement(QLatin1String(name));
-    element.appendChild(document->createTextNode(xmlText(text)));
-    return element;
-}
-
 // The setting "Kml/IconHost" is a host, or an address up to the path.
 QString iconAddress()
 {
@@ -87,15 +81,13 @@ QString iconAddress()
     return host + QLatin1String("/mapfiles/kml/pal3/icon61.png");
 }
 
-QDomElement dataPointStyle(QDomDocument *document)
+QDomElement dataPointStyle(ElementMaker make)
 {
-    QDomElement style = document->createElement(QStringLiteral("Style"));
+    QDomElement style = make.make(QStringLiteral("Style"));
     style.setAttribute(QStringLiteral("id"), QStringLiteral("dataPoint"));
-    QDomElement icon = document->createElement(QStringLiteral("Icon"));
-    icon.appendChild(textElement(document, "href", iconAddress()));
-    QDomElement iconStyle = document->createElement(QStringLiteral("IconStyle"));
-    iconStyle.appendChild(icon);
-    style.appendChild(iconStyle);
+    QDomElement iconStyle = make.append(&style, QStringLiteral("IconStyle"));
+    QDomElement icon = make.append(&iconStyle, QStringLiteral("Icon"));
+    make.appendText(&icon, QStringLiteral("href"), iconAddress());
     return style;
 }
 
@@ -123,11 +115,12 @@ QDomDocument *AGeoDataProcessor::toKml(QString documentName, float elevationScal
                                    "xmlns:gx=\"http://www.google.com/kml/ext/2.2\">\n"
                                    "<Document>\n</Document>\n</kml>"));
     QDomElement top = kml->documentElement().firstChildElement();
-    top.appendChild(textElement(kml, "name", documentName));
-    top.appendChild(textElement(kml, "open", QStringLiteral("1")));
+    ElementMaker make(kml);
+    make.appendText(&top, QStringLiteral("name"), documentName);
+    make.appendText(&top, QStringLiteral("open"), QStringLiteral("1"));
     for (const LineStyle &style : kLineStyles)
         top.appendChild(createStyleElement(kml, QLatin1String(style.id), QLatin1String(style.color), -1));
-    top.appendChild(dataPointStyle(kml));
+    top.appendChild(dataPointStyle(make));
 
     if (withGpsTrack) {
         const QDomElement folder =
@@ -140,6 +133,7 @@ QDomDocument *AGeoDataProcessor::toKml(QString documentName, float elevationScal
 
     const QString aboveGround = QStringLiteral("relativeToGround");
     const bool valueInName = labelFlags & kValueInName;
+    std::vector<KmlPointTexts> texts(static_cast<std::size_t>(m_kmlData.size())); // of all paths along the entries
     const auto addMeasured = [&](const char *label, const char *style, AMeasurementValue KmlRelevantData::*value,
                                  bool withFrequency) {
         Points points;
@@ -148,8 +142,13 @@ QDomDocument *AGeoDataProcessor::toKml(QString documentName, float elevationScal
             points.list.append(completeWaypoint(entry.geoData, entry.*value, QLatin1String(label), withFrequency,
                                                 elevationScale, !withBalloons, valueInName));
         }
-        top.appendChild(addKmlPath(kml, QLatin1String(label) + QLatin1String(" Values"), points.list,
-                                   QLatin1String(style), aboveGround, withTimeTrack, labelFlags, elevationScale));
+        const KmlPath path{QLatin1String(label) + QLatin1String(" Values"),
+                           QLatin1String(style),
+                           aboveGround,
+                           withTimeTrack,
+                           labelFlags,
+                           elevationScale};
+        top.appendChild(kmlPathFolder(kml, path, points.list, &texts));
     };
     addMeasured("Maximum", "#lineRed", &KmlRelevantData::maximum, true);
     addMeasured("Average", "#lineYellow", &KmlRelevantData::average, false);
@@ -157,13 +156,13 @@ QDomDocument *AGeoDataProcessor::toKml(QString documentName, float elevationScal
 
     if (m_kmlData.isEmpty())
         return document.release();
-    for (const SensorPath &path : kSensorPaths) {
-        if (!(sensorFlags & path.flags))
+    for (const SensorPath &sensor : kSensorPaths) {
+        if (!(sensorFlags & sensor.flags))
             continue;
         std::vector<float> values;
         values.reserve(static_cast<std::size_t>(m_kmlData.size()));
         std::transform(m_kmlData.cbegin(), m_kmlData.cend(), std::back_inserter(values),
-                       [&path](const KmlRelevantData &entry) { return path.value(entry.geoData); });
+                       [&sensor](const KmlRelevantData &entry) { return sensor.value(entry.geoData); });
         float lowest = values.front();
         float highest = values.front();
         for (const float value : values) {
@@ -176,8 +175,9 @@ QDomDocument *AGeoDataProcessor::toKml(QString documentName, float elevationScal
             points.list.append(completeWaypoint(m_kmlData.at(i).geoData, values[static_cast<std::size_t>(i)],
                                                 elevationScale, lowest, highest));
         }
-        top.appendChild(addKmlPath(kml, QLatin1String(path.name), points.list, QLatin1String(path.style), aboveGround,
-                                   false, 0, elevationScale));
+        const KmlPath path{
+            QLatin1String(sensor.name), QLatin1String(sensor.style), aboveGround, false, 0, elevationScale};
+        top.appendChild(kmlPathFolder(kml, path, points.list, &texts));
     }
     return document.release();
 }

@@ -9,10 +9,8 @@
 #include "geo/waypoint.h"
 
 #include <QtCore/QFile>
+#include <QtCore/QPointer>
 #include <QtCore/QSettings>
-
-#include <algorithm>
-#include <cmath>
 
 namespace {
 
@@ -31,13 +29,6 @@ ASweepProcessor::PeakSuppressionMode peakSuppressionMode(const QSettings &settin
     if (isSet("PeakSuppression10") && !knowsNoiseFloor)
         return ASweepProcessor::Suppression10;
     return ASweepProcessor::NoSuppression;
-}
-
-// A sweep without any has nothing to show, and an extreme that is the empty value.
-bool hasNumbers(const ASweep &sweep)
-{
-    return std::any_of(sweep.values.cbegin(), sweep.values.cend(),
-                       [](const AMeasurementValue &value) { return !std::isnan(value.level); });
 }
 
 AMeasurementValue averageOf(const QList<AMeasurementValue> &values, const emu_entry *averagingUnit,
@@ -99,16 +90,21 @@ void AGeoDataProcessor::addSweep(ASweep &sweep)
         takeInNmeaRecord(&record);
         sweep.setGeoData(record);
     }
+    const QPointer<AGeoDataProcessor> self(this); // a receiver may delete the processor
     Q_EMIT sweepLoaded(sweep);
-    m_sweeps.append(sweep);
+    if (self)
+        m_sweeps.append(sweep);
 }
 
 int AGeoDataProcessor::assignWaypoints(int tolerance)
 {
     int positioned = 0;
     const int count = m_sweeps.size();
+    const QPointer<AGeoDataProcessor> self(this); // a receiver may delete the processor
     for (int i = 0; i < count; ++i) {
         Q_EMIT assigningSweepWaypoint(i, count);
+        if (!self || i >= m_sweeps.size())
+            break;
         ASweep &sweep = m_sweeps[i]; // only now: a receiver may have added one
         const AGeoData record = sweep.geoData();
         if (!record.isEmpty() && record.airPressure != 0.0F) {
@@ -137,7 +133,7 @@ void AGeoDataProcessor::processMeasurementData(const emu_entry *unit)
     for (const ASweep &sweep : qAsConst(m_sweeps)) {
         KmlRelevantData entry;
         entry.geoData = sweep.geoData();
-        if (entry.geoData.isEmpty() || !hasNumbers(sweep))
+        if (entry.geoData.isEmpty() || sweep.values.isEmpty())
             continue;
         const AMeasurementValue maximum = sweep.maximum();
         const AMeasurementValue minimum = sweep.minimum();

@@ -30,6 +30,9 @@ public:
     using AGeoDataProcessor::m_sweeps;
     using AGeoDataProcessor::m_waypoints;
 
+    // Each once.
+    QList<QDateTime> waypointTimes() const { return QMultiMap<QDateTime, AGeoData *>(m_waypoints).uniqueKeys(); }
+
     bool loadGpx(QByteArray content)
     {
         QBuffer buffer(&content);
@@ -119,4 +122,23 @@ inline QList<QDomElement> childrenNamed(const QDomElement &element, const QStrin
     for (QDomElement child = element.firstChildElement(name); !child.isNull(); child = child.nextSiblingElement(name))
         children.append(child);
     return children;
+}
+
+inline ASweep sweepAt(qint64 milliseconds, const QList<AMeasurementValue> &values = levels({-50.0, -40.0, -60.0}))
+{
+    return ASweep(values, at(milliseconds), at(milliseconds + 100));
+}
+
+inline ASweep positionedSweep(const QList<AMeasurementValue> &values, qint64 milliseconds = 0, float airPressure = 0.0F)
+{
+    ASweep sweep = sweepAt(milliseconds, values);
+    AGeoData record = nmeaPosition(milliseconds);
+    record.airPressure = airPressure;
+    sweep.setGeoData(record);
+    return sweep;
+}
+
+inline void add(Processor *processor, ASweep sweep)
+{
+    processor->addSweep(sweep);
 }

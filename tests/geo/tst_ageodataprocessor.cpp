@@ -51,7 +51,7 @@ private Q_SLOTS:
     void nothingIsFiltered();
     void everyRecordRestartsTheTimer();
     void aFileIsReadToItsEnd();
-    void aLogFromTheFieldIsReadWhole();
+    void fiveSentencesASecondMakeOneRecord();
     void aSilentLoggerEndsAfterTheTimeout();
     void anyFileNumberAboveZeroIsAskedFor_data();
     void anyFileNumberAboveZeroIsAskedFor();
@@ -205,7 +205,7 @@ void TestAGeoDataProcessor::recordsOfOneTimeAllStay()
         processor.addNmeaRecord(record);
     }
     QCOMPARE(processor.m_waypoints.size(), 3);
-    QCOMPARE(processor.m_waypoints.uniqueKeys(), QList<QDateTime>{at(0)});
+    QCOMPARE(processor.waypointTimes(), QList<QDateTime>{at(0)});
     QStringList names;
     for (const AGeoData *record : qAsConst(processor.m_waypoints))
         names.append(record->recordName);
@@ -246,9 +246,8 @@ void TestAGeoDataProcessor::aFileIsReadToItsEnd()
     QVERIFY(processor.loadStoredNmeaContent(name, kTimeoutMs));
     QCOMPARE(finished.count(), 1);
     QCOMPARE(stored.count(), 3);
-    QCOMPARE(
-        processor.m_waypoints.uniqueKeys(),
-        (QList<QDateTime>{utc(2024, 5, 17, 12, 35, 19), utc(2024, 5, 17, 12, 35, 20), utc(2024, 5, 17, 12, 35, 21)}));
+    QCOMPARE(processor.waypointTimes(), (QList<QDateTime>{utc(2024, 5, 17, 12, 35, 19), utc(2024, 5, 17, 12, 35, 20),
+                                                          utc(2024, 5, 17, 12, 35, 21)}));
     const AGeoData &second = *processor.m_waypoints.value(utc(2024, 5, 17, 12, 35, 20));
     QCOMPARE(second.latitude, 48.1173F);
     QCOMPARE(second.longitude, 11.516667F);
@@ -260,7 +259,7 @@ void TestAGeoDataProcessor::aFileIsReadToItsEnd()
 }
 
 // A drive of a thousand seconds, as a receiver writes it: five sentences for each.
-void TestAGeoDataProcessor::aLogFromTheFieldIsReadWhole()
+void TestAGeoDataProcessor::fiveSentencesASecondMakeOneRecord()
 {
     QByteArray log;
     for (int i = 0; i < 1000; ++i) {
@@ -277,7 +276,7 @@ void TestAGeoDataProcessor::aLogFromTheFieldIsReadWhole()
     file.close();
     Processor processor(nullptr);
     QVERIFY(processor.loadStoredNmeaContent(name, kTimeoutMs));
-    QCOMPARE(processor.m_waypoints.uniqueKeys().size(), 1000);
+    QCOMPARE(processor.waypointTimes().size(), 1000);
     QCOMPARE(processor.m_waypoints.firstKey(), utc(2024, 5, 17, 8, 0, 0));
     QCOMPARE(processor.m_waypoints.lastKey(), utc(2024, 5, 17, 8, 16, 39));
 }
@@ -415,7 +414,7 @@ void TestAGeoDataProcessor::sourcesAddUp()
     processor.addNmeaRecord(nmeaPosition(0));
     QVERIFY(processor.loadGpx("<gpx><trk><trkpt><time>2024-05-17T12:30:00Z</time></trkpt></trk></gpx>"));
     QCOMPARE(processor.m_waypoints.size(), 2);
-    QCOMPARE(processor.m_waypoints.uniqueKeys().size(), 1);
+    QCOMPARE(processor.waypointTimes().size(), 1);
 }
 
 void TestAGeoDataProcessor::theProcessorMayBeDeletedDuringTheIntake()

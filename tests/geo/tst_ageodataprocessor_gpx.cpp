@@ -166,7 +166,7 @@ void TestAGeoDataProcessorGpx::pointsAreFoundAtAnyDepth()
         processor.loadGpx(gpx("<metadata><trk><a><b>" + trackPoint("2024-05-17T12:30:00Z") + "</b></a>" +
                               trackPoint("2024-05-17T12:30:01Z", "<x>" + trackPoint("2024-05-17T12:30:02Z") + "</x>") +
                               "</trk></metadata>")));
-    QCOMPARE(processor.m_waypoints.uniqueKeys(), (QList<QDateTime>{at(0), at(1000), at(2000)}));
+    QCOMPARE(processor.waypointTimes(), (QList<QDateTime>{at(0), at(1000), at(2000)}));
 }
 
 void TestAGeoDataProcessorGpx::theFirstMatchBelowAPointCounts()
@@ -305,7 +305,7 @@ void TestAGeoDataProcessorGpx::loadingTwiceDoublesTheRecords()
     QVERIFY(processor.loadGpx(content));
     QVERIFY(processor.loadGpx(content));
     QCOMPARE(processor.m_waypoints.size(), 4);
-    QCOMPARE(processor.m_waypoints.uniqueKeys(), (QList<QDateTime>{at(0), at(1000)}));
+    QCOMPARE(processor.waypointTimes(), (QList<QDateTime>{at(0), at(1000)}));
 }
 
 void TestAGeoDataProcessorGpx::anotherDocumentReplacesTheFirst()

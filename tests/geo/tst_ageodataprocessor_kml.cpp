@@ -89,6 +89,10 @@ private Q_SLOTS:
     void theSensorFolders();
     void eachSensorFillsTheHeight();
     void sensorFoldersAreAboveGroundWithoutTracksAndNames();
+    void theHeadingOfTheRecordIsShown();
+    void aFirstValueThatIsNoNumberStaysTheRange();
+    void theCeilingOfTheDriveIsAtTheScale();
+    void aScaleBelowZeroKeepsTheAltitudes();
     void withoutMeasurementsThereAreNoSensors();
     void aSecondCallGivesAnEqualDocument();
     void aDriveFromRecordingToDocument();
@@ -486,6 +490,60 @@ void TestAGeoDataProcessorKml::sensorFoldersAreAboveGroundWithoutTracksAndNames(
         QVERIFY(sensor.firstChildElement("Placemark").firstChildElement("gx:Track").isNull());
         QVERIFY(sensor.firstChildElement("Folder").isNull());
         QCOMPARE(textAt(childrenNamed(sensor, "Placemark").last(), "name"), QString("Maximum"));
+    }
+}
+
+void TestAGeoDataProcessorKml::theHeadingOfTheRecordIsShown()
+{
+    measure({-50.0, -40.0, -45.0});
+    Request request;
+    request.sensorFlags = 2;
+    const QStringList before = heights(folder(*kml(request), "Compass Heading"));
+    for (auto &entry : m_processor->m_kmlData)
+        entry.heading = 360.0F - entry.heading;
+    QCOMPARE(heights(folder(*kml(request), "Compass Heading")), before);
+    QVERIFY(before.contains("100.000000"));
+}
+
+void TestAGeoDataProcessorKml::aFirstValueThatIsNoNumberStaysTheRange()
+{
+    measure({-50.0, -40.0, -45.0});
+    Request request;
+    request.sensorFlags = 4;
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    m_processor->m_kmlData[1].geoData.airPressure = nan;
+    QCOMPARE(heights(folder(*kml(request), "Air Pressure")), QStringList({"0.000000", "nan", "100.000000"}));
+    m_processor->m_kmlData[0].geoData.airPressure = nan;
+    QCOMPARE(heights(folder(*kml(request), "Air Pressure")), QStringList({"nan", "nan", "nan"}));
+}
+
+void TestAGeoDataProcessorKml::theCeilingOfTheDriveIsAtTheScale()
+{
+    m_processor->addNmeaRecord(nmeaPosition(0));
+    m_processor->m_waypoints.first()->description.clear();
+    Request request;
+    request.withGpsTrack = true;
+    request.elevationScale = 250.0F;
+    const auto document = kml(request);
+    const QDomElement gps = folder(*document, "Original GPS Data");
+    QCOMPARE(heights(gps), QStringList{"500.000000"});
+    QCOMPARE(textAt(gps.lastChildElement("Placemark"), "LineString/coordinates"),
+             QString("11.250000,48.500000,250.000000\n11.250000,48.500000,250.005000\n"));
+}
+
+void TestAGeoDataProcessorKml::aScaleBelowZeroKeepsTheAltitudes()
+{
+    measure({-50.0, -40.0});
+    Request request;
+    request.elevationScale = -3.0F;
+    request.withBalloons = false;
+    request.sensorFlags = 4;
+    const auto document = kml(request);
+    for (const QString &name : QStringList{"Maximum Values", "Air Pressure"}) {
+        const QDomElement path = folder(*document, name);
+        QCOMPARE(heights(path), QStringList({"500.000000", "500.000000"}));
+        QVERIFY(textAt(path.lastChildElement("Placemark"), "LineString/coordinates")
+                    .startsWith("11.250000,48.500000,-3.000000\n11.250000,48.500000,-2.995000\n"));
     }
 }
 

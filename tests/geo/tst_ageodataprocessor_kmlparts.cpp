@@ -46,8 +46,10 @@ private Q_SLOTS:
     void theLabelFollowsTheName();
     void theHeightIsThatOfTheValueInTheRecording_data();
     void theHeightIsThatOfTheValueInTheRecording();
+    void theHeightIsOfTheValueNotOfWhatIsShown();
     void anEmptyRangeGivesNoNumber();
     void theValueInTheName();
+    void theLocaleIsForFrequenciesAlone();
     void placeholdersInTextsStayWhole();
     void aSensorPointHasAHeightAndNoDescription();
     void aPathWithoutPoints();
@@ -60,6 +62,9 @@ private Q_SLOTS:
     void numbersHaveSixDecimals();
     void aPointWithoutATimeHasAnEmptyWhen();
     void whatXmlCantHoldIsLeftOut();
+    void withoutADocumentThereIsNoElement();
+    void nullAmongThePointsIsPassedOver();
+    void pathsOfManyPointsGrowWithTheirNumber();
 
 private:
     QDomElement path(const QList<AGeoData> &records, const Path &path)
@@ -120,6 +125,8 @@ void TestAGeoDataProcessorKmlParts::theValueRow_data()
     QTest::newRow("dBm") << -47.12345 << kdBm << "-47.123 dBm";
     QTest::newRow("dBm has no prefix") << 0.001 << kdBm << "0.001 dBm";
     QTest::newRow("millivolt") << 0.0123456 << kV << "12.346 mV";
+    QTest::newRow("divided in extended precision") << 5.0065e-6 << kV << QString::fromUtf8("5.006 \u00b5V");
+    QTest::newRow("rounded after that") << 0.0050025 << kV << "5.003 mV";
     QTest::newRow("volt up to 5000") << 4999.0 << kV << "4999.000 V";
     QTest::newRow("kilovolt from 5000") << 5000.0 << kV << "5.000 kV";
     QTest::newRow("microwatt") << 4e-6 << kW << QString::fromUtf8("4000.000 nW");
@@ -226,6 +233,18 @@ void TestAGeoDataProcessorKmlParts::theHeightIsThatOfTheValueInTheRecording()
     }
 }
 
+// 50 mV is half of 100 mV.
+void TestAGeoDataProcessorKmlParts::theHeightIsOfTheValueNotOfWhatIsShown()
+{
+    Processor processor(nullptr);
+    processor.m_maximum.level = 0.1;
+    const AMeasurementValue value(0.05, kV, megahertz(100), 0, 0.0);
+    const std::unique_ptr<AGeoData> point(
+        processor.completeWaypoint(described(0, "P", "<table>"), value, "Maximum", false, 100.0F, false, false));
+    QVERIFY(point->description.contains("50.000 mV"));
+    QCOMPARE(point->altitude, 50.0F);
+}
+
 void TestAGeoDataProcessorKmlParts::anEmptyRangeGivesNoNumber()
 {
     Processor processor(nullptr);
@@ -251,6 +270,24 @@ void TestAGeoDataProcessorKmlParts::theValueInTheName()
         QCOMPARE(point->recordName, QString(withoutBalloon ? "P" : "P Maximum") + " (" + value.formatValueString(true) +
                                         " @ 100.500000 MHz)");
     }
+}
+
+void TestAGeoDataProcessorKmlParts::theLocaleIsForFrequenciesAlone()
+{
+    const QLocale before;
+    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+    const Processor processor(nullptr);
+    const AMeasurementValue value(-50.25, kdBm, AFrequency("1234.5 MHz"), 0, 0.0);
+    std::unique_ptr<AGeoData> point(
+        processor.completeWaypoint(described(0, "P", "<table>"), value, "Maximum", true, 0.0F, false, true));
+    const QDomElement folder = path({*point}, {});
+    QLocale::setDefault(before);
+    QCOMPARE(point->description, QString("<table><tr><td>Maximum Value:</td><td>-50.250 dBm</td></tr>\n"
+                                         "<tr><td>Frequency:</td><td>1.234,500000 MHz</td></tr>\n</table>\n"));
+    QVERIFY2(point->recordName.endsWith("@ 1.234,500000 MHz)"), qPrintable(point->recordName));
+    QCOMPARE(textAt(folder, "Folder/Placemark/Point/coordinates"), QString("11.250000,48.500000,500.000000"));
+    QCOMPARE(textAt(folder, "Placemark/LineString/coordinates"),
+             QString("11.250000,48.500000,500.000000\n11.250000,48.500000,500.005000\n"));
 }
 
 void TestAGeoDataProcessorKmlParts::placeholdersInTextsStayWhole()
@@ -419,6 +456,53 @@ void TestAGeoDataProcessorKmlParts::whatXmlCantHoldIsLeftOut()
         path({described(0, QString("A") + QChar(0) + QChar(0xd800) + "B" + emoji, QString(QChar(1)) + "d")}, asked);
     QCOMPARE(textAt(folder, "Folder/Placemark/name"), "AB" + emoji);
     QCOMPARE(textAt(folder, "Folder/Placemark/description"), QString("d"));
+}
+
+void TestAGeoDataProcessorKmlParts::withoutADocumentThereIsNoElement()
+{
+    const Processor processor(nullptr);
+    QVERIFY(processor.createStyleElement(nullptr, "anId", "ff0000ff", 1).isNull());
+    QVERIFY(processor.addKmlPath(nullptr, "N", {}, "#s", "absolute", true, 1, 1.0F).isNull());
+}
+
+void TestAGeoDataProcessorKmlParts::nullAmongThePointsIsPassedOver()
+{
+    AGeoData record = position(0);
+    const Processor processor(nullptr);
+    const auto coordinates = [&](const Points &points) {
+        QDomDocument document;
+        const QDomElement folder = processor.addKmlPath(&document, "N", points, "#s", "absolute", true, 1, 1.0F);
+        return QStringList{textAt(folder, "Placemark/LineString/coordinates"),
+                           textAt(folder.lastChildElement("Placemark"), "LineString/coordinates"), outline(folder)};
+    };
+    QCOMPARE(coordinates({nullptr, &record, nullptr}), coordinates({&record}));
+    QCOMPARE(coordinates({nullptr}), coordinates({}));
+    record.description = "d";
+    QCOMPARE(coordinates({nullptr, &record, nullptr}), coordinates({&record}));
+}
+
+void TestAGeoDataProcessorKmlParts::pathsOfManyPointsGrowWithTheirNumber()
+{
+    constexpr int kFew = 20000;
+    constexpr int kTimes = 10;
+    AGeoData record = position(0);
+    const Processor processor(nullptr);
+    const auto secondsFor = [&](int count) {
+        Points points;
+        for (int i = 0; i < count; ++i)
+            points.append(&record);
+        QDomDocument document;
+        const CpuClock clock;
+        const QDomElement folder = processor.addKmlPath(&document, "N", points, "#s", "absolute", false, 0, 1.0F);
+        const double seconds = clock.seconds();
+        if (textAt(folder, "Placemark/LineString/coordinates").count('\n') != 2 * count)
+            QTest::qFail("points are missing", __FILE__, __LINE__);
+        return seconds;
+    };
+    secondsFor(kFew); // warms up
+    const double few = secondsFor(kFew);
+    const double many = secondsFor(kFew * kTimes);
+    QVERIFY2(many < 3 * kTimes * few + 0.05, qPrintable(QString("%1 s and %2 s").arg(few).arg(many)));
 }
 
 QTEST_GUILESS_MAIN(TestAGeoDataProcessorKmlParts)

@@ -3,7 +3,6 @@
 #include "core/asettings.h"
 #include "core/astoragelocation.h"
 #include "core/aveldorandevice.h"
-#include "core/emu.h"
 
 #include "geo/processor.h"
 
@@ -28,25 +27,6 @@ public:
 private:
     bool m_hasNoiseFloor;
 };
-
-ASweep sweepAt(qint64 milliseconds, const QList<AMeasurementValue> &values = levels({-50.0, -40.0, -60.0}))
-{
-    return ASweep(values, at(milliseconds), at(milliseconds + 100));
-}
-
-ASweep positionedSweep(const QList<AMeasurementValue> &values, qint64 milliseconds = 0, float airPressure = 0.0F)
-{
-    ASweep sweep = sweepAt(milliseconds, values);
-    AGeoData record = nmeaPosition(milliseconds);
-    record.airPressure = airPressure;
-    sweep.setGeoData(record);
-    return sweep;
-}
-
-void add(Processor *processor, ASweep sweep)
-{
-    processor->addSweep(sweep);
-}
 
 } // namespace
 
@@ -75,21 +55,10 @@ private Q_SLOTS:
     void progressIsSignalledBeforeEachSweep();
     void receiversOfTheProgressMayAddToTheProcessor();
     void withoutSweepsNoneHasAPosition();
-    void measurementsAreReducedToAnEntry();
-    void theBalloonStaysOpen_data();
-    void theBalloonStaysOpen();
-    void theAverage_data();
-    void theAverage();
-    void theUnitOfTheFirstValueIsTheDefault();
-    void valuesAreConvertedToTheUnit();
-    void theExtremesAreThoseOfTheRecording();
-    void sweepsWithoutPositionOrValuesArePassedOver();
-    void sweepsWithoutAnyNumberArePassedOver();
-    void aNumberAmidOthersThatAreNone();
-    void withoutAFirstValueNothingChanges();
-    void aSecondCallAppendsTheSameSweepsAgain();
-    void unknownUnitsWarnForEachConversion();
-    void valuesOfAnotherFamilyAreNoNumbers();
+    void theProcessorMayBeDeletedByReceivers_data();
+    void theProcessorMayBeDeletedByReceivers();
+    void sweepsMayVanishWhileTheyArePaired();
+    void recordsOfAReplayRestartTheTimerWithoutEffect();
 
 private:
     std::unique_ptr<QTemporaryDir> m_dir;
@@ -145,7 +114,7 @@ void TestAGeoDataProcessorRecording::aRecordingIsReplayed()
     QCOMPARE(processor.m_sweeps.at(0).values, levels({-50.0, -40.0, -60.0}));
     QVERIFY(processor.m_sweeps.at(0).geoData().isEmpty());
     QCOMPARE(processor.m_sweeps.at(1).geoData().latitude, 48.5F);
-    QCOMPARE(processor.m_waypoints.uniqueKeys(), (QList<QDateTime>{at(0), at(30)}));
+    QCOMPARE(processor.waypointTimes(), (QList<QDateTime>{at(0), at(30)}));
     QCOMPARE(processor.m_waypoints.first()->latitude, 48.5F);
 }
 
@@ -379,217 +348,66 @@ void TestAGeoDataProcessorRecording::withoutSweepsNoneHasAPosition()
     QCOMPARE(processor.assignWaypoints(1000), 0);
 }
 
-void TestAGeoDataProcessorRecording::measurementsAreReducedToAnEntry()
+void TestAGeoDataProcessorRecording::theProcessorMayBeDeletedByReceivers_data()
 {
-    Processor processor(nullptr);
-    ASweep sweep = sweepAt(0, levels({-50.0, -40.0, -60.0}));
-    AGeoData record = nmeaPosition(0);
-    record.source = 9;
-    record.airPressure = 990.0F;
-    record.magnetometer[0] = 1.0F;
-    record.magnetometer[1] = -1.0F;
-    record.accelerometer[2] = 1.0F;
-    sweep.setGeoData(record);
-    processor.addSweep(sweep);
-    processor.processMeasurementData(nullptr);
-
-    QCOMPARE(processor.m_kmlData.size(), 1);
-    const AGeoDataProcessor::KmlRelevantData &entry = processor.m_kmlData.first();
-    QCOMPARE(entry.maximum, AMeasurementValue(-40.0, kdBm, megahertz(101), 0, 0.0));
-    QCOMPARE(entry.minimum, AMeasurementValue(-60.0, kdBm, megahertz(102), 0, 0.0));
-    QCOMPARE(entry.average.frequency, megahertz(100));
-    QCOMPARE(entry.average.unit, quint8(kdBm));
-    QCOMPARE(entry.heading, static_cast<float>(record.estimateHeading(true)));
-    QVERIFY(entry.heading > 0.0F);
-    QCOMPARE(entry.geoData.source, 9);
-    QCOMPARE(entry.geoData.airPressure, 990.0F);
-    QCOMPARE(entry.geoData.latitude, 48.5F);
-    QCOMPARE(entry.geoData.recordName, QString("2024-05-17T12:30:00Z"));
+    QTest::addColumn<bool>("whilePairing");
+    QTest::newRow("when a sweep comes") << false;
+    QTest::newRow("while sweeps are paired") << true;
 }
 
-void TestAGeoDataProcessorRecording::theBalloonStaysOpen_data()
+void TestAGeoDataProcessorRecording::theProcessorMayBeDeletedByReceivers()
 {
-    QTest::addColumn<bool>("hasHeading");
-    QTest::addColumn<QString>("name");
-    QTest::newRow("without a heading") << false << "P";
-    QTest::newRow("with a heading") << true << "P";
-}
-
-void TestAGeoDataProcessorRecording::theBalloonStaysOpen()
-{
-    QFETCH(bool, hasHeading);
-    QFETCH(QString, name);
-    ASweep sweep = sweepAt(1999);
-    AGeoData record = nmeaPosition(1999);
-    record.recordName = name;
-    record.description = "replaced";
-    if (hasHeading) {
-        record.magnetometer[1] = -1.0F;
-        record.accelerometer[2] = 1.0F;
+    QFETCH(bool, whilePairing);
+    AMdrDocument document;
+    document.addSweep(sweepAt(0));
+    document.addSweep(sweepAt(1000));
+    auto *processor = new Processor(nullptr);
+    const QPointer<Processor> alive(processor);
+    if (whilePairing) {
+        add(processor, positionedSweep(levels({-50.0}), 0, 990.0F));
+        add(processor, sweepAt(1000));
+        connect(processor, &AGeoDataProcessor::assigningSweepWaypoint, this, [processor](int sweep, int) {
+            if (sweep == 1)
+                delete processor;
+        });
+        QCOMPARE(processor->assignWaypoints(0), 1); // those before
+    } else {
+        connect(processor, &AGeoDataProcessor::sweepLoaded, this, [processor] { delete processor; });
+        QVERIFY(processor->processMdrData(&document));
+        QTRY_VERIFY(!alive);
     }
-    sweep.setGeoData(record);
-    Processor processor(nullptr);
-    processor.addSweep(sweep);
-    processor.processMeasurementData(nullptr);
-    const AGeoDataProcessor::KmlRelevantData &entry = processor.m_kmlData.first();
-    QCOMPARE(entry.heading, hasHeading ? 90.0F : 0.0F);
-    QCOMPARE(entry.geoData.recordName, name);
-    QCOMPARE(entry.geoData.description,
-             QString("<table>\n<tr><td>Date:</td><td>2024-05-17</td></tr>\n"
-                     "<tr><td>Time:</td><td>12:30:01</td></tr>\n"
-                     "<tr><td>Latitude:</td><td>48.500000</td></tr>\n"
-                     "<tr><td>Longitude:</td><td>11.250000</td></tr>\n") +
-                 (hasHeading ? "<tr><td>Compass Heading:</td><td>90 &deg;</td></tr>\n" : ""));
+    QVERIFY(!alive);
 }
 
-void TestAGeoDataProcessorRecording::theAverage_data()
-{
-    QTest::addColumn<QList<AMeasurementValue>>("values");
-    QTest::addColumn<int>("unit");
-    QTest::addColumn<double>("level");
-
-    QTest::newRow("one value") << levels({-47.5}) << kdBm << -47.5;
-    QTest::newRow("dBm as power") << levels({-10.0, -20.0}) << kdBm << 10 * std::log10((0.1 + 0.01) / 2);
-    QTest::newRow("watt as they are") << levels({1.0, 3.0}, kW) << kW << 2.0;
-    QTest::newRow("dBm shown in watt") << levels({30.0, 40.0}) << kW << 5.5;
-    QTest::newRow("watt shown in dBm") << levels({1.0, 3.0}, kW) << kdBm << 10 * std::log10(2000.0);
-    QTest::newRow("volt as voltages") << levels({1.0, 3.0}, kV) << kV << 2.0;
-}
-
-void TestAGeoDataProcessorRecording::theAverage()
-{
-    QFETCH(QList<AMeasurementValue>, values);
-    QFETCH(int, unit);
-    QFETCH(double, level);
-    Processor processor(nullptr);
-    add(&processor, positionedSweep(values));
-    processor.processMeasurementData(emu_find(unit));
-    const AMeasurementValue average = processor.m_kmlData.first().average;
-    QVERIFY2(std::fabs(average.level - level) < 1e-9, qPrintable(QString::number(average.level, 'g', 17)));
-    QCOMPARE(int(average.unit), unit);
-    QCOMPARE(average.frequency, megahertz(100));
-}
-
-void TestAGeoDataProcessorRecording::theUnitOfTheFirstValueIsTheDefault()
+void TestAGeoDataProcessorRecording::sweepsMayVanishWhileTheyArePaired()
 {
     Processor processor(nullptr);
-    add(&processor, sweepAt(0, levels({1.0}, kW))); // has no position, and yet names the unit
-    add(&processor, positionedSweep(levels({30.0})));
-    processor.processMeasurementData(nullptr);
-    QCOMPARE(int(processor.m_kmlData.first().maximum.unit), kW);
-    QCOMPARE(processor.m_kmlData.first().maximum.level, 1.0);
+    for (int i = 0; i < 3; ++i)
+        add(&processor, positionedSweep(levels({-50.0})));
+    connect(&processor, &AGeoDataProcessor::assigningSweepWaypoint, this, [&processor](int sweep, int) {
+        if (sweep == 1)
+            processor.m_sweeps.erase(processor.m_sweeps.begin() + 1, processor.m_sweeps.end());
+    });
+    QCOMPARE(processor.assignWaypoints(0), 1);
 }
 
-void TestAGeoDataProcessorRecording::valuesAreConvertedToTheUnit()
+void TestAGeoDataProcessorRecording::recordsOfAReplayRestartTheTimerWithoutEffect()
 {
+    AMdrDocument document;
+    document.addGeoData(nmeaPosition(0));
+    document.addSweep(sweepAt(10));
     Processor processor(nullptr);
-    add(&processor, positionedSweep(levels({30.0, 20.0})));
-    processor.processMeasurementData(emu_find(kW));
-    const AGeoDataProcessor::KmlRelevantData &entry = processor.m_kmlData.first();
-    QCOMPARE(entry.maximum.level, 1.0);
-    QCOMPARE(entry.minimum.level, 0.1);
-    for (const AMeasurementValue &value :
-         {entry.maximum, entry.minimum, entry.average, processor.m_maximum, processor.m_minimum})
-        QCOMPARE(int(value.unit), kW);
-    QCOMPARE(processor.m_maximum.level, 1.0);
-    QCOMPARE(processor.m_minimum.level, 0.1);
-}
-
-void TestAGeoDataProcessorRecording::theExtremesAreThoseOfTheRecording()
-{
-    Processor processor(nullptr);
-    add(&processor, positionedSweep(levels({-50.0, -40.0})));
-    add(&processor, sweepAt(1000, levels({0.0, -200.0}))); // without a position
-    add(&processor, positionedSweep(levels({-90.0, -30.0})));
-    add(&processor, positionedSweep(levels({-60.0})));
-    processor.processMeasurementData(nullptr);
-    QCOMPARE(processor.m_kmlData.size(), 3);
-    QCOMPARE(processor.m_maximum, AMeasurementValue(-30.0, kdBm, megahertz(101), 0, 0.0));
-    QCOMPARE(processor.m_minimum, AMeasurementValue(-90.0, kdBm, megahertz(100), 0, 0.0));
-}
-
-void TestAGeoDataProcessorRecording::sweepsWithoutPositionOrValuesArePassedOver()
-{
-    Processor processor(nullptr);
-    add(&processor, sweepAt(0));
-    add(&processor, positionedSweep({}));
-    add(&processor, positionedSweep(levels({-1.0})));
-    processor.processMeasurementData(nullptr);
-    QCOMPARE(processor.m_kmlData.size(), 1);
-    QCOMPARE(processor.m_kmlData.first().maximum.level, -1.0);
-}
-
-// Their extremes are empty values, and would take the place of those of other sweeps.
-void TestAGeoDataProcessorRecording::sweepsWithoutAnyNumberArePassedOver()
-{
-    Processor processor(nullptr);
-    add(&processor, positionedSweep(levels({-50.0})));
-    add(&processor, positionedSweep(levels({kNaN, kNaN})));
-    add(&processor, positionedSweep(levels({-70.0})));
-    processor.processMeasurementData(nullptr);
-    QCOMPARE(processor.m_kmlData.size(), 2);
-    QCOMPARE(processor.m_maximum.level, -50.0);
-    QCOMPARE(processor.m_minimum.level, -70.0);
-}
-
-void TestAGeoDataProcessorRecording::aNumberAmidOthersThatAreNone()
-{
-    Processor processor(nullptr);
-    add(&processor, positionedSweep(levels({kNaN, -50.0, kNaN})));
-    processor.processMeasurementData(nullptr);
-    QCOMPARE(processor.m_kmlData.size(), 1);
-    QCOMPARE(processor.m_kmlData.first().maximum.level, -50.0);
-    QCOMPARE(processor.m_kmlData.first().minimum.level, -50.0);
-    QVERIFY(std::isnan(processor.m_kmlData.first().average.level));
-    QCOMPARE(processor.m_maximum.level, -50.0);
-}
-
-void TestAGeoDataProcessorRecording::withoutAFirstValueNothingChanges()
-{
-    Processor processor(nullptr);
-    processor.processMeasurementData(emu_find(kW));
-    QCOMPARE(processor.m_maximum, AMeasurementValue());
-    add(&processor, positionedSweep({}));
-    add(&processor, positionedSweep(levels({-50.0})));
-    processor.processMeasurementData(emu_find(kW));
-    QVERIFY(processor.m_kmlData.isEmpty());
-    QCOMPARE(processor.m_maximum, AMeasurementValue());
-    QCOMPARE(processor.m_minimum, AMeasurementValue());
-}
-
-void TestAGeoDataProcessorRecording::aSecondCallAppendsTheSameSweepsAgain()
-{
-    Processor processor(nullptr);
-    add(&processor, positionedSweep(levels({-50.0, -40.0})));
-    processor.processMeasurementData(nullptr);
-    processor.processMeasurementData(nullptr);
-    QCOMPARE(processor.m_kmlData.size(), 2);
-    QCOMPARE(processor.m_kmlData.at(0).geoData.description, processor.m_kmlData.at(1).geoData.description);
-    QCOMPARE(processor.m_maximum.level, -40.0);
-}
-
-void TestAGeoDataProcessorRecording::unknownUnitsWarnForEachConversion()
-{
-    Processor processor(nullptr);
-    add(&processor, positionedSweep(levels({1.0, 3.0}, 99)));
-    // two values and their average, the extremes of the sweep, and those of the recording
-    for (int i = 0; i < 2 + 1 + 2 + 2; ++i)
-        QTest::ignoreMessage(QtWarningMsg, "warning: converting to null-pointer unit is undefined");
-    processor.processMeasurementData(nullptr);
-    QCOMPARE(processor.m_kmlData.size(), 1);
-    QCOMPARE(processor.m_kmlData.first().average.level, 2.0);
-    QCOMPARE(processor.m_kmlData.first().maximum.level, 3.0);
-}
-
-void TestAGeoDataProcessorRecording::valuesOfAnotherFamilyAreNoNumbers()
-{
-    constexpr int kVm = 9; // V/m
-    Processor processor(nullptr);
-    add(&processor, positionedSweep(levels({1.0}, kVm)));
-    processor.processMeasurementData(emu_find(kdBm));
-    QCOMPARE(processor.m_kmlData.size(), 1);
-    QVERIFY(std::isnan(processor.m_kmlData.first().maximum.level));
-    QVERIFY(std::isnan(processor.m_maximum.level));
+    QSignalSpy intake(&processor, &AGeoDataProcessor::nmeaProcessingFinished);
+    QSignalSpy finished(&processor, &AGeoDataProcessor::mdrProcessingFinished);
+    bool isRestarted = false;
+    connect(&processor, &AGeoDataProcessor::nmeaRecordProcessed, this,
+            [&] { isRestarted = processor.m_nmeaTimer.isActive(); });
+    QVERIFY(processor.processMdrData(&document));
+    QVERIFY(finished.wait());
+    QVERIFY(isRestarted);
+    QTRY_VERIFY(!processor.m_nmeaTimer.isActive());
+    QCOMPARE(intake.count(), 0);
+    QCOMPARE(processor.findChildren<AReplayProcessor *>().size(), 1);
 }
 
 QTEST_GUILESS_MAIN(TestAGeoDataProcessorRecording)

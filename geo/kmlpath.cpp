@@ -1,0 +1,192 @@
+#include "geo/kmlpath.h"
+
+#include "core/ageodata.h"
+#include "geo/elementmaker.h"
+#include "geo/waypoint.h"
+
+#include <QtCore/QStringBuilder>
+
+#include <cstring>
+
+namespace {
+
+constexpr double kCurtainRiseMetres = 0.005;
+
+QString fixedNumber(double value)
+{
+    constexpr int kDecimals = 6;
+    return QString::number(value, 'f', kDecimals);
+}
+
+QString fixedNumber(float value)
+{
+    return fixedNumber(static_cast<double>(value));
+}
+
+KmlPointTexts::Height heightTexts(float altitude)
+{
+    return {altitude, fixedNumber(altitude), fixedNumber(static_cast<double>(altitude) + kCurtainRiseMetres)};
+}
+
+// A path is drawn as a curtain: at each point the line goes to its height, and up by a little.
+class Curtain
+{
+public:
+    // Piece by piece: a QString that a QStringBuilder is added to grows by what it needs alone, each time anew.
+    void addPoint(const QString &longitude, const QString &latitude, const KmlPointTexts::Height &height)
+    {
+        for (const QString *altitude : {&height.bottom, &height.top}) {
+            m_text.append(longitude);
+            m_text.append(QLatin1Char(','));
+            m_text.append(latitude);
+            m_text.append(QLatin1Char(','));
+            m_text.append(*altitude);
+            m_text.append(QLatin1Char('\n'));
+        }
+    }
+    // For a document, which keeps it.
+    const QString &text()
+    {
+        m_text.squeeze();
+        return m_text;
+    }
+
+private:
+    QString m_text;
+};
+
+QDomElement appendLine(ElementMaker make, QDomElement *placemark, const QString &altitudeMode)
+{
+    QDomElement line = make.append(placemark, QStringLiteral("LineString"));
+    make.appendText(&line, QStringLiteral("extrude"), QStringLiteral("1"));
+    make.appendText(&line, QStringLiteral("tessellate"), QStringLiteral("1"));
+    make.appendText(&line, QStringLiteral("altitudeMode"), altitudeMode);
+    return line;
+}
+
+// The ceiling of paths without waypoints.
+void appendGreyLine(ElementMaker make, QDomElement *folder, const KmlPath &path, const QList<AGeoData *> &points,
+                    std::vector<KmlPointTexts> *texts)
+{
+    const KmlPointTexts::Height ceiling = heightTexts(path.elevationScale);
+    Curtain curtain;
+    auto text = texts->begin();
+    for (const AGeoData *point : points) {
+        if (point)
+            curtain.addPoint(text->longitude(*point), text->latitude(*point), ceiling);
+        ++text;
+    }
+    QDomElement placemark = make.append(folder, QStringLiteral("Placemark"));
+    make.appendText(&placemark, QStringLiteral("name"), QStringLiteral("Maximum"));
+    make.appendText(&placemark, QStringLiteral("styleUrl"), QStringLiteral("#lineGrey"));
+    QDomElement line = appendLine(make, &placemark, path.altitudeMode);
+    make.appendText(&line, QStringLiteral("coordinates"), curtain.text());
+}
+
+void appendWaypoint(ElementMaker make, QDomElement *folder, const KmlPath &path, const AGeoData &point,
+                    KmlPointTexts *texts)
+{
+    enum LabelFlag
+    {
+        NameOfRecord = 1,
+        NameOfTime = 2,
+    };
+
+    QDomElement waypoint = make.append(folder, QStringLiteral("Placemark"));
+    make.appendText(&waypoint, QStringLiteral("visibility"), QStringLiteral("0"));
+    if (path.labelFlags != 0) {
+        make.appendText(&waypoint, QStringLiteral("name"),
+                        path.labelFlags & NameOfRecord ? point.recordName
+                        : path.labelFlags & NameOfTime ? texts->time(point)
+                                                       : QString());
+    }
+    make.appendText(&waypoint, QStringLiteral("description"), point.description);
+    make.appendText(&waypoint, QStringLiteral("styleUrl"), QStringLiteral("#dataPoint"));
+    QDomElement position = make.append(&waypoint, QStringLiteral("Point"));
+    make.appendText(&position, QStringLiteral("coordinates"),
+                    texts->longitude(point) % QLatin1Char(',') % texts->latitude(point) % QLatin1Char(',') %
+                        texts->height(point).bottom);
+    make.appendText(&position, QStringLiteral("altitudeMode"), path.altitudeMode);
+}
+
+} // namespace
+
+const QString &KmlPointTexts::longitude(const AGeoData &point)
+{
+    if (m_longitude.isEmpty())
+        m_longitude = fixedNumber(point.longitude);
+    return m_longitude;
+}
+
+const QString &KmlPointTexts::latitude(const AGeoData &point)
+{
+    if (m_latitude.isEmpty())
+        m_latitude = fixedNumber(point.latitude);
+    return m_latitude;
+}
+
+const QString &KmlPointTexts::time(const AGeoData &point)
+{
+    if (m_time.isEmpty())
+        m_time = isoText(point.recordTime);
+    return m_time;
+}
+
+const KmlPointTexts::Height &KmlPointTexts::height(const AGeoData &point)
+{
+    // Equal bits: 0 and -0 have texts of their own.
+    if (m_height.bottom.isEmpty() || std::memcmp(&m_height.altitude, &point.altitude, sizeof point.altitude) != 0)
+        m_height = heightTexts(point.altitude);
+    return m_height;
+}
+
+QDomElement kmlPathFolder(QDomDocument *document, const KmlPath &path, const QList<AGeoData *> &points,
+                          std::vector<KmlPointTexts> *texts)
+{
+    ElementMaker make(document);
+    QDomElement folder = make.make(QStringLiteral("Folder"));
+    make.appendText(&folder, QStringLiteral("name"), path.name);
+    make.appendText(&folder, QStringLiteral("open"), QStringLiteral("1"));
+    QDomElement placemark = make.append(&folder, QStringLiteral("Placemark"));
+    make.appendText(&placemark, QStringLiteral("name"), QStringLiteral("Elevation Profile"));
+    make.appendText(&placemark, QStringLiteral("styleUrl"), path.styleUrl);
+    QDomElement track;
+    if (path.withTimeTrack) {
+        track = make.append(&placemark, QStringLiteral("gx:Track"));
+        make.appendText(&track, QStringLiteral("extrude"), QStringLiteral("1"));
+        make.appendText(&track, QStringLiteral("altitudeMode"), path.altitudeMode);
+    }
+    QDomElement line = appendLine(make, &placemark, path.altitudeMode);
+
+    QDomElement waypoints = make.make(QStringLiteral("Folder"));
+    make.appendText(&waypoints, QStringLiteral("name"), QStringLiteral("Measurement Waypoints"));
+    make.appendText(&waypoints, QStringLiteral("visibility"), QStringLiteral("0"));
+
+    bool hasWaypoints = false;
+    Curtain curtain;
+    auto text = texts->begin();
+    for (const AGeoData *point : points) {
+        KmlPointTexts &pointTexts = *text++;
+        if (!point)
+            continue;
+        const QString &longitude = pointTexts.longitude(*point);
+        const QString &latitude = pointTexts.latitude(*point);
+        const KmlPointTexts::Height &height = pointTexts.height(*point);
+        curtain.addPoint(longitude, latitude, height);
+        if (path.withTimeTrack) {
+            make.appendText(&track, QStringLiteral("when"), pointTexts.time(*point));
+            make.appendText(&track, QStringLiteral("gx:coord"),
+                            longitude % QLatin1Char(' ') % latitude % QLatin1Char(' ') % height.bottom);
+        }
+        if (!point->description.isEmpty()) {
+            hasWaypoints = true;
+            appendWaypoint(make, &waypoints, path, *point, &pointTexts);
+        }
+    }
+    if (hasWaypoints)
+        folder.appendChild(waypoints);
+    else
+        appendGreyLine(make, &folder, path, points, texts);
+    make.appendText(&line, QStringLiteral("coordinates"), curtain.text());
+    return folder;
+}
