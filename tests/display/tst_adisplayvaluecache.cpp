@@ -508,9 +508,9 @@ void TestDisplayValueCache::largeListsAreThinned_data()
     QTest::addColumn<int>("count");
     QTest::addColumn<int>("columns");
 
-    QTest::newRow("one column of a million") << 1000000 << 1;
+    QTest::newRow("one column") << 200000 << 1;
     QTest::newRow("a display") << 1000000 << 1920;
-    QTest::newRow("nearly as many columns") << 1000000 << 999999;
+    QTest::newRow("nearly as many columns") << 100000 << 99999;
 }
 
 void TestDisplayValueCache::largeListsAreThinned()
@@ -534,9 +534,9 @@ void TestDisplayValueCache::agreesWithTheReferenceOnRandomSizes()
     int thinned = 0;
     int copied = 0;
     int changed = 0;
-    for (int round = 0; round < 8000; ++round) {
-        const int columns = number(0, 9) == 0 ? number(0, 3) : number(1, 300);
-        const int n = number(0, 5) == 0 ? columns : number(0, 1200);
+    for (int round = 0; round < 3000; ++round) {
+        const int columns = number(0, 9) == 0 ? number(0, 3) : number(1, 150);
+        const int n = number(0, 5) == 0 ? columns : number(0, 600);
         Values values;
         for (int i = 0; i < n; ++i) {
             // Few distinct levels, so that many are equal; now and then an odd one, or an empty value.
@@ -566,7 +566,7 @@ void TestDisplayValueCache::agreesWithTheReferenceOnRandomSizes()
             changed += difference(before, cache.data()).isEmpty() ? 0 : 1;
         }
     }
-    QVERIFY(thinned > 10000 && copied > 2000 && changed > 10000);
+    QVERIFY(thinned > 4000 && copied > 800 && changed > 4000);
 }
 
 void TestDisplayValueCache::agreesWithTheReferenceOnEverySmallSize()
