@@ -13,6 +13,7 @@ set(AVELDORAN_PRIVATE_HEADERS
     core/boundeddom.h
     core/boundedxmlreader.h
     core/calibrationfile.h
+    core/coretext.h
     core/crc32.h
     core/interpolation.h
     core/limitcurve.h

@@ -6,7 +6,8 @@ export LC_ALL=C.UTF-8
 logs=build/logs
 program=build/release/apps/aveldoran/aveldoran
 
-library_packages=(cmake g++ libqwt-qt5-dev libudev-dev ninja-build qtbase5-dev)
+library_packages=(cmake g++ libqwt-qt5-dev libudev-dev ninja-build qtbase5-dev
+    qttools5-dev-tools)
 check_packages=("${library_packages[@]}" bash-completion dpkg-dev fakeroot file
     help2man libbenchmark-dev libumockdev-dev lintian pkg-config umockdev)
 

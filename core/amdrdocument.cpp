@@ -60,11 +60,11 @@ bool AMdrDocument::Private::index(QString *errorText)
     bool isRecording = false;
     quint32 version = 0;
     if (!input.readHeader(&isRecording, &version) || !isRecording) {
-        setText(errorText, tr("Not a recording"));
+        setText(errorText, AMdrDocument::tr("Not a recording"));
         return false;
     }
     if (version != MdrFormat::kVersion) {
-        setText(errorText, tr("A recording of the unknown version %1").arg(version));
+        setText(errorText, AMdrDocument::tr("A recording of the unknown version %1").arg(version));
         return false;
     }
     bool isEnd = false;
@@ -72,16 +72,16 @@ bool AMdrDocument::Private::index(QString *errorText)
         const qint64 at = input.position();
         quint32 type = 0;
         if (!input.beginChunk(fileBytes, &type)) {
-            setText(errorText, tr("The recording breaks off or is damaged at byte %1").arg(at));
+            setText(errorText, AMdrDocument::tr("The recording breaks off or is damaged at byte %1").arg(at));
             return false;
         }
         if (!indexChunk(type, at, chunks, &isEnd)) {
-            setText(errorText, tr("The recording is damaged in the part that begins at byte %1").arg(at));
+            setText(errorText, AMdrDocument::tr("The recording is damaged in the part that begins at byte %1").arg(at));
             return false;
         }
     }
     if (input.position() != fileBytes) {
-        setText(errorText, tr("The recording ends at byte %1, but the file goes on").arg(input.position()));
+        setText(errorText, AMdrDocument::tr("The recording ends at byte %1, but the file goes on").arg(input.position()));
         return false;
     }
     return true;
@@ -134,7 +134,7 @@ bool AMdrDocument::Private::openEntry(const Entry &entry, QString *errorText) co
 
 QString AMdrDocument::Private::unreadableText() const
 {
-    return file->error() == QFileDevice::NoError ? tr("The file of the recording was changed") : file->errorString();
+    return file->error() == QFileDevice::NoError ? AMdrDocument::tr("The file of the recording was changed") : file->errorString();
 }
 
 bool AMdrDocument::load(const QString &fileName, QString *errorText)
@@ -164,7 +164,7 @@ bool AMdrDocument::load(const QString &fileName, QString *errorText)
 bool AMdrDocument::readSweep(int record, ASweep *sweep, QString *errorText) const
 {
     if (!d->has(record, SweepRecord)) {
-        setText(errorText, tr("The recording has no such sweep"));
+        setText(errorText, AMdrDocument::tr("The recording has no such sweep"));
         return false;
     }
     const Private::Entry &entry = d->entries[static_cast<std::size_t>(record)];
@@ -185,7 +185,7 @@ bool AMdrDocument::readSweep(int record, ASweep *sweep, QString *errorText) cons
 bool AMdrDocument::readGeoData(int record, AGeoData *geoData, QString *errorText) const
 {
     if (!d->has(record, GeoDataRecord)) {
-        setText(errorText, tr("The recording has no such position record"));
+        setText(errorText, AMdrDocument::tr("The recording has no such position record"));
         return false;
     }
     const Private::Entry &entry = d->entries[static_cast<std::size_t>(record)];

@@ -80,7 +80,7 @@ bool AMdrDocument::Private::writeEntry(const Entry &entry, Output *to, QString *
     const auto at = static_cast<std::size_t>(entry.at);
     if (entry.type == SweepRecord ? writeRecord(to, sweepsInMemory[at]) : writeRecord(to, geoDataInMemory[at]))
         return true;
-    setText(errorText, tr("A record is too large for a recording"));
+    setText(errorText, AMdrDocument::tr("A record is too large for a recording"));
     return false;
 }
 
@@ -89,7 +89,7 @@ bool AMdrDocument::Private::writeAll(const QString &fileName, std::vector<qint64
                                      QString *errorText) const
 {
     if (!isReplaceable(fileName)) {
-        setText(errorText, tr("Not a regular file"));
+        setText(errorText, AMdrDocument::tr("Not a regular file"));
         return false;
     }
     QSaveFile target(fileName);
@@ -101,7 +101,7 @@ bool AMdrDocument::Private::writeAll(const QString &fileName, std::vector<qint64
     to.writeHeader();
     bool ok = true;
     if (device && !writeRecord(&to, *device)) {
-        setText(errorText, tr("A record is too large for a recording"));
+        setText(errorText, AMdrDocument::tr("A record is too large for a recording"));
         ok = false;
     }
     for (auto entry = entries.begin(); ok && entry != entries.end(); ++entry) {
@@ -128,7 +128,7 @@ bool AMdrDocument::Private::writeAll(const QString &fileName, std::vector<qint64
 bool AMdrDocument::save(const QString &fileName, QString *errorText) const
 {
     if (d->isBeingRecorded(fileName)) {
-        setText(errorText, tr("The file is being recorded"));
+        setText(errorText, AMdrDocument::tr("The file is being recorded"));
         return false;
     }
     d->writeWaiting();
@@ -181,7 +181,7 @@ bool AMdrDocument::startRecording(const QString &fileName, QString *errorText)
 bool AMdrDocument::finishRecording(QString *errorText)
 {
     if (!d->recorder) {
-        setText(errorText, tr("Nothing is being recorded"));
+        setText(errorText, AMdrDocument::tr("Nothing is being recorded"));
         return false;
     }
     if (d->writeWaiting()) {
@@ -189,7 +189,7 @@ bool AMdrDocument::finishRecording(QString *errorText)
         if (!d->output->flush() || ::fsync(d->recorder->handle()) != 0)
             d->stopRecordingBecause(d->recorder->errorString());
         else if (isDeleted(*d->recorder))
-            d->recordingError = tr("The file of the recording was deleted or replaced");
+            d->recordingError = AMdrDocument::tr("The file of the recording was deleted or replaced");
     }
     d->turnEnd->stop();
     d->output.reset();
@@ -225,7 +225,7 @@ bool AMdrDocument::Private::record(const Record &record, qint64 *at)
     const qint64 begin = recordedFrom + output->position();
     if (!writeRecord(output.get(), record)) {
         if (writeWaiting())
-            stopRecordingBecause(tr("A record is too large for a recording"));
+            stopRecordingBecause(AMdrDocument::tr("A record is too large for a recording"));
         return false;
     }
     if ((isLarge || output->waitingBytes() >= kMostWaitingBytes) && !writeWaiting())

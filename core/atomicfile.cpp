@@ -1,6 +1,7 @@
 #include "core/atomicfile.h"
 
-#include <QtCore/QCoreApplication>
+#include "core/coretext.h"
+
 #include <QtCore/QFileInfo>
 #include <QtCore/QSaveFile>
 
@@ -14,7 +15,7 @@ bool writeFileAtomically(const QString &fileName, const QByteArray &content, QSt
 {
     if (!isReplaceable(fileName)) {
         if (errorText)
-            *errorText = QCoreApplication::translate("AveldoranCore", "Not a regular file");
+            *errorText = CoreText::tr("Not a regular file");
         return false;
     }
     QSaveFile file(fileName);

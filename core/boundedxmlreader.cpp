@@ -1,16 +1,10 @@
 #include "core/boundedxmlreader.h"
 
+#include "core/coretext.h"
 #include "core/xmldocument.h"
 #include "core/xmltagguard.h"
 
-#include <QtCore/QCoreApplication>
-
 namespace {
-
-QString tr(const char *text)
-{
-    return QCoreApplication::translate("AveldoranCore", text);
-}
 
 // Whether XmlTagGuard sees the markup that a parser sees: in some encodings "<" is another byte, or several.
 bool isGuarded(const QString &encoding, bool isWideText)
@@ -31,15 +25,15 @@ QString xmlBoundText(XmlBound bound)
 {
     switch (bound) {
     case XmlBound::Depth:
-        return tr("Elements are nested more than %1 deep").arg(kMaxXmlDepth);
+        return CoreText::tr("Elements are nested more than %1 deep").arg(kMaxXmlDepth);
     case XmlBound::Token:
-        return tr("A tag, comment or text is longer than %1 bytes").arg(kMaxXmlTokenBytes);
+        return CoreText::tr("A tag, comment or text is longer than %1 bytes").arg(kMaxXmlTokenBytes);
     case XmlBound::Attributes:
-        return tr("A tag has more than %1 attributes").arg(kMaxXmlAttributes);
+        return CoreText::tr("A tag has more than %1 attributes").arg(kMaxXmlAttributes);
     case XmlBound::InternalSubset:
-        return tr("The internal subset of a document type is not read");
+        return CoreText::tr("The internal subset of a document type is not read");
     case XmlBound::Characters:
-        return tr("The texts of the file are longer than %1 characters").arg(kMaxXmlCharacters);
+        return CoreText::tr("The texts of the file are longer than %1 characters").arg(kMaxXmlCharacters);
     }
     return {};
 }
@@ -103,7 +97,7 @@ bool BoundedXmlReader::readNext()
     m_device->tokenEnds();
 
     if (m_xml.isStartDocument() && !isGuarded(m_xml.documentEncoding().toString(), m_device->isWideText()))
-        m_xml.raiseError(tr("The encoding '%1' is not read").arg(m_xml.documentEncoding()));
+        m_xml.raiseError(CoreText::tr("The encoding '%1' is not read").arg(m_xml.documentEncoding()));
     m_depth += m_xml.isStartElement() ? 1 : 0;
     if (m_depth > kMaxXmlDepth)
         m_xml.raiseError(xmlBoundText(XmlBound::Depth));

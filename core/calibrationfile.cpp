@@ -1,9 +1,9 @@
 #include "core/calibrationfile.h"
 
 #include "core/atomicfile.h"
+#include "core/coretext.h"
 #include "core/xmldocument.h"
 
-#include <QtCore/QCoreApplication>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QLocale>
@@ -20,11 +20,6 @@ constexpr qint64 kBlockBytes = 1 << 16;
 constexpr qint64 kMaxFirstLineBytes = 1 << 16;
 constexpr char kByteOrderMark[] = "\xef\xbb\xbf";
 
-QString translated(const char *text)
-{
-    return QCoreApplication::translate("AveldoranCore", text);
-}
-
 // By what stands first; an XML file in UTF-16 begins with a byte order mark of its own.
 bool looksLikeXml(QIODevice *device)
 {
@@ -37,7 +32,7 @@ bool looksLikeXml(QIODevice *device)
 bool readText(QIODevice *device, const CalibrationFile::Defaults &defaults, QList<ACalibrationData> *objects,
               CalibrationFile::Problem *problem)
 {
-    *problem = CalibrationFile::problem(QT_TRANSLATE_NOOP("AveldoranCore", "expected a text file"));
+    *problem = CalibrationFile::problem(QT_TRANSLATE_NOOP("CoreText", "expected a text file"));
     if (device->peek(3) == kByteOrderMark)
         device->skip(3);
     ByteSource source(device);
@@ -45,7 +40,7 @@ bool readText(QIODevice *device, const CalibrationFile::Defaults &defaults, QLis
     do {
         if (!readLine(&source, kMaxFirstLineBytes, &line)) {
             if (!source.failed())
-                *problem = CalibrationFile::problem(QT_TRANSLATE_NOOP("AveldoranCore", "expected calibration objects"));
+                *problem = CalibrationFile::problem(QT_TRANSLATE_NOOP("CoreText", "expected calibration objects"));
             return false;
         }
     } while (CalibrationFile::isBlankOrComment(line));
@@ -119,7 +114,7 @@ bool readCalibrationFile(const QString &fileName, ACalibrationData::CalibrationT
     QFile file(fileName);
     QString reason;
     if (!openRegularFile(&file, &reason)) {
-        *errorText = translated("Could not read file '%1': %2").arg(fileName, reason);
+        *errorText = CoreText::tr("Could not read file '%1': %2").arg(fileName, reason);
         return false;
     }
     const CalibrationFile::Defaults defaults = {type, QFileInfo(fileName).completeBaseName()};
@@ -128,9 +123,9 @@ bool readCalibrationFile(const QString &fileName, ACalibrationData::CalibrationT
                                         : readText(&file, defaults, objects, &problem);
     if (ok)
         return true;
-    *errorText = problem.line > 0 ? translated("Could not read calibration file '%1': line %2: %3")
+    *errorText = problem.line > 0 ? CoreText::tr("Could not read calibration file '%1': line %2: %3")
                                         .arg(fileName, QString::number(problem.line), problem.text)
-                                  : translated("Could not read calibration file '%1': %2").arg(fileName, problem.text);
+                                  : CoreText::tr("Could not read calibration file '%1': %2").arg(fileName, problem.text);
     return false;
 }
 
@@ -159,7 +154,7 @@ namespace CalibrationFile {
 
 Problem problem(const char *text, qint64 line)
 {
-    return {translated(text), line};
+    return {CoreText::tr(text), line};
 }
 
 ByteSource::ByteSource(QIODevice *device)

@@ -73,12 +73,12 @@ bool readSections(const QByteArray &firstLine, ByteSource *source, const Default
         if (line.startsWith('[')) {
             ACalibrationData object;
             if (!readSectionLine(line, defaults, &object))
-                return expected(QT_TRANSLATE_NOOP("AveldoranCore", "expected a known type in brackets and a label"));
+                return expected(QT_TRANSLATE_NOOP("CoreText", "expected a known type in brackets and a label"));
             objects->append(object);
         } else if (objects->isEmpty()) {
-            return expected(QT_TRANSLATE_NOOP("AveldoranCore", "expected '[type] label' before the first entry"));
+            return expected(QT_TRANSLATE_NOOP("CoreText", "expected '[type] label' before the first entry"));
         } else if (!readEntryLine(line, &objects->last())) {
-            return expected(QT_TRANSLATE_NOOP("AveldoranCore", "expected a frequency and a gain"));
+            return expected(QT_TRANSLATE_NOOP("CoreText", "expected a frequency and a gain"));
         }
     }
     return true;

@@ -167,20 +167,20 @@ public:
     const char *addRow(const Cells &cells)
     {
         if (!sortCells(cells))
-            return QT_TRANSLATE_NOOP("AveldoranCore", "expected nothing beyond the named columns");
+            return QT_TRANSLATE_NOOP("CoreText", "expected nothing beyond the named columns");
         const auto isFilled = [this](Column column) { return !m_row[column].isEmpty(); };
         if (isFilled(FrequencyColumn) != isFilled(GainColumn))
-            return QT_TRANSLATE_NOOP("AveldoranCore", "expected both a frequency and a gain, or none");
+            return QT_TRANSLATE_NOOP("CoreText", "expected both a frequency and a gain, or none");
         if (!isFilled(ObjectColumn) && !isFilled(LabelColumn) && !isFilled(EscapedLabelColumn) &&
             !isFilled(TypeColumn) && !isFilled(FrequencyColumn))
             return nullptr; // an empty row of a spreadsheet
         const int index = objectOfRow();
         if (index < 0)
-            return QT_TRANSLATE_NOOP("AveldoranCore",
+            return QT_TRANSLATE_NOOP("CoreText",
                                      "expected a label and a known type, the same in all rows of an object");
         return !isFilled(FrequencyColumn) || addEntry(&(*m_objects)[index])
                    ? nullptr
-                   : QT_TRANSLATE_NOOP("AveldoranCore", "expected a frequency and a gain");
+                   : QT_TRANSLATE_NOOP("CoreText", "expected a frequency and a gain");
     }
 
 private:
@@ -285,7 +285,7 @@ bool readTable(const QByteArray &firstLine, ByteSource *source, const Defaults &
     };
     Columns columns;
     if (!readColumns(firstLine, &columns))
-        return expected(QT_TRANSLATE_NOOP("AveldoranCore",
+        return expected(QT_TRANSLATE_NOOP("CoreText",
                                           "expected '<', 'caldata 1', '[type] label', or the names of columns with "
                                           "'frequency' and 'gain' among them"));
     TableReader reader(columns, defaults, objects);
@@ -298,7 +298,7 @@ bool readTable(const QByteArray &firstLine, ByteSource *source, const Defaults &
             continue;
         }
         if (!readRow(source, columns.separator, &cells))
-            return expected(QT_TRANSLATE_NOOP("AveldoranCore", "expected a row with each quote closed"));
+            return expected(QT_TRANSLATE_NOOP("CoreText", "expected a row with each quote closed"));
         if (const char *text = reader.addRow(cells))
             return expected(text);
     }

@@ -63,17 +63,17 @@ const char *startElement(const BoundedXmlReader &reader, const CalibrationFile::
     case 1:
         return reader.isNamed(kRoot) && attributes.allTaken()
                    ? nullptr
-                   : QT_TRANSLATE_NOOP("AveldoranCore", "expected <calibrations> without attributes");
+                   : QT_TRANSLATE_NOOP("CoreText", "expected <calibrations> without attributes");
     case 2:
         return reader.isNamed(kObject) && startObject(attributes, defaults, objects)
                    ? nullptr
-                   : QT_TRANSLATE_NOOP("AveldoranCore", "expected <calibration> with a label and a known type");
+                   : QT_TRANSLATE_NOOP("CoreText", "expected <calibration> with a label and a known type");
     case 3:
         return reader.isNamed(kEntry) && readEntry(attributes, &objects->last())
                    ? nullptr
-                   : QT_TRANSLATE_NOOP("AveldoranCore", "expected <level> with a frequency and a gain");
+                   : QT_TRANSLATE_NOOP("CoreText", "expected <level> with a frequency and a gain");
     default:
-        return QT_TRANSLATE_NOOP("AveldoranCore", "expected no element inside <level>");
+        return QT_TRANSLATE_NOOP("CoreText", "expected no element inside <level>");
     }
 }
 
@@ -116,7 +116,7 @@ bool readXml(QIODevice *device, const Defaults &defaults, QList<ACalibrationData
         if (reader.xml().isStartElement())
             expected = startElement(reader, defaults, objects);
         else if (reader.xml().isCharacters() && !reader.xml().isWhitespace())
-            expected = QT_TRANSLATE_NOOP("AveldoranCore", "expected no text between the elements");
+            expected = QT_TRANSLATE_NOOP("CoreText", "expected no text between the elements");
         if (expected) {
             *problem = CalibrationFile::problem(expected, reader.xml().lineNumber());
             return false;

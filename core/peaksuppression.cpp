@@ -1,10 +1,10 @@
 #include "core/peaksuppression.h"
 
 #include "core/calibrationfile.h"
+#include "core/coretext.h"
 #include "core/emu.h"
 #include "core/xmldocument.h"
 
-#include <QtCore/QCoreApplication>
 #include <QtCore/QFile>
 
 #include <algorithm>
@@ -75,11 +75,6 @@ private:
     int m_size = 0;
 };
 
-QString translated(const char *text)
-{
-    return QCoreApplication::translate("AveldoranCore", text);
-}
-
 // "begin; end; decibels"
 bool readRange(const QByteArray &line, SuppressedRange *range)
 {
@@ -120,20 +115,20 @@ bool readPeakSuppressionFile(const QString &fileName, std::vector<SuppressedRang
         if (CalibrationFile::isBlankOrComment(line))
             continue;
         if (!readRange(line, &range)) {
-            *errorText = translated("Line %1: expected a begin, an end and decibels, separated by \";\"").arg(number);
+            *errorText = CoreText::tr("Line %1: expected a begin, an end and decibels, separated by \";\"").arg(number);
             ranges->clear();
             return false;
         }
         ranges->push_back(range);
     }
     if (source.failed()) {
-        *errorText = translated("Not a text file");
+        *errorText = CoreText::tr("Not a text file");
         ranges->clear();
         return false;
     }
     std::sort(ranges->begin(), ranges->end(), beginsBefore);
     if (std::adjacent_find(ranges->begin(), ranges->end(), overlaps) != ranges->end()) {
-        *errorText = translated("Two ranges overlap");
+        *errorText = CoreText::tr("Two ranges overlap");
         ranges->clear();
         return false;
     }

@@ -1,8 +1,8 @@
 #include "core/xmldocument.h"
 
 #include "core/boundedxmlreader.h"
+#include "core/coretext.h"
 
-#include <QtCore/QCoreApplication>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QXmlStreamReader>
@@ -196,7 +196,7 @@ bool openRegularFile(QFile *file, QString *errorText)
 {
     const QFileInfo info(file->fileName());
     if (info.exists() && !info.isFile() && !info.isDir()) { // opening a pipe would wait for its other end
-        *errorText = QCoreApplication::translate("AveldoranCore", "Not a regular file");
+        *errorText = CoreText::tr("Not a regular file");
         return false;
     }
     if (!file->open(QIODevice::ReadOnly)) {
@@ -240,7 +240,7 @@ QDomDocument readXmlDocument(QIODevice *device, XmlError *error)
         return {};
     }
     if (!cursor.isWritable) {
-        *error = {QCoreApplication::translate("AveldoranCore", "Invalid name of a processing instruction"),
+        *error = {CoreText::tr("Invalid name of a processing instruction"),
                   xml.lineNumber(), xml.columnNumber()};
         return {};
     }

@@ -1,6 +1,9 @@
 #include "apps/aveldoran/commands.h"
 #include "apps/aveldoran/console.h"
 
+#include <core/asettings.h>
+#include <core/atranslator.h>
+
 #include <QtCore/QCoreApplication>
 #include <QtWidgets/QApplication>
 
@@ -105,6 +108,9 @@ int main(int argc, char **argv)
     }
     arguments.removeAt(1);
     arguments[0] = QStringLiteral("aveldoran %1").arg(name);
+    ATranslator translator;
+    if (translator.setLanguage(ASettings::language()))
+        QCoreApplication::installTranslator(&translator);
     Console::reportWarnings();
     return command->run(arguments);
 }

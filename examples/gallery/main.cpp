@@ -65,6 +65,9 @@ int main(int argc, char **argv)
         qputenv("QT_QPA_PLATFORM", "offscreen"); // a picture needs no display
     const QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("aveldoran-gallery"));
+    ATranslator translator;
+    if (translator.setLanguage(ASettings::language()))
+        QApplication::installTranslator(&translator);
 
     QCommandLineParser parser;
     parser.setApplicationDescription(QObject::tr("Every model and delegate of the library, with live data."));
