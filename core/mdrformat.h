@@ -6,6 +6,7 @@
 #include <QtCore/QIODevice>
 
 #include <limits>
+#include <memory>
 
 struct DeviceRecord;
 
@@ -83,7 +84,7 @@ private:
     void sum();
 
     QIODevice *m_device;
-    QByteArray m_block;
+    std::unique_ptr<char[]> m_block;
     qint64 m_position = 0; // of the block
     qint64 m_used = 0;
     qint64 m_flushed = 0; // by the last flush

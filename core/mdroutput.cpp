@@ -89,7 +89,7 @@ qint64 chunkBytes(const DeviceRecord &device)
 
 Output::Output(QIODevice *device)
     : m_device(device)
-    , m_block(static_cast<int>(kBlockBytes), Qt::Uninitialized)
+    , m_block(new char[kBlockBytes])
 {}
 
 void Output::writeHeader()
@@ -193,7 +193,7 @@ bool Output::flush()
     sum();
     // A device may take less than it was given without an error; why, it says when it is given the rest.
     for (qint64 written = 0; m_ok && written < m_used;) {
-        const qint64 size = m_device->write(m_block.constData() + written, m_used - written);
+        const qint64 size = m_device->write(m_block.get() + written, m_used - written);
         m_ok = size > 0;
         written += size;
     }
@@ -217,7 +217,7 @@ bool Output::hasRoom(qint64 bytes) const
 
 QByteArray Output::lastBlock() const
 {
-    return m_block.left(static_cast<int>(m_flushed));
+    return QByteArray(m_block.get(), static_cast<int>(m_flushed));
 }
 
 template<typename Number>
@@ -260,12 +260,12 @@ char *Output::room(qint64 bytes)
 {
     if (m_used + bytes > kBlockBytes)
         flush();
-    return m_block.data() + m_used;
+    return m_block.get() + m_used;
 }
 
 void Output::sum()
 {
-    m_sum = crc32(m_sum, m_block.constData() + m_summed, m_used - m_summed);
+    m_sum = crc32(m_sum, m_block.get() + m_summed, m_used - m_summed);
     m_summed = m_used;
 }
 
