@@ -81,7 +81,8 @@ bool AMdrDocument::Private::index(QString *errorText)
         }
     }
     if (input.position() != fileBytes) {
-        setText(errorText, AMdrDocument::tr("The recording ends at byte %1, but the file goes on").arg(input.position()));
+        setText(errorText,
+                AMdrDocument::tr("The recording ends at byte %1, but the file goes on").arg(input.position()));
         return false;
     }
     return true;
@@ -134,7 +135,8 @@ bool AMdrDocument::Private::openEntry(const Entry &entry, QString *errorText) co
 
 QString AMdrDocument::Private::unreadableText() const
 {
-    return file->error() == QFileDevice::NoError ? AMdrDocument::tr("The file of the recording was changed") : file->errorString();
+    return file->error() == QFileDevice::NoError ? AMdrDocument::tr("The file of the recording was changed")
+                                                 : file->errorString();
 }
 
 bool AMdrDocument::load(const QString &fileName, QString *errorText)

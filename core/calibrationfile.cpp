@@ -123,9 +123,10 @@ bool readCalibrationFile(const QString &fileName, ACalibrationData::CalibrationT
                                         : readText(&file, defaults, objects, &problem);
     if (ok)
         return true;
-    *errorText = problem.line > 0 ? CoreText::tr("Could not read calibration file '%1': line %2: %3")
-                                        .arg(fileName, QString::number(problem.line), problem.text)
-                                  : CoreText::tr("Could not read calibration file '%1': %2").arg(fileName, problem.text);
+    *errorText = problem.line > 0
+                     ? CoreText::tr("Could not read calibration file '%1': line %2: %3")
+                           .arg(fileName, QString::number(problem.line), problem.text)
+                     : CoreText::tr("Could not read calibration file '%1': %2").arg(fileName, problem.text);
     return false;
 }
 

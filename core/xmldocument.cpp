@@ -240,8 +240,7 @@ QDomDocument readXmlDocument(QIODevice *device, XmlError *error)
         return {};
     }
     if (!cursor.isWritable) {
-        *error = {CoreText::tr("Invalid name of a processing instruction"),
-                  xml.lineNumber(), xml.columnNumber()};
+        *error = {CoreText::tr("Invalid name of a processing instruction"), xml.lineNumber(), xml.columnNumber()};
         return {};
     }
     return cursor.document;

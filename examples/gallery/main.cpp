@@ -1,5 +1,7 @@
 #include "gallery.h"
 
+#include <core/asettings.h>
+#include <core/atranslator.h>
 #include <datamanager/adatamanager.h>
 
 #include <QtCore/QCommandLineParser>

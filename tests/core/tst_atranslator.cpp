@@ -27,7 +27,7 @@ QString missingFileText()
 {
     QString text;
     QList<const ALimit *> limits;
-    ALimit::readAll(QStringLiteral("/nowhere/%2 at all.xml"), &limits, &text);
+    ALimit::readAll(QStringLiteral("/nowhere/%2 at all.xml"), limits, &text);
     return text;
 }
 
