@@ -274,7 +274,7 @@ void TestAVeldoranDeviceList::aFetchAmidAnotherListsEachDeviceOnce()
 {
     constexpr int kDevices = 20;
     for (int i = 0; i < kDevices; ++i)
-        plug(qPrintable(QStringLiteral("1-%1").arg(i)), "0403", "6014", i);
+        m_bed->plug(qPrintable(QStringLiteral("1-%1").arg(i)), "0403", "6014", i);
     AVeldoranDeviceList list(nullptr);
     QSignalSpy finished(&list, &AVeldoranDeviceList::finished);
     list.fetch();
