@@ -65,9 +65,9 @@ CurveLook ofLimit(int index)
 QPen pen(const CurveLook &look)
 {
     QPen pen(look.color, look.width);
-    pen.setCapStyle(Qt::FlatCap);
-    pen.setJoinStyle(Qt::RoundJoin);
     const QVector<qreal> pattern = dashPattern(look.dashes);
+    pen.setCapStyle(pattern.isEmpty() ? Qt::RoundCap : Qt::FlatCap); // round ends would fill the gaps
+    pen.setJoinStyle(Qt::RoundJoin);
     if (!pattern.isEmpty())
         pen.setDashPattern(pattern);
     return pen;

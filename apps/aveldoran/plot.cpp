@@ -73,23 +73,31 @@ QFont labelFont()
     return layoutFont(kLabelPixels);
 }
 
-// A curve whose dashes go on from point to point. The base class draws long lines piece by piece, which is quicker, but
-// starts the dashes anew with each.
+// A curve whose dashes go on from point to point, where the base class starts them anew. It is drawn in pieces, since
+// the cost of one grows with the square of its points.
 class LineItem : public QwtPlotCurve
 {
 protected:
     void drawLines(QPainter *painter, const QwtScaleMap &xMap, const QwtScaleMap &yMap, const QRectF &canvas, int from,
                    int to) const override
     {
-        if (pen().style() == Qt::SolidLine) {
-            QwtPlotCurve::drawLines(painter, xMap, yMap, canvas, from, to);
-            return;
-        }
+        constexpr int kPiece = 64;
         QPolygonF line;
         for (int i = from; i <= to; ++i)
             line += QPointF(xMap.transform(sample(i).x()), yMap.transform(sample(i).y()));
         const double outside = 2 * pen().widthF();
-        painter->drawPolyline(QwtClipper::clipPolygonF(canvas.adjusted(-outside, -outside, outside, outside), line));
+        line = QwtClipper::clipPolygonF(canvas.adjusted(-outside, -outside, outside, outside), line);
+        QPen dashes = pen();
+        double length = 0.0;
+        for (int begin = 0; begin + 1 < line.size(); begin += kPiece) {
+            const int count = std::min(kPiece + 1, line.size() - begin);
+            if (dashes.style() != Qt::SolidLine)
+                dashes.setDashOffset(length / dashes.widthF());
+            painter->setPen(dashes);
+            painter->drawPolyline(line.constData() + begin, count);
+            for (int i = begin + 1; i < begin + count; ++i)
+                length += QLineF(line[i - 1], line[i]).length();
+        }
     }
 };
 
@@ -378,7 +386,8 @@ PlotLegend Plot::Private::legend() const
 void Plot::Private::addCurve(QwtPlot *plot, const Curve &curve, const CurveLook &look, const Range &shown,
                              double hertzPerUnit) const
 {
-    const double z = curve.role == LimitCurve ? 30.0 : 20.0;
+    // Dashes over a whole line let both be seen where curves coincide.
+    const double z = (curve.role == LimitCurve ? 30.0 : 20.0) + 0.1 * look.dashes;
     const auto placesOf = [hertzPerUnit](const Points &points) {
         QVector<QPointF> places;
         places.reserve(points.size());
@@ -395,7 +404,8 @@ void Plot::Private::addCurve(QwtPlot *plot, const Curve &curve, const CurveLook 
         if (stretch.isEmpty())
             continue;
 
-        auto *line = new LineItem; // the plot's own, like all items
+        const bool isPlainTrace = curve.role == TraceCurve && look.dashes == 0;
+        QwtPlotCurve *line = isPlainTrace ? new QwtPlotCurve : new LineItem; // the plot's own, like all items
         line->setSamples(placesOf(thinned(curve.role == TableCurve ? bent(stretch, shown) : stretch, shown)));
         line->setPen(CurveLooks::pen(look));
         line->setRenderHint(QwtPlotItem::RenderAntialiased);
