@@ -196,18 +196,26 @@ bool draw(const QList<ACalibrationData> &objects, const Options &options)
               QStringLiteral("Gain"), unitOf(objects));
     plot.setFrequencyScale(Plot::LogarithmicFrequency);
     const double atHz = options.frequency.floatValue(AFrequency::Hz);
+    QVector<double> marked; // gains
     for (const ACalibrationData &object : objects) {
         QVector<Plot::Point> points;
         points.reserve(object.level().size());
         for (auto entry = object.level().begin(); entry != object.level().end(); ++entry)
             points.append({entry.key().floatValue(AFrequency::Hz), entry.value()});
-        plot.addCurve(nameOf(object), points, Plot::TableCurve);
+        QString name = nameOf(object);
         if (options.hasFrequency && !points.isEmpty() && points.constFirst().frequencyHz <= atHz &&
             atHz <= points.constLast().frequencyHz) {
             const double gain = object.valueAt(options.frequency, true);
-            plot.addMarker(atHz, gain, gainText(gain) + QLatin1Char(' ') + unitOf(object), Plot::AbovePoint);
+            name += QStringLiteral(": %1 %2").arg(gainText(gain), unitOf(object));
+            if (std::isfinite(gain))
+                marked.append(gain);
         }
+        plot.addCurve(name, points, Plot::TableCurve);
     }
+    // One line leads through all marks to the lowest; which gain is whose, the legend tells.
+    std::sort(marked.begin(), marked.end());
+    for (int i = 0; i < marked.size(); ++i)
+        plot.addMarker(atHz, marked.at(i), i == 0 ? shortFrequency(options.frequency) : QString(), Plot::AbovePoint);
     QString errorText;
     const bool saved = plot.save(options.picture, &errorText);
     Console::clearProgress();

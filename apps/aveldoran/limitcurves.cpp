@@ -119,11 +119,11 @@ QVector<LimitExcess> findExcesses(const ALimit &limit, const Trace &trace, int *
     return found;
 }
 
-bool drawLimits(const QList<const ALimit *> &limits, const Trace *trace, int unit, const QString &fileName,
-                QString *errorText)
+bool drawLimits(const QString &title, const QList<const ALimit *> &limits, const Trace *trace, int unit,
+                const QString &fileName, QString *errorText)
 {
     constexpr double kWide = 10.0; // from here on a decade takes as much room as the next
-    Plot plot(QString(), QStringLiteral("Level"), QString::fromUcs4(emu_find(unit)->name));
+    Plot plot(title, QStringLiteral("Level"), QString::fromUcs4(emu_find(unit)->name));
     double lowest = std::numeric_limits<double>::infinity();
     double highest = 0.0;
     const auto show = [&](const QVector<Plot::Point> &points) {

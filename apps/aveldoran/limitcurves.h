@@ -30,5 +30,5 @@ QVector<LimitExcess> findExcesses(const ALimit &limit, const Trace &trace, int *
 
 // Draws the limits, and over them a trace unless it is null, in that unit, to which all must be comparable. False if
 // the file can't be written, with a text for the user.
-bool drawLimits(const QList<const ALimit *> &limits, const Trace *trace, int unit, const QString &fileName,
-                QString *errorText);
+bool drawLimits(const QString &title, const QList<const ALimit *> &limits, const Trace *trace, int unit,
+                const QString &fileName, QString *errorText);

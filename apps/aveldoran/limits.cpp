@@ -286,8 +286,12 @@ bool rewrite(const QString &fileName, const QString &target)
     return true;
 }
 
-bool draw(const Limits &limits, const Trace *trace, const QString &picture)
+// The title names what was measured, or else where the limits stand.
+bool draw(const Limits &limits, const Trace *trace, const Options &options)
 {
+    const QString &picture = options.picture;
+    const QString &subject = trace ? options.traceFile : options.files.constFirst();
+    const QString title = options.files.size() > 1 && !trace ? QStringLiteral("Limits") : QFileInfo(subject).fileName();
     Console::progress(QStringLiteral("drawing %1").arg(picture));
     const int unit = trace ? trace->unit : limits.all.isEmpty() ? 0 : limits.all.constFirst()->unitId();
     if (!emu_find(unit)) {
@@ -307,7 +311,7 @@ bool draw(const Limits &limits, const Trace *trace, const QString &picture)
         complete = false;
     }
     QString errorText;
-    const bool saved = drawLimits(drawn, trace, unit, picture, &errorText);
+    const bool saved = drawLimits(Console::oneLine(title), drawn, trace, unit, picture, &errorText);
     Console::clearProgress();
     if (!saved)
         Console::error(errorText);
@@ -347,6 +351,6 @@ int runLimits(const QStringList &arguments)
         complete = rewrite(options.files.constFirst(), options.rewritten) && complete;
     complete = Console::finish() && complete;
     if (!options.picture.isEmpty())
-        complete = draw(limits, hasTrace ? &trace : nullptr, options.picture) && complete;
+        complete = draw(limits, hasTrace ? &trace : nullptr, options) && complete;
     return complete ? ExitDone : ExitFailed;
 }

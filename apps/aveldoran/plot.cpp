@@ -1,20 +1,23 @@
 #include "apps/aveldoran/plot.h"
 
+#include "apps/aveldoran/curvelook.h"
 #include "apps/aveldoran/labelplacement.h"
+#include "apps/aveldoran/logfrequencyaxis.h"
+#include "apps/aveldoran/plotlegend.h"
 #include "apps/aveldoran/plotlook.h"
 
+#include <QtCore/QLineF>
 #include <QtGui/QImage>
 #include <QtGui/QPainter>
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
-#include <qwt_legend.h>
+#include <qwt_clipper.h>
 #include <qwt_plot.h>
 #include <qwt_plot_curve.h>
 #include <qwt_plot_layout.h>
 #include <qwt_plot_renderer.h>
-#include <qwt_scale_engine.h>
 #include <qwt_scale_map.h>
 #include <qwt_symbol.h>
 #include <qwt_text.h>
@@ -27,12 +30,10 @@ constexpr int kLayoutHeight = 560;
 constexpr int kLabelPixels = 11; // of the layout
 
 constexpr double kSymbolSize = 8.0;
-constexpr double kLabelGap = 4.0; // between label, frame and leader
-constexpr double kElbow = 14.0;   // height of the slanted part of a leader
+constexpr double kSymbolInterval = 90.0; // of curves that aren't tables
+constexpr double kLabelGap = 4.0;        // between label, frame and leader
+constexpr double kElbow = 14.0;          // height of the slanted part of a leader
 
-// Told apart also by who doesn't see red and green alike, and in print.
-constexpr QRgb kTraceColors[] = {kTraceColor, 0xffd97706, 0xff0f766e, 0xff7c3aed, 0xff525252};
-constexpr QRgb kLimitColor = 0xffc81e1e;
 constexpr QRgb kMarkerColor = 0xff8a1538;
 constexpr QRgb kLeaderColor = 0xffa0a0a0;
 
@@ -67,13 +68,67 @@ struct Range
     }
 };
 
-// Of texts that are drawn into the layout directly: a size in points would be magnified twice.
 QFont labelFont()
 {
-    QFont font = textFont(kTextPoints, false);
-    font.setPixelSize(kLabelPixels);
-    return font;
+    return layoutFont(kLabelPixels);
 }
+
+// A curve whose dashes go on from point to point, where the base class starts them anew. It is drawn in pieces, since
+// the cost of one grows with the square of its points.
+class LineItem : public QwtPlotCurve
+{
+protected:
+    void drawLines(QPainter *painter, const QwtScaleMap &xMap, const QwtScaleMap &yMap, const QRectF &canvas, int from,
+                   int to) const override
+    {
+        constexpr int kPiece = 64;
+        QPolygonF line;
+        for (int i = from; i <= to; ++i)
+            line += QPointF(xMap.transform(sample(i).x()), yMap.transform(sample(i).y()));
+        const double outside = 2 * pen().widthF();
+        line = QwtClipper::clipPolygonF(canvas.adjusted(-outside, -outside, outside, outside), line);
+        QPen dashes = pen();
+        double length = 0.0;
+        for (int begin = 0; begin + 1 < line.size(); begin += kPiece) {
+            const int count = std::min(kPiece + 1, line.size() - begin);
+            if (dashes.style() != Qt::SolidLine)
+                dashes.setDashOffset(length / dashes.widthF());
+            painter->setPen(dashes);
+            painter->drawPolyline(line.constData() + begin, count);
+            for (int i = begin + 1; i < begin + count; ++i)
+                length += QLineF(line[i - 1], line[i]).length();
+        }
+    }
+};
+
+// The symbols of a curve, where they don't cover each other.
+class SymbolItem : public QwtPlotItem
+{
+public:
+    SymbolItem(const CurveLook &look, const QVector<QPointF> &places, double distance)
+        : m_symbol(CurveLooks::symbol(look))
+        , m_places(places)
+        , m_distance(distance)
+    {}
+
+    void draw(QPainter *painter, const QwtScaleMap &xMap, const QwtScaleMap &yMap, const QRectF &canvas) const override
+    {
+        painter->setRenderHint(QPainter::Antialiasing);
+        const QRectF seen = canvas.adjusted(-kSymbolSize, -kSymbolSize, kSymbolSize, kSymbolSize);
+        QVector<QPointF> drawn;
+        for (const QPointF &each : m_places) {
+            const QPointF place(xMap.transform(each.x()), yMap.transform(each.y()));
+            if (seen.contains(place) && (drawn.isEmpty() || QLineF(drawn.constLast(), place).length() >= m_distance))
+                drawn += place;
+        }
+        m_symbol->drawSymbols(painter, drawn);
+    }
+
+private:
+    std::unique_ptr<QwtSymbol> m_symbol;
+    QVector<QPointF> m_places;
+    double m_distance; // in the layout
+};
 
 // The markers with their labels. It is drawn over all else.
 class MarkerItem : public QwtPlotItem
@@ -179,9 +234,12 @@ struct Plot::Private
     Range frequencyRange() const;
     Range levelRange(const Range &shown) const;
     Points thinned(const Points &points, const Range &shown) const;
+    Points bent(const Points &points, const Range &shown) const;
 
-    void addCurves(QwtPlot *plot, const Range &shown, double hertzPerUnit) const;
-    void setFrequencyAxis(QwtPlot *plot, const Range &shown, const FrequencyUnit &frequencyUnit) const;
+    QVector<CurveLook> looks() const;
+    PlotLegend legend() const;
+    void addCurve(QwtPlot *plot, const Curve &curve, const CurveLook &look, const Range &shown,
+                  double hertzPerUnit) const;
     void setLevelAxis(QwtPlot *plot, const Range &shown, double band) const;
 };
 
@@ -270,75 +328,98 @@ Points Plot::Private::thinned(const Points &points, const Range &shown) const
     return kept;
 }
 
-void Plot::Private::addCurves(QwtPlot *plot, const Range &shown, double hertzPerUnit) const
+// A logarithmic axis bends what is straight over frequency: it is drawn through a point in each column.
+Points Plot::Private::bent(const Points &points, const Range &shown) const
 {
-    int traces = 0;
-    for (const Curve &curve : curves) {
-        const bool isLimit = curve.role == LimitCurve;
-        const QColor ofRole(isLimit ? kLimitColor : kTraceColors[traces % int(std::size(kTraceColors))]);
-        const QColor &color = curve.color.isValid() ? curve.color : ofRole;
-        traces += isLimit ? 0 : 1;
-        // A gap divides a curve into several items, of which the first stands in the legend.
-        bool inLegend = !curve.name.isEmpty();
-        for (int i = 0; i < curve.points.size();) {
-            Points stretch;
-            for (; i < curve.points.size() && isShown(curve.points[i]); ++i)
-                stretch += curve.points[i];
-            while (i < curve.points.size() && !isShown(curve.points[i]))
-                ++i;
-            if (stretch.isEmpty())
-                continue;
-            QVector<QPointF> samples;
-            const Points drawn = thinned(stretch, shown);
-            for (const Point &point : drawn)
-                samples += QPointF(point.frequencyHz / hertzPerUnit, point.level);
-
-            auto *item = new QwtPlotCurve(text(curve.name, kTextPoints, false)); // the plot's own, like all items
-            item->setSamples(samples);
-            item->setPen(color, isLimit ? 1.8 : 1.1);
-            item->setRenderHint(QwtPlotItem::RenderAntialiased);
-            item->setLegendAttribute(QwtPlotCurve::LegendShowLine);
-            item->setItemAttribute(QwtPlotItem::Legend, inLegend);
-            item->setZ(isLimit ? 30.0 : 20.0);
-            if (curve.role == TableCurve || samples.size() == 1)
-                item->setSymbol(new QwtSymbol(QwtSymbol::Ellipse, color, QPen(Qt::white, 0.6), QSize(6, 6)));
-            item->attach(plot);
-            inLegend = false;
+    if (scale == LinearFrequency)
+        return points;
+    const double columnWidth = std::log(shown.end / shown.begin) / pictureSize().width();
+    Points bent;
+    for (int i = 0; i < points.size(); ++i) {
+        bent += points[i];
+        const Point &below = points[i];
+        const Point &above = points[std::min(i + 1, points.size() - 1)];
+        const double begin = std::log(std::max(below.frequencyHz, shown.begin));
+        const double end = std::log(std::min(above.frequencyHz, shown.end));
+        const int columns = below.level == above.level ? 0 : static_cast<int>(std::ceil((end - begin) / columnWidth));
+        for (int column = 1; column < columns; ++column) {
+            const double hertz = std::exp(begin + (end - begin) * column / columns);
+            const double position = (hertz - below.frequencyHz) / (above.frequencyHz - below.frequencyHz);
+            bent.append({hertz, below.level * (1.0 - position) + above.level * position});
         }
     }
-    if (std::any_of(curves.begin(), curves.end(), [](const Curve &curve) { return !curve.name.isEmpty(); }))
-        plot->insertLegend(new QwtLegend, QwtPlot::BottomLegend);
+    return bent;
 }
 
-void Plot::Private::setFrequencyAxis(QwtPlot *plot, const Range &shown, const FrequencyUnit &frequencyUnit) const
+// Of each curve.
+QVector<CurveLook> Plot::Private::looks() const
 {
-    if (scale == LinearFrequency) {
-        setLinearFrequencyAxis(plot, shown.begin, shown.end, frequencyUnit);
-        return;
+    int traces = 0;
+    int tables = 0;
+    int limits = 0;
+    QVector<CurveLook> looks;
+    for (const Curve &curve : curves) {
+        looks += curve.role == LimitCurve   ? CurveLooks::ofLimit(limits++)
+                 : curve.role == TableCurve ? CurveLooks::ofTable(tables++)
+                                            : CurveLooks::ofTrace(traces++);
+        if (curve.color.isValid())
+            looks.last().color = curve.color;
     }
-    plot->setAxisTitle(QwtPlot::xBottom, axisTitle(QStringLiteral("Frequency"), QLatin1String(frequencyUnit.name)));
-    plot->setAxisMaxMinor(QwtPlot::xBottom, 5);
-    const double begin = shown.begin / frequencyUnit.hertz;
-    const double end = shown.end / frequencyUnit.hertz;
-    // 1, 2 and 5 of each decade carry numbers, or over many decades 1 alone.
-    QList<double> numbered;
-    QList<double> others;
-    const bool few = std::log10(end / begin) <= 4.0;
-    const auto firstDecade = static_cast<int>(std::floor(std::log10(begin)));
-    const auto lastDecade = static_cast<int>(std::floor(std::log10(end)));
-    for (int exponent = firstDecade; exponent <= lastDecade; ++exponent) {
-        const double decade = std::pow(10.0, exponent);
-        for (int i = 1; i < 10; ++i) {
-            const double tick = i * decade;
-            if (tick >= begin * (1 - 1e-9) && tick <= end * (1 + 1e-9))
-                (i == 1 || (few && (i == 2 || i == 5)) ? numbered : others) += tick;
+    return looks;
+}
+
+// Of the curves with a name, of which something is to be seen.
+PlotLegend Plot::Private::legend() const
+{
+    PlotLegend legend;
+    const QVector<CurveLook> all = looks();
+    for (int i = 0; i < curves.size(); ++i) {
+        const Points &points = curves[i].points;
+        if (!curves[i].name.isEmpty() &&
+            std::any_of(points.begin(), points.end(), [this](const Point &point) { return isShown(point); }))
+            legend.add(curves[i].name, all[i]);
+    }
+    return legend;
+}
+
+// A gap divides it into several items.
+void Plot::Private::addCurve(QwtPlot *plot, const Curve &curve, const CurveLook &look, const Range &shown,
+                             double hertzPerUnit) const
+{
+    // Dashes over a whole line let both be seen where curves coincide.
+    const double z = (curve.role == LimitCurve ? 30.0 : 20.0) + 0.1 * look.dashes;
+    const auto placesOf = [hertzPerUnit](const Points &points) {
+        QVector<QPointF> places;
+        places.reserve(points.size());
+        for (const Point &point : points)
+            places += QPointF(point.frequencyHz / hertzPerUnit, point.level);
+        return places;
+    };
+    for (int i = 0; i < curve.points.size();) {
+        Points stretch;
+        for (; i < curve.points.size() && isShown(curve.points[i]); ++i)
+            stretch += curve.points[i];
+        while (i < curve.points.size() && !isShown(curve.points[i]))
+            ++i;
+        if (stretch.isEmpty())
+            continue;
+
+        const bool isPlainTrace = curve.role == TraceCurve && look.dashes == 0;
+        QwtPlotCurve *line = isPlainTrace ? new QwtPlotCurve : new LineItem; // the plot's own, like all items
+        line->setSamples(placesOf(thinned(curve.role == TableCurve ? bent(stretch, shown) : stretch, shown)));
+        line->setPen(CurveLooks::pen(look));
+        line->setRenderHint(QwtPlotItem::RenderAntialiased);
+        line->setZ(z);
+        if (stretch.size() == 1 && look.symbol < 0)
+            line->setSymbol(new QwtSymbol(QwtSymbol::Ellipse, look.color, QPen(Qt::white, 0.6), QSize(6, 6)));
+        line->attach(plot);
+        if (look.symbol >= 0) {
+            const double distance = curve.role == TableCurve ? kSymbolSize : kSymbolInterval;
+            auto *symbols = new SymbolItem(look, placesOf(stretch), distance);
+            symbols->setZ(z + 1.0);
+            symbols->attach(plot);
         }
     }
-    plot->setAxisScaleEngine(QwtPlot::xBottom, new QwtLogScaleEngine);
-    if (numbered.size() < 2)
-        plot->setAxisScale(QwtPlot::xBottom, begin, end);
-    else
-        plot->setAxisScaleDiv(QwtPlot::xBottom, QwtScaleDiv(begin, end, others, {}, numbered));
 }
 
 // `band` is the height in the layout that stays free above the curves.
@@ -349,10 +430,8 @@ void Plot::Private::setLevelAxis(QwtPlot *plot, const Range &shown, double band)
     const Range levels = levelRange(shown);
     const double step = niceStep(levels.end - levels.begin, 8);
     const double symbol = (levels.end - levels.begin) * 0.03; // that much room has a symbol beyond the levels
-    const bool hasBelow =
-        std::any_of(markers.begin(), markers.end(), [](const Marker &marker) { return marker.side == BelowPoint; });
-    const double lower = std::floor((levels.begin - (hasBelow ? symbol : 0.0)) / step) * step;
-    double upper = std::ceil((levels.end + symbol) / step) * step;
+    const double lower = std::min(std::floor(levels.begin / step) * step, levels.begin - symbol);
+    double upper = std::max(std::ceil(levels.end / step) * step, levels.end + symbol);
     plot->setAxisScale(QwtPlot::yLeft, lower, upper, step);
     if (band <= 0.0)
         return;
@@ -408,18 +487,27 @@ bool Plot::save(const QString &fileName, QString *errorText) const
     addGrid(&plot);
 
     const Range shown = d->frequencyRange();
-    const FrequencyUnit frequencyUnit = unitFor(shown.end);
+    const bool isLogarithmic = d->scale == LogarithmicFrequency;
+    const FrequencyUnit frequencyUnit = isLogarithmic ? FrequencyUnit{"Hz", 1.0} : unitFor(shown.end);
     plot.resize(kLayoutWidth, kLayoutHeight);
-    d->addCurves(&plot, shown, frequencyUnit.hertz);
+    const QVector<CurveLook> looks = d->looks();
+    for (int i = 0; i < looks.size(); ++i)
+        d->addCurve(&plot, d->curves[i], looks[i], shown, frequencyUnit.hertz);
     auto *markers = new MarkerItem(d->markers, frequencyUnit.hertz);
     markers->attach(&plot);
-    d->setFrequencyAxis(&plot, shown, frequencyUnit);
+    if (isLogarithmic)
+        setLogarithmicFrequencyAxis(&plot, shown.begin, shown.end);
+    else
+        setLinearFrequencyAxis(&plot, shown.begin, shown.end, frequencyUnit);
     d->setLevelAxis(&plot, shown, markers->bandHeight());
     plot.updateAxes();
 
-    QImage image = blankPicture({kLayoutWidth, kLayoutHeight}, kMagnification);
+    const PlotLegend legend = d->legend();
+    QImage image = blankPicture({kLayoutWidth, kLayoutHeight + qRound(legend.height())}, kMagnification);
     QPainter painter(&image);
-    QwtPlotRenderer().render(&plot, &painter, image.rect());
+    QwtPlotRenderer().render(&plot, &painter, QRectF(QPointF(), pictureSize()));
+    painter.scale(kMagnification, kMagnification);
+    legend.draw(&painter, {0.0, kLayoutHeight});
     painter.end();
 
     return savePicture(image, fileName, errorText);

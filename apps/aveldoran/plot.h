@@ -22,7 +22,7 @@ public:
     enum CurveRole
     {
         TraceCurve, // what was measured; each has a colour of its own
-        TableCurve, // a table with few entries, which show as points: a calibration's gain
+        TableCurve, // a table whose entries show as symbols; between them it is linear over frequency
         LimitCurve  // what must not be crossed
     };
 
@@ -49,8 +49,9 @@ public:
     // Without it, or if `end` is not above `begin`, the axis spans what the curves have.
     void setFrequencyRange(double beginHz, double endHz);
 
-    // The points are in ascending frequency. Curves with a name stand in the legend. Of many points in one column of
-    // the picture, those are drawn that show. Without a valid colour, the curve has that of its role.
+    // The points are in ascending frequency. Curves with a name stand in the legend, below the picture, which grows by
+    // it. Of many points in one column of the picture, those are drawn that show. Without a valid colour, the curve
+    // has the next one of its role.
     void addCurve(const QString &name, const QVector<Point> &points, CurveRole role, const QColor &color = {});
 
     // A marker on a point, on that side of it, with its label upright above all curves. Labels keep clear of each
@@ -62,7 +63,7 @@ public:
     // the file.
     bool save(const QString &fileName, QString *errorText) const;
 
-    static QSize pictureSize(); // of the file, in pixels
+    static QSize pictureSize(); // of the file without a legend, in pixels
 
 private:
     struct Private;

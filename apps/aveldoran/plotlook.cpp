@@ -56,6 +56,13 @@ QFont textFont(int points, bool bold)
     return font;
 }
 
+QFont layoutFont(int pixels)
+{
+    QFont font = textFont(kTextPoints, false);
+    font.setPixelSize(pixels);
+    return font;
+}
+
 QwtText text(const QString &content, int points, bool bold)
 {
     QwtText result(content, QwtText::PlainText);
@@ -91,10 +98,15 @@ double niceStep(double span, int divisions)
     return (lead <= 1.0 ? 1.0 : lead <= 2.0 ? 2.0 : lead <= 5.0 ? 5.0 : 10.0) * power;
 }
 
+QString tickNumber(double value, const QwtScaleDraw &scale)
+{
+    return number(value, digitsFor(scale.scaleDiv().ticks(QwtScaleDiv::MajorTick)));
+}
+
 QwtText ScaleDraw::label(double value) const
 {
     constexpr double kZero = 1e-12; // what remains of 0 after steps to it
-    return {number(std::fabs(value) < kZero ? 0.0 : value, digitsFor(scaleDiv().ticks(QwtScaleDiv::MajorTick)))};
+    return {tickNumber(std::fabs(value) < kZero ? 0.0 : value, *this)};
 }
 
 void dress(QwtPlot *plot)

@@ -19,10 +19,12 @@ constexpr double kMagnification = 1.75;
 
 constexpr int kTextPoints = 9;
 constexpr int kTitlePoints = 11;
+constexpr int kTextPixels = 12; // as kTextPoints, in the layout
 
 constexpr QRgb kTraceColor = 0xff1f4e9e;
 
 QFont textFont(int points, bool bold);
+QFont layoutFont(int pixels); // of texts that are drawn into the layout: a size in points would be magnified twice
 QwtText text(const QString &content, int points, bool bold);
 
 QwtText title(const QString &content); // cut in the middle if it is longer than the picture is wide
@@ -40,8 +42,10 @@ FrequencyUnit unitFor(double hertz);
 // 1, 2 or 5 times a power of ten, so that about `divisions` of it fill the span.
 double niceStep(double span, int divisions);
 
-// Numbers without a sign between thousands, which not everybody reads alike, and with as many digits as tell the ticks
-// from each other.
+// A number without a sign between thousands, which not everybody reads alike, and with as many digits as tell the ticks
+// of that scale from each other.
+QString tickNumber(double value, const QwtScaleDraw &scale);
+
 class ScaleDraw : public QwtScaleDraw
 {
 public:

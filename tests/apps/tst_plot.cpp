@@ -10,6 +10,7 @@
 #include <memory>
 
 Q_DECLARE_METATYPE(Plot::Point)
+Q_DECLARE_METATYPE(Plot::FrequencyScale)
 
 namespace {
 
@@ -94,9 +95,17 @@ private Q_SLOTS:
     void theRangeCutsTheCurves();
     void everySortOfCurveHasItsColor();
     void theLegendNeedsAName();
+    void theLegendNamesEveryCurve();
+    void curvesWithoutAPointAreNotInTheLegend();
     void gapsStayEmpty_data();
     void gapsStayEmpty();
     void tablesShowTheirPoints();
+    void tablesAreLinearOverFrequency_data();
+    void tablesAreLinearOverFrequency();
+    void symbolsAtTheEdgesAreWhole();
+    void symbolsOfManyEntriesDoNotHideTheCurve();
+    void dashesGoOnOverBends();
+    void limitsOfOneColourDiffer();
     void ofManyPointsThoseThatShowAreDrawn();
     void markersPointAtTheirPoints();
     void curvesKeepClearOfLabels();
@@ -188,16 +197,47 @@ void TestPlot::everySortOfCurveHasItsColor()
 
 void TestPlot::theLegendNeedsAName()
 {
-    int bottoms[2] = {};
+    QRect canvases[2];
     for (const bool named : {false, true}) {
         Plot plot("Slope", "Level", "dBm");
         plot.addCurve(named ? "Trace" : "", kSlope, Plot::TraceCurve);
         const QImage image = pictureOf(plot);
-        const QRect canvas = canvasOf(image);
-        bottoms[named] = canvas.bottom();
-        QCOMPARE(extentOf(image, kTraceColor).area.bottom() > canvas.bottom(), named);
+        canvases[named] = canvasOf(image);
+        QCOMPARE(extentOf(image, kTraceColor).area.bottom() > canvases[named].bottom(), named);
+        QCOMPARE(image.height() > Plot::pictureSize().height(), named);
     }
-    QVERIFY(bottoms[true] < bottoms[false]);
+    QCOMPARE(canvases[true], canvases[false]);
+}
+
+void TestPlot::theLegendNamesEveryCurve()
+{
+    constexpr int kCurves = 40;
+    const auto colorOf = [](int i) { return QColor::fromHsv(i % 20 * 18, 255, i < 20 ? 230 : 150); };
+    Plot plot("Tables", "Gain", "dB");
+    plot.setFrequencyScale(Plot::LogarithmicFrequency);
+    for (int i = 0; i < kCurves; ++i)
+        plot.addCurve(QStringLiteral("Cable number %1").arg(i), {{1e6, 0.0}, {1e9, -i * 1.0}}, Plot::TableCurve,
+                      colorOf(i));
+    const QImage image = pictureOf(plot);
+    const QImage legend = image.copy(0, Plot::pictureSize().height(), image.width(), image.height());
+    QVector<QRect> places;
+    for (int i = 0; i < kCurves; ++i) {
+        const Extent icon = extentOf(legend, colorOf(i).rgb());
+        QVERIFY2(icon.count > 30 && icon.area.width() < 90 && icon.area.height() < 20, QByteArray::number(i));
+        for (const QRect &other : qAsConst(places))
+            QVERIFY(!other.intersects(icon.area));
+        places += icon.area;
+    }
+    QCOMPARE(canvasOf(image.copy(QRect(QPoint(), Plot::pictureSize()))).height(), canvasOf(image).height());
+}
+
+void TestPlot::curvesWithoutAPointAreNotInTheLegend()
+{
+    Plot plot("Tables", "Gain", "dB");
+    plot.setFrequencyScale(Plot::LogarithmicFrequency);
+    plot.addCurve("empty", {}, Plot::TableCurve);
+    plot.addCurve("nothing that shows", {{-1.0, 5.0}, {1e6, std::nan("")}}, Plot::TableCurve);
+    QCOMPARE(pictureOf(plot).size(), Plot::pictureSize());
 }
 
 void TestPlot::gapsStayEmpty_data()
@@ -225,7 +265,7 @@ void TestPlot::gapsStayEmpty()
     QVERIFY(columnIsEmpty(0.7));
     QVERIFY(!columnIsEmpty(0.9));
     const QImage legend = image.copy(0, canvas.bottom() + 1, image.width(), image.height() - canvas.bottom() - 1);
-    QVERIFY(extentOf(legend, kTraceColor).area.width() < 30); // once
+    QVERIFY(extentOf(legend, kTraceColor).area.width() < 90); // once
 }
 
 void TestPlot::tablesShowTheirPoints()
@@ -239,6 +279,105 @@ void TestPlot::tablesShowTheirPoints()
         counts[role] = extentOf(pictureOf(plot), kTraceColor).area.height();
     }
     QVERIFY(counts[Plot::TableCurve] > counts[Plot::TraceCurve] + 4);
+}
+
+// On a logarithmic axis that is a bow: in the middle of three decades only 3 % of the way has been made.
+void TestPlot::tablesAreLinearOverFrequency_data()
+{
+    QTest::addColumn<Plot::FrequencyScale>("scale");
+
+    QTest::newRow("linear axis") << Plot::LinearFrequency;
+    QTest::newRow("logarithmic axis") << Plot::LogarithmicFrequency;
+}
+
+void TestPlot::tablesAreLinearOverFrequency()
+{
+    QFETCH(Plot::FrequencyScale, scale);
+    constexpr double kBegin = 1e6;
+    constexpr double kEnd = 1e9;
+    Plot plot("Gain", "Gain", "dB");
+    plot.setFrequencyScale(scale);
+    plot.addCurve({}, {{kBegin, -20.0}, {kEnd, 30.0}}, Plot::TableCurve);
+    const QImage image = pictureOf(plot);
+    const QRect curve = extentOf(image, kTraceColor).area;
+    constexpr int kSymbolRadius = 6;
+    const QRect ends = curve.adjusted(kSymbolRadius, kSymbolRadius, -kSymbolRadius, -kSymbolRadius);
+    for (const double place : {0.1, 0.25, 0.5, 0.7, 0.8, 0.9, 0.95}) {
+        const double hertz =
+            scale == Plot::LinearFrequency ? kBegin + place * (kEnd - kBegin) : kBegin * std::pow(kEnd / kBegin, place);
+        const double expected = ends.bottom() - (hertz - kBegin) / (kEnd - kBegin) * (ends.height() - 1);
+        const int x = ends.left() + qRound(place * (ends.width() - 1));
+        const QRect found = extentOf(image.copy(x, 0, 1, image.height()), kTraceColor).area;
+        const QString seen = QStringLiteral("%1: %2 to %3, not %4").arg(place).arg(found.top()).arg(found.bottom());
+        QVERIFY2(found.top() - 3 <= expected && expected <= found.bottom() + 3, qPrintable(seen.arg(expected)));
+        QVERIFY(found.height() < 40);
+    }
+}
+
+void TestPlot::symbolsAtTheEdgesAreWhole()
+{
+    Plot plot("Gain", "Gain", "dB");
+    plot.setFrequencyScale(Plot::LogarithmicFrequency);
+    plot.addCurve({}, {{1e6, 0.0}}, Plot::TableCurve);
+    plot.addCurve({}, {{1e9, 10.0}}, Plot::TableCurve, QColor(kTraceColor)); // a square
+    plot.addCurve({}, {{30e6, 5.0}}, Plot::TableCurve, QColor(kLimitColor)); // a triangle
+    const QImage image = pictureOf(plot);
+    const QRect canvas = canvasOf(image);
+    QVERIFY(canvas.adjusted(4, 4, -4, -4).contains(extentOf(image, kTraceColor).area));
+    const QImage left = image.copy(0, 0, canvas.center().x(), image.height());
+    const Extent circle = extentOf(left, kTraceColor);
+    QCOMPARE(circle.area.width(), circle.area.height());
+    QVERIFY(circle.count > circle.area.width() * circle.area.height() * 0.7);
+}
+
+void TestPlot::symbolsOfManyEntriesDoNotHideTheCurve()
+{
+    Points table;
+    for (int i = 0; i < 20000; ++i)
+        table.append({1e6 + i * 1e5, i % 2 * 0.001 + (i == 10000 ? 10.0 : 0.0)});
+    Plot plot("Gain", "Gain", "dB");
+    plot.setFrequencyScale(Plot::LogarithmicFrequency);
+    plot.addCurve({}, table, Plot::TableCurve);
+    plot.addCurve({}, table, Plot::TableCurve); // with squares that are white inside
+    const QImage image = pictureOf(plot);
+    QVERIFY(extentOf(image, kTraceColor).area.height() > canvasOf(image).height() * 7 / 10);
+    QVERIFY(image.height() == Plot::pictureSize().height());
+}
+
+// Pieces between bends and over curved parts alike.
+void TestPlot::dashesGoOnOverBends()
+{
+    const Points table = {{1e6, 0.0}, {1e9, 10.0}};
+    int counts[2] = {};
+    for (int i = 0; i < 2; ++i) { // the first is whole, the second dashed
+        Plot each("Gain", "Gain", "dB");
+        each.setFrequencyScale(Plot::LogarithmicFrequency);
+        if (i == 1)
+            each.addCurve({}, {}, Plot::TableCurve);
+        each.addCurve({}, table, Plot::TableCurve, QColor(kTraceColor));
+        const QImage image = pictureOf(each);
+        const QRect curve = extentOf(image, kTraceColor).area;
+        for (int x = curve.left() + 20; x < curve.center().x(); ++x)
+            counts[i] += extentOf(image.copy(x, 0, 1, image.height()), kTraceColor).count > 0 ? 1 : 0;
+    }
+    QVERIFY2(counts[1] < counts[0] * 0.8 && counts[1] > counts[0] * 0.4, QByteArray::number(counts[1]));
+}
+
+void TestPlot::limitsOfOneColourDiffer()
+{
+    // Each in a picture of its own, at the place that it has among others.
+    QVector<QImage> lines;
+    for (int place = 0; place < 8; ++place) {
+        Plot plot("Limits", "Level", "dBm");
+        for (int i = 0; i < place; ++i)
+            plot.addCurve({}, {}, Plot::LimitCurve);
+        plot.addCurve({}, {{1e6, 0.0}, {1.5e6, 0.0}, {2e6, 0.0}}, Plot::LimitCurve);
+        const QImage image = pictureOf(plot);
+        QVERIFY(extentOf(image, kLimitColor).count > 300);
+        for (const QImage &other : qAsConst(lines))
+            QVERIFY(image != other);
+        lines += image;
+    }
 }
 
 void TestPlot::ofManyPointsThoseThatShowAreDrawn()
