@@ -13,7 +13,8 @@ public:
     explicit ACheckBoxItemDelegate(QObject *parent = nullptr);
     ~ACheckBoxItemDelegate() override;
 
-    // The check box alone, in the application's style: no selection, nothing else of the item.
+    // The check box alone, in the application's style: no selection, nothing else of the item. The highlight that a
+    // table view may paint below its selected rows stays visible around it.
     void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 

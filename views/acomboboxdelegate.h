@@ -28,7 +28,9 @@ public:
                               const QModelIndex &index) const override;
 
 Q_SIGNALS:
-    void currentItemChanged(const QString &text); // of an open editor, before it commits
+    // Of an open editor, before it commits. It also comes while the editor opens, if the cell's text is another choice
+    // than the first.
+    void currentItemChanged(const QString &text);
 
 public Q_SLOTS:
     void onCurrentItemChanged(const QString &text);

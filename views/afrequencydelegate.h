@@ -22,7 +22,9 @@ public:
     void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 
     // A line edit that shows three decimals and the unit that the frequency chooses. It accepts a decimal number with
-    // "." or ",", and a unit from Hz to GHz one blank behind it. The text is committed as it was typed.
+    // "." or ",", and a unit from Hz to GHz one blank behind it. The text is committed as it was typed. A negative
+    // frequency opens with its sign, which is not accepted without `allowNegative`: Return does nothing until it is
+    // gone.
     QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
     void setEditorData(QWidget *editor, const QModelIndex &index) const override;
     void setModelData(QWidget *editor, QAbstractItemModel *model, const QModelIndex &index) const override;

@@ -5,7 +5,8 @@
 #include <QtWidgets/QStyledItemDelegate>
 
 // Shows selected cells as if they were not, or with a frame in place of the highlight: for cells whose own colour has a
-// meaning.
+// meaning. A table view in a style that highlights whole rows, such as Fusion, paints that highlight below the cells:
+// those with a Qt::BackgroundRole cover it, for others give the view a palette whose Highlight is its Base.
 class AVELDORAN_DATA_EXPORT ARemoveSelectionDelegate : public QStyledItemDelegate
 {
     Q_OBJECT

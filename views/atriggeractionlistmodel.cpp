@@ -99,7 +99,8 @@ bool ATriggerActionListModel::removeRows(int row, int count, const QModelIndex &
     if (!m_triggerActions)
         return false;
     // What lies before the first row is not announced: Qt would move the indexes of the rows behind by too much, as it
-    // would for a negative count. That a range past the end is announced does no harm.
+    // would for a negative count. A range past the end is deliberately announced as it was asked for: observers are
+    // told the caller's range.
     const int first = std::max(row, 0);
     const qint64 last = std::max<qint64>(qint64(row) + std::max(count, 0), first) - 1;
     beginRemoveRows(QModelIndex(), first, static_cast<int>(std::min<qint64>(last, std::numeric_limits<int>::max())));

@@ -10,8 +10,9 @@
 // only after setTriggerActions() with another one or null; what changes in it behind the model's back shows when it is
 // set anew.
 //
-// Three habits differ from other models: every index has as many rows and columns as the table, flags() calls every
-// index editable, the invalid one too, and insertRows() appends whatever the row.
+// Four habits differ from other models: every index has as many rows and columns as the table, flags() calls every
+// index editable, the invalid one too, insertRows() appends whatever the row, and removeRows() announces rows that
+// don't exist, too. QAbstractItemModelTester objects to the first, the second and the last.
 class AVELDORAN_DATA_EXPORT ATriggerActionListModel : public QAbstractListModel
 {
     Q_OBJECT
@@ -48,8 +49,9 @@ public:
     // hold.
     bool insertRows(int row, int count, const QModelIndex &parent = QModelIndex()) override;
 
-    // Removes those of the rows that exist. Observers are told the whole range, also where it runs past the end. False
-    // only without a list.
+    // Removes those of the rows that exist. Observers are told the whole range, also where it runs past the end: ask
+    // for existing rows only, since the headers of a QTableView ignore a removal past their end, and keep empty rows
+    // until the model is reset. False only without a list.
     bool removeRows(int row, int count, const QModelIndex &parent = QModelIndex()) override;
 
     Qt::ItemFlags flags(const QModelIndex &index) const override;

@@ -252,6 +252,10 @@ void AVeldoranVariableDelegate::setEditorData(QWidget *editor, const QModelIndex
 
 void AVeldoranVariableDelegate::setModelData(QWidget *editor, QAbstractItemModel *model, const QModelIndex &index) const
 {
+    // Nothing is selected where the cell holds what the box doesn't offer, which is not to be overwritten.
+    const auto *box = qobject_cast<QComboBox *>(editor);
+    if (box && box->currentIndex() < 0)
+        return;
     const bool isDone = index.column() == m_nameColumn    ? setNameData(editor, model, index)
                         : index.column() == m_valueColumn ? setValueData(editor, model, index)
                                                           : false;
@@ -361,8 +365,6 @@ bool AVeldoranVariableDelegate::setNameData(QWidget *editor, QAbstractItemModel 
     const auto *box = qobject_cast<QComboBox *>(editor);
     if (!box)
         return false;
-    if (box->currentIndex() < 0)
-        return true;
     if (box->currentText().isEmpty())
         model->setData(index, QVariant(), Qt::EditRole);
     else if (m_storeNames)
@@ -381,7 +383,7 @@ bool AVeldoranVariableDelegate::setValueData(QWidget *editor, QAbstractItemModel
     const Kind kind = kindOf(*desc);
     if (kind == Kind::Filter || kind == Kind::Enumeration) {
         const auto *box = qobject_cast<QComboBox *>(editor);
-        if (box && box->currentIndex() >= 0)
+        if (box)
             model->setData(index, box->currentData(Qt::UserRole), Qt::EditRole);
         return box;
     }

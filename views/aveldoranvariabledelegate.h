@@ -23,7 +23,8 @@ public:
 
     // The device whose variables are offered, a SpectrumAnalyser at first; for a LowFrequencyAnalyser, frequencies are
     // kilohertz and its filters others. With `storeNames`, as at first, a chosen name is stored as text. Without, the
-    // number of the variable that the cell already held is stored, so that choosing another leaves the cell as it is.
+    // number of the variable that the cell already held is stored, so that choosing another leaves the cell as it is; a
+    // number that the device doesn't know is replaced by that of the last variable.
     // With `emptyEntry`, as at first, a name can be taken away.
     void setOptions(VeldoranDeviceType type, bool storeNames, bool emptyEntry);
     void setColumns(int nameColumn, int valueColumn); // 0 and 1 at first
@@ -40,7 +41,8 @@ public:
     // two equal keys holds. Empty for null.
     QMap<float, QString> parseEnumValues(const device_variable_desc *desc) const;
 
-    // Value cells of a known variable look like their editor; filters and keys without a label are empty.
+    // Value cells of a known variable look like their editor; filters and keys without a label are empty. The label is
+    // that of the cell's value as QVariant::toInt() takes it: reals are rounded, and a text with decimals is 0.
     void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 
     // Names: a combo box. Values: a combo box, a check box or a spin box, which commit a key, 1.0 or 0.0, or a double.

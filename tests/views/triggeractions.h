@@ -37,7 +37,8 @@ inline QStringList shownTexts(const QAbstractItemModel &model)
     return result;
 }
 
-// Without the two habits that QAbstractItemModelTester objects to, so that it can hold all others.
+// Without the habits of each index that QAbstractItemModelTester objects to, so that it can hold all others. It also
+// objects to removals past the end, which the tests under it leave out.
 class OrdinaryModel : public ATriggerActionListModel
 {
 public:

@@ -52,6 +52,8 @@ private Q_SLOTS:
     void aDeletedModelLeavesNothingToChoose();
     void theModelSurvivesEditorAndDelegate();
     void aChoiceIsTold();
+    void openingTellsAChoiceThatIsNotTheFirst_data();
+    void openingTellsAChoiceThatIsNotTheFirst();
     void eachChoiceIsToldOnceThoughItsTextIsTheSame();
     void aShrinkingModelTakesTheChoiceAlong();
     void paintingAndSizeAreThoseOfAPlainItem();
@@ -201,6 +203,29 @@ void TestAComboBoxDelegate::aChoiceIsTold()
     QSignalSpy relayed(&relay, &AComboBoxDelegate::currentItemChanged);
     relay.onCurrentItemChanged("text");
     QCOMPARE(relayed.takeFirst().first().toString(), QString("text"));
+}
+
+void TestAComboBoxDelegate::openingTellsAChoiceThatIsNotTheFirst_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QStringList>("texts");
+    QTest::newRow("the first") << "one" << QStringList();
+    QTest::newRow("the second") << "two" << QStringList("two");
+    QTest::newRow("no choice") << "other" << QStringList();
+}
+
+// A box begins with its first entry, so that going to the cell's text is a change.
+void TestAComboBoxDelegate::openingTellsAChoiceThatIsNotTheFirst()
+{
+    QFETCH(QString, text);
+    QWidget parent;
+    QStringListModel model({"one", "two"});
+    const AComboBoxDelegate delegate(&model, 0, nullptr);
+    QStringList told;
+    connect(&delegate, &AComboBoxDelegate::currentItemChanged, this, [&told](const QString &each) { told << each; });
+    const Cell cell(text);
+    QVERIFY(makeEditor(delegate, &parent, cell.index()));
+    QTEST(told, "texts");
 }
 
 void TestAComboBoxDelegate::eachChoiceIsToldOnceThoughItsTextIsTheSame()

@@ -71,6 +71,8 @@ void TestADoubleSpinBoxDelegate::theEditorShowsTheCellsNumber_data()
     QTest::newRow("with a unit") << QVariant("5 MHz") << "0.000MHz";
     QTest::newRow("nothing") << QVariant() << "0.000MHz";
     QTest::newRow("infinite") << QVariant(std::numeric_limits<double>::infinity()) << "20000.000MHz";
+    QTest::newRow("infinite below") << QVariant(-std::numeric_limits<double>::infinity()) << "0.000MHz";
+    QTest::newRow("not a number") << QVariant(std::numeric_limits<double>::quiet_NaN()) << "20000.000MHz";
 }
 
 void TestADoubleSpinBoxDelegate::theEditorShowsTheCellsNumber()
@@ -78,8 +80,12 @@ void TestADoubleSpinBoxDelegate::theEditorShowsTheCellsNumber()
     QFETCH(QVariant, value);
     QWidget parent;
     const ADoubleSpinBoxDelegate delegate;
-    const Cell cell(value);
-    QTEST(makeEditor(delegate, &parent, cell.index())->text(), "text");
+    Cell cell(value);
+    auto *box = makeEditor(delegate, &parent, cell.index());
+    QTEST(box->text(), "text");
+    const double shown = box->value();
+    delegate.setModelData(box, &cell.model, cell.index());
+    QCOMPARE(cell.value(), QVariant(shown)); // also where the cell held something else
 }
 
 void TestADoubleSpinBoxDelegate::whatIsTypedStaysInTheRange_data()

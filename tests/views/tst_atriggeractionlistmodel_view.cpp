@@ -43,6 +43,8 @@ private Q_SLOTS:
     void anEditorWhoseRowItsOwnerRemovedChangesNothing();
     void viewsSurviveWhatCallersGet_data();
     void viewsSurviveWhatCallersGet();
+    void aTableKeepsEmptyRowsAfterARemovalPastTheEnd_data();
+    void aTableKeepsEmptyRowsAfterARemovalPastTheEnd();
 
 private:
     QList<ATriggerAction> m_list;
@@ -193,6 +195,36 @@ void TestATriggerActionListModelView::viewsSurviveWhatCallersGet()
     QCOMPARE(proxy.rowCount(), 0);
     for (const auto &view : views)
         view->grab();
+}
+
+void TestATriggerActionListModelView::aTableKeepsEmptyRowsAfterARemovalPastTheEnd_data()
+{
+    QTest::addColumn<int>("row");
+    QTest::addColumn<int>("count");
+    QTest::addColumn<int>("rest");
+    QTest::addColumn<int>("shown");
+    QTest::newRow("up to the end") << 1 << 2 << 1 << 1;
+    QTest::newRow("past the end") << 1 << 10 << 1 << 3;
+    QTest::newRow("one past the end") << 2 << 2 << 2 << 3;
+    QTest::newRow("behind the end") << 5 << 1 << 3 << 3;
+}
+
+// The header of a view takes no part in a removal past its end.
+void TestATriggerActionListModelView::aTableKeepsEmptyRowsAfterARemovalPastTheEnd()
+{
+    QFETCH(int, row);
+    QFETCH(int, count);
+    ATriggerActionListModel model;
+    model.setTriggerActions(&m_list);
+    QTableView view;
+    view.setModel(&model);
+    view.show();
+    QCOMPARE(view.verticalHeader()->count(), 3);
+    QVERIFY(model.removeRows(row, count));
+    QTEST(model.rowCount(), "rest");
+    QTEST(view.verticalHeader()->count(), "shown");
+    model.setTriggerActions(&m_list);
+    QCOMPARE(view.verticalHeader()->count(), model.rowCount());
 }
 
 QTEST_MAIN(TestATriggerActionListModelView)

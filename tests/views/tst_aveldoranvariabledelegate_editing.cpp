@@ -36,6 +36,7 @@ private Q_SLOTS:
     void cellsWithoutAVariableHaveALineEdit();
     void editorsOfAnotherKindAreServedByTheBaseClass();
     void indexesOfNoModelAndOfOthersDoNoHarm();
+    void theVariableMayChangeBelowAnOpenEditor_data();
     void theVariableMayChangeBelowAnOpenEditor();
     void anEditIsOneChange();
 };
@@ -192,6 +193,7 @@ void TestAVeldoranVariableDelegateEditing::withoutNamesTheOldNumberStays_data()
     QTest::newRow("text of a number") << QVariant("4") << "Volume" << QVariant(4);
     QTest::newRow("name becomes its number") << QVariant("Span") << "Volume" << QVariant(4);
     QTest::newRow("unknown number becomes the last") << QVariant(999) << "Volume" << QVariant(53);
+    QTest::newRow("number of another device, too") << QVariant(42) << "Volume" << QVariant(53);
     QTest::newRow("unknown name") << QVariant("Nonsense") << "Volume" << QVariant("Nonsense");
     QTest::newRow("nothing") << QVariant() << "Volume" << QVariant();
     QTest::newRow("none chosen") << QVariant(4) << "" << QVariant();
@@ -341,7 +343,7 @@ void TestAVeldoranVariableDelegateEditing::aListSelectsTheCellsValue_data()
     QTest::newRow("no value") << "VideoFilter" << QVariant() << 0;
     QTest::newRow("key") << "Attenuator" << QVariant(-1) << 0;
     QTest::newRow("key as a text") << "Attenuator" << QVariant("50") << 6;
-    QTest::newRow("key as a decimal text") << "Attenuator" << QVariant("50.0") << 6;
+    QTest::newRow("key as a decimal text") << "Attenuator" << QVariant("10.0") << 2; // painted as "0 dB"
     QTest::newRow("unknown key") << "Attenuator" << QVariant(11) << -1;
     QTest::newRow("not a number") << "Attenuator" << QVariant(std::numeric_limits<double>::quiet_NaN()) << -1;
 }
@@ -413,6 +415,9 @@ void TestAVeldoranVariableDelegateEditing::aSpinBoxTakesAndGivesNumbers()
     QCOMPARE(table.value().type(), QVariant::Double);
 
     table.setData(table.valueCell(), 40000);
+    delegate.setEditorData(box, table.valueCell());
+    QCOMPARE(box->value(), 30000.0);
+    table.setData(table.valueCell(), std::numeric_limits<double>::quiet_NaN());
     delegate.setEditorData(box, table.valueCell());
     QCOMPARE(box->value(), 30000.0);
     table.setData(table.valueCell(), QVariant());
@@ -493,22 +498,46 @@ void TestAVeldoranVariableDelegateEditing::indexesOfNoModelAndOfOthersDoNoHarm()
     QVERIFY(makeEditor<QWidget>(delegate, &parent, QModelIndex()));
 }
 
-void TestAVeldoranVariableDelegateEditing::theVariableMayChangeBelowAnOpenEditor()
+void TestAVeldoranVariableDelegateEditing::theVariableMayChangeBelowAnOpenEditor_data()
 {
-    QWidget parent;
-    const AVeldoranVariableDelegate delegate;
+    QTest::addColumn<QString>("before");
+    QTest::addColumn<QString>("after");
+    QTest::addColumn<QVariant>("committed");
     const QStringList names = {"Span", "VideoFilter", "Attenuator", "Squelch", "Nonsense", "", "SweepTime"};
+    const QStringList lists = {"VideoFilter", "Attenuator"};
+    // What each editor of a 1 commits as that of a kind of variable that it suits, and of one that it doesn't.
+    const QMap<QString, QPair<QVariant, QVariant>> committed = {
+        {"Span", {1.0, 1.0}},     {"VideoFilter", {1, "3 MHz"}}, // its text: the editor of a list should not stay open
+        {"Attenuator", {1, 1}},                                  // which has no such key, so that nothing is selected
+        {"Squelch", {1.0, true}}, {"Nonsense", {"1", "1"}},
+    };
     for (const QString &before : names) {
         for (const QString &after : names) {
-            VariableTable table(before, 1);
-            auto *editor = makeEditor<QWidget>(delegate, &parent, table.valueCell());
-            table.setData(table.nameCell(), after);
-            delegate.setEditorData(editor, table.valueCell());
-            delegate.setModelData(editor, &table, table.valueCell());
-            QCOMPARE(table.name(), QVariant(after));
-            delete editor;
+            const bool suits = before == after || (lists.contains(before) && lists.contains(after));
+            const auto values = committed.value(before == "SweepTime" ? "Span"
+                                                : before.isEmpty()    ? "Nonsense"
+                                                                      : before);
+            QTest::addRow("%s, %s", qPrintable(before), qPrintable(after))
+                << before << after << (suits ? values.first : values.second);
         }
     }
+}
+
+void TestAVeldoranVariableDelegateEditing::theVariableMayChangeBelowAnOpenEditor()
+{
+    QFETCH(QString, before);
+    QFETCH(QString, after);
+    QFETCH(QVariant, committed);
+    QWidget parent;
+    const AVeldoranVariableDelegate delegate;
+    VariableTable table(before, 1);
+    auto *editor = makeEditor<QWidget>(delegate, &parent, table.valueCell());
+    table.setData(table.nameCell(), after);
+    delegate.setEditorData(editor, table.valueCell());
+    delegate.setModelData(editor, &table, table.valueCell());
+    QCOMPARE(table.name(), QVariant(after));
+    QCOMPARE(table.value(), committed);
+    QCOMPARE(table.value().type(), committed.type());
 }
 
 void TestAVeldoranVariableDelegateEditing::anEditIsOneChange()

@@ -69,6 +69,8 @@ void TestAVeldoranVariableDelegatePainting::aFilterOrAKeyIsPaintedAsAComboBox_da
     QTest::newRow("key") << type << "Attenuator" << QVariant(10) << "10 dB";
     QTest::newRow("negative key") << type << "Attenuator" << QVariant(-1.0) << "Auto";
     QTest::newRow("key by number of the variable") << type << "13" << QVariant(10) << "10 dB";
+    QTest::newRow("key as a text") << type << "Attenuator" << QVariant("10") << "10 dB";
+    QTest::newRow("key as a decimal text") << type << "Attenuator" << QVariant("10.0") << "0 dB"; // not what opens
     QTest::newRow("unknown key") << type << "Attenuator" << QVariant(11) << "";
     QTest::newRow("large key") << 2 << "InputImpedance" << QVariant(200000) << "200 kOhm";
     QTest::newRow("no key") << type << "Attenuator" << QVariant("x") << "0 dB";

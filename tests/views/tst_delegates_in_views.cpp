@@ -116,6 +116,8 @@ private Q_SLOTS:
     void anEditorFillsItsCell_data() { addDelegateSampleRows(); }
     void anEditorFillsItsCell();
     void aTextThatIsNoFrequencyKeepsItsEditorOpen();
+    void aNegativeFrequencyNeedsLeaveToBeCommitted_data();
+    void aNegativeFrequencyNeedsLeaveToBeCommitted();
 };
 
 void TestDelegatesInViews::initTestCase()
@@ -307,6 +309,43 @@ void TestDelegatesInViews::aTextThatIsNoFrequencyKeepsItsEditorOpen()
     window.click(window.other, window.other->rect().center());
     QTRY_VERIFY(!window.editor());
     QCOMPARE(window.cell().data(Qt::EditRole), QVariant("2.4 GHz"));
+}
+
+void TestDelegatesInViews::aNegativeFrequencyNeedsLeaveToBeCommitted_data()
+{
+    QTest::addColumn<bool>("allowNegative");
+    QTest::addColumn<QVariant>("committed"); // by opening the editor and Return
+    QTest::newRow("with leave") << true << QVariant("-1.000 MHz");
+    QTest::newRow("without") << false << QVariant("-1 MHz");
+}
+
+void TestDelegatesInViews::aNegativeFrequencyNeedsLeaveToBeCommitted()
+{
+    QFETCH(bool, allowNegative);
+    DelegateSample sample = delegateSamples().at(5);
+    sample.value = "-1 MHz";
+    sample.make = [allowNegative](QObject *parent) {
+        auto *delegate = new AFrequencyDelegate(parent);
+        delegate->setOptions(AFrequency::MHz, allowNegative);
+        return delegate;
+    };
+    SampleWindow<QTableView> window(sample);
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    window.pressF2();
+    auto *editor = qobject_cast<QLineEdit *>(window.editor());
+    QVERIFY(editor);
+    QCOMPARE(editor->text(), QString("-1.000 MHz"));
+    QTest::keyClick(editor, Qt::Key_Return);
+    QTest::qWait(20);
+    QCOMPARE(window.editor() == nullptr, allowNegative);
+    QTEST(window.cell().data(Qt::EditRole), "committed");
+    if (allowNegative)
+        return;
+    QTest::keyClick(editor, Qt::Key_Home);
+    QTest::keyClick(editor, Qt::Key_Delete);
+    QTest::keyClick(editor, Qt::Key_Return);
+    QTRY_VERIFY(!window.editor());
+    QCOMPARE(window.cell().data(Qt::EditRole), QVariant("1.000 MHz"));
 }
 
 QTEST_MAIN(TestDelegatesInViews)
