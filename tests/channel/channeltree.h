@@ -5,8 +5,12 @@
 #include <QtCore/QDebug>
 #include <QtCore/QStringList>
 
+#include <memory>
+
 // What the tests of the channel tree build trees with, and the texts that they compare trees by.
 namespace channeltree {
+
+using Tree = std::unique_ptr<AChannelInfo>;
 
 inline AFrequency hertz(qint64 value)
 {
@@ -93,6 +97,11 @@ inline QStringList childLabels(AChannelInfo *parent)
     for (int row = 0; row < parent->childCount(); ++row)
         labels.append(parent->child(row)->label());
     return labels;
+}
+
+inline QStringList words(const char *text)
+{
+    return QString::fromLatin1(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
 }
 
 // "label:number" for each entry
