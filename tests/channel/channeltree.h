@@ -1,6 +1,7 @@
 #pragma once
 
 #include "channel/achannelinfo.h"
+#include "core/testbasics.h"
 
 #include <QtCore/QDebug>
 #include <QtCore/QStringList>
@@ -12,12 +13,7 @@ namespace channeltree {
 
 using Tree = std::unique_ptr<AChannelInfo>;
 
-inline AFrequency hertz(qint64 value)
-{
-    AFrequency frequency;
-    frequency.setValue(static_cast<long long>(value), AFrequency::Hz);
-    return frequency;
-}
+using testbasics::hertz;
 
 inline AFrequency megahertz(qint64 value)
 {
