@@ -5,9 +5,13 @@
 #include "channeltree.h"
 
 #include <QtCore/QStringList>
+#include <QtTest/QAbstractItemModelTester>
 
 // What the tests of the channel model read models by.
 namespace channelmodel {
+
+constexpr auto kReport = QAbstractItemModelTester::FailureReportingMode::QtTest;
+constexpr int kColumnCount = 11;
 
 inline QStringList headerTexts(const QAbstractItemModel &model)
 {

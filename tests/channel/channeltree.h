@@ -1,19 +1,19 @@
 #pragma once
 
 #include "channel/achannelinfo.h"
+#include "core/testbasics.h"
 
 #include <QtCore/QDebug>
 #include <QtCore/QStringList>
 
+#include <memory>
+
 // What the tests of the channel tree build trees with, and the texts that they compare trees by.
 namespace channeltree {
 
-inline AFrequency hertz(qint64 value)
-{
-    AFrequency frequency;
-    frequency.setValue(static_cast<long long>(value), AFrequency::Hz);
-    return frequency;
-}
+using Tree = std::unique_ptr<AChannelInfo>;
+
+using testbasics::hertz;
 
 inline AFrequency megahertz(qint64 value)
 {
@@ -93,6 +93,11 @@ inline QStringList childLabels(AChannelInfo *parent)
     for (int row = 0; row < parent->childCount(); ++row)
         labels.append(parent->child(row)->label());
     return labels;
+}
+
+inline QStringList words(const char *text)
+{
+    return QString::fromLatin1(text).split(QLatin1Char(' '), Qt::SkipEmptyParts);
 }
 
 // "label:number" for each entry

@@ -9,7 +9,6 @@
 
 using namespace channeltree;
 using Definition = AChannelInfo::Definition;
-using Tree = std::unique_ptr<AChannelInfo>;
 
 class TestAChannelInfoEquality : public QObject
 {

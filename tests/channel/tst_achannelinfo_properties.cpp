@@ -11,7 +11,6 @@
 
 using namespace channeltree;
 using Definition = AChannelInfo::Definition;
-using Tree = std::unique_ptr<AChannelInfo>;
 
 namespace {
 

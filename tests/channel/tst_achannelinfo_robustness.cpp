@@ -8,7 +8,6 @@
 #include <memory>
 
 using namespace channeltree;
-using Tree = std::unique_ptr<AChannelInfo>;
 
 // Nothing here is timed: what grows faster than the tree doesn't end within the time that a test function has, and what
 // recurses overflows the stack.

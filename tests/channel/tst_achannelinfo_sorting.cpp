@@ -10,7 +10,6 @@
 #include <random>
 
 using namespace channeltree;
-using Tree = std::unique_ptr<AChannelInfo>;
 
 namespace {
 

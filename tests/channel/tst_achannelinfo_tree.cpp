@@ -8,7 +8,6 @@
 #include <random>
 
 using namespace channeltree;
-using Tree = std::unique_ptr<AChannelInfo>;
 
 class TestAChannelInfoTree : public QObject
 {

@@ -1,13 +1,17 @@
 #pragma once
 
 #include "core/acalibrationdata.h"
+#include "core/testbasics.h"
 
 #include <QtCore/QFile>
 #include <QtTest/QtTest>
 
+#include <functional>
 #include <limits>
 #include <utility>
 #include <vector>
+
+#include <unistd.h>
 
 // What the tests of calibration data and of its files share.
 
@@ -18,12 +22,9 @@ constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
 constexpr const char *kForms[] = {"xml", "caldata", "offsets"};
 
-inline AFrequency hertz(qint64 value)
-{
-    AFrequency frequency;
-    frequency.setValue(value, AFrequency::Hz);
-    return frequency;
-}
+using testbasics::hertz;
+using testbasics::readFile;
+using testbasics::writeFile;
 
 inline ACalibrationData object(const QString &label, ACalibrationData::CalibrationType type,
                                const std::vector<std::pair<const char *, double>> &entries = {})
@@ -32,18 +33,6 @@ inline ACalibrationData object(const QString &label, ACalibrationData::Calibrati
     for (const auto &[frequency, gain] : entries)
         result.addLevel(AFrequency(frequency), gain);
     return result;
-}
-
-inline bool writeFile(const QString &name, const QByteArray &content)
-{
-    QFile file(name);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush();
-}
-
-inline QByteArray readFile(const QString &name)
-{
-    QFile file(name);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
 // Each type of label and of gain that a file has to take care of.
@@ -60,4 +49,26 @@ inline void addForms()
     QTest::addColumn<QString>("form");
     for (const char *form : kForms)
         QTest::newRow(form) << QString(form);
+}
+
+// A child process that begins, says so, and repeats its work until it is killed or fails. Returns when it has begun;
+// -1 if it couldn't.
+inline pid_t startWriter(const std::function<bool()> &begin, const std::function<bool()> &repeat)
+{
+    int ends[2];
+    if (::pipe(ends) != 0)
+        return -1;
+    char begun = '.';
+    const pid_t child = ::fork();
+    if (child == 0) {
+        if (!begin() || ::write(ends[1], &begun, 1) != 1)
+            ::_exit(1);
+        while (repeat()) {
+        }
+        ::_exit(1);
+    }
+    ::close(ends[1]);
+    const bool hasBegun = child > 0 && ::read(ends[0], &begun, 1) == 1;
+    ::close(ends[0]);
+    return hasBegun ? child : -1;
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/aprofile.h"
+#include "core/testbasics.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QTemporaryDir>
@@ -21,24 +22,25 @@ namespace profilefiles {
 
 using ProfilePtr = std::unique_ptr<AProfile>;
 
-inline AFrequency hertz(qint64 value)
-{
-    AFrequency frequency;
-    frequency.setValue(static_cast<long long>(value), AFrequency::Hz);
-    return frequency;
-}
+using testbasics::hertz;
+using testbasics::readFile;
+using testbasics::writeFile;
 
-inline bool writeFile(const QString &name, const QByteArray &content)
-{
-    QFile file(name);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush();
-}
-
-inline QByteArray readFile(const QString &name)
-{
-    QFile file(name);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
+// A profile with texts in two languages and channels of both kinds.
+constexpr char kFmProfile[] = R"(<?xml version="1.0" encoding="UTF-8"?>
+<profile id="fm-de" showInChannelList="1">
+  <label>FM broadcast</label>
+  <label lang="de">UKW-Rundfunk</label>
+  <description lang="en">Band II</description>
+  <begin>87.5 MHz</begin>
+  <end>108 MHz</end>
+  <channels>
+    <color>#3366cc</color>
+    <channels start="87.6 MHz" width="200 kHz" count="102"/>
+    <range label="Lower half" type="provider"><end>98 MHz</end></range>
+  </channels>
+</profile>
+)";
 
 class ProfileDir
 {

@@ -5,6 +5,7 @@
 
 #include "core/peaksearch.h"
 #include "core/plaincrc32.h"
+#include "core/testbasics.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QTemporaryDir>
@@ -22,11 +23,7 @@ inline bool writeFile(const QString &name, const QByteArray &content)
     return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush();
 }
 
-inline QByteArray readFile(const QString &name)
-{
-    QFile file(name);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
+using testbasics::readFile;
 
 inline QDateTime utc(qint64 milliseconds)
 {

@@ -33,26 +33,15 @@ Objects readBack(const QString &name)
     return ACalibrationData::readAll(name, objects, ACalibrationData::AnyType) ? objects : Objects();
 }
 
-// A process that writes one list after the other until it is killed. It says through the pipe that it has begun.
+// A process that writes one list after the other until it is killed.
 pid_t startRewriting(const QString &name, const Objects &first, const Objects &second)
 {
-    int ends[2];
-    if (::pipe(ends) != 0)
-        return -1;
-    const pid_t child = ::fork();
-    if (child == 0) {
-        char begun = '.';
-        if (::write(ends[1], &begun, 1) != 1)
-            ::_exit(1);
-        for (bool isFirst = true;; isFirst = !isFirst)
-            if (!ACalibrationData::saveAll(name, isFirst ? first : second))
-                ::_exit(1);
-    }
-    char begun = 0;
-    const bool hasBegun = child > 0 && ::read(ends[0], &begun, 1) == 1;
-    ::close(ends[0]);
-    ::close(ends[1]);
-    return hasBegun ? child : -1;
+    bool isFirst = false;
+    return startWriter([] { return true; },
+                       [&] {
+                           isFirst = !isFirst;
+                           return ACalibrationData::saveAll(name, isFirst ? first : second);
+                       });
 }
 
 } // namespace

@@ -1,5 +1,7 @@
 #include "core/afrequency.h"
 
+#include "core/testbasics.h"
+
 #include <QtTest/QtTest>
 
 #include <cmath>
@@ -7,14 +9,9 @@
 #include <limits>
 #include <random>
 
-namespace {
+using testbasics::hertz;
 
-AFrequency hertz(qint64 value)
-{
-    AFrequency frequency;
-    frequency.setValue(value, AFrequency::Hz);
-    return frequency;
-}
+namespace {
 
 QByteArray canonical(const AFrequency &frequency)
 {

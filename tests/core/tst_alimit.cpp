@@ -1,19 +1,16 @@
 #include "core/alimit.h"
 
+#include "core/testbasics.h"
+
 #include <QtTest/QtTest>
 
 #include <cmath>
 #include <cstring>
 #include <random>
 
-namespace {
+using testbasics::hertz;
 
-AFrequency hertz(qint64 value)
-{
-    AFrequency frequency;
-    frequency.setValue(value, AFrequency::Hz);
-    return frequency;
-}
+namespace {
 
 ALimit::Section section(const char *begin, double beginValue, const char *end, double endValue,
                         unsigned int interpolation = ALimit::Linear)

@@ -1,5 +1,6 @@
 #include "core/alimit.h"
 
+#include "core/testbasics.h"
 #include "documentedfiles.h"
 
 #include <QtTest/QtTest>
@@ -8,20 +9,10 @@
 
 #include <sys/stat.h>
 
+using testbasics::hertz;
+using testbasics::writeFile;
+
 namespace {
-
-AFrequency hertz(qint64 value)
-{
-    AFrequency frequency;
-    frequency.setValue(value, AFrequency::Hz);
-    return frequency;
-}
-
-bool writeFile(const QString &name, const QByteArray &content)
-{
-    QFile file(name);
-    return file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush();
-}
 
 // What is read from one file, released at the end.
 struct Limits
@@ -359,17 +350,10 @@ void TestALimitReading::damagedFilesNeverCrash()
                 limit->valueAt(hertz(i), nullptr);
         }
     };
-    for (int i = 0; i < whole.size(); ++i) {
-        for (int bit = 0; bit < 8; ++bit) {
-            QByteArray flipped = whole;
-            flipped[i] = char(flipped.at(i) ^ (1 << bit));
-            tryToRead(flipped);
-        }
-    }
+    testbasics::flipEveryBit(whole, tryToRead);
     QVERIFY(readable > 0);
     readable = 0;
-    for (int length = 0; length < whole.size(); ++length)
-        tryToRead(whole.left(length));
+    testbasics::cutAtEveryLength(whole, tryToRead);
     QCOMPARE(readable, 0);
 }
 

@@ -11,21 +11,6 @@ using namespace profilefiles;
 
 namespace {
 
-const char kExample[] = R"(<?xml version="1.0" encoding="UTF-8"?>
-<profile id="fm-de" showInChannelList="1">
-  <label>FM broadcast</label>
-  <label lang="de">UKW-Rundfunk</label>
-  <description lang="en">Band II</description>
-  <begin>87.5 MHz</begin>
-  <end>108 MHz</end>
-  <channels>
-    <color>#3366cc</color>
-    <channels start="87.6 MHz" width="200 kHz" count="102"/>
-    <range label="Lower half" type="provider"><end>98 MHz</end></range>
-  </channels>
-</profile>
-)";
-
 QStringList ids(const QList<AProfile *> &profiles)
 {
     QStringList result;
@@ -101,7 +86,7 @@ void TestAProfile::aProfileIsAnObjectOfItsParent()
 
 void TestAProfile::everyPartOfAFileIsRead()
 {
-    const ProfilePtr profile = m_dir.read(kExample);
+    const ProfilePtr profile = m_dir.read(kFmProfile);
     QVERIFY(profile);
     QVERIFY2(profile->isValid(), qPrintable(profile->errorText()));
     QVERIFY(profile->errorText().isEmpty());
@@ -345,7 +330,7 @@ void TestAProfile::derivedFollowsTheColonOfTheId()
 
 void TestAProfile::sourceIsTheNameAsGiven()
 {
-    QVERIFY(writeFile(m_dir.path(QStringLiteral("source.profile")), kExample));
+    QVERIFY(writeFile(m_dir.path(QStringLiteral("source.profile")), kFmProfile));
     const QString old = QDir::currentPath();
     QVERIFY(QDir::setCurrent(m_dir.path()));
     const QStringList names = {QStringLiteral("source.profile"), QStringLiteral("./source.profile"),
@@ -412,7 +397,7 @@ void TestAProfile::encodingsOtherThanUtf8AreRead()
 void TestAProfile::aPathToAFileGivesThatFile()
 {
     const QString name = m_dir.path(QStringLiteral("plan.xml")); // a file needs no ending
-    QVERIFY(writeFile(name, kExample));
+    QVERIFY(writeFile(name, kFmProfile));
     const QList<AProfile *> profiles = AProfile::fromPath(name);
     QCOMPARE(ids(profiles), QStringList{QStringLiteral("fm-de")});
     QCOMPARE(profiles.first()->source(), name);
@@ -430,9 +415,9 @@ void TestAProfile::aDirectoryGivesItsProfilesByName()
     for (const QString &name : names)
         QVERIFY(writeFile(dir.path(name), profileXml({}, "id=\"" + name.toUtf8() + "\"")));
     QVERIFY(QDir(dir.path()).mkpath(QStringLiteral("sub")));
-    QVERIFY(writeFile(dir.path(QStringLiteral("sub/s.profile")), kExample));
+    QVERIFY(writeFile(dir.path(QStringLiteral("sub/s.profile")), kFmProfile));
     QVERIFY(QDir(dir.path()).mkpath(QStringLiteral("c.profile")));
-    QVERIFY(writeFile(dir.path(QStringLiteral("c.profile/d.profile")), kExample));
+    QVERIFY(writeFile(dir.path(QStringLiteral("c.profile/d.profile")), kFmProfile));
 
     QStringList expected;
     for (const QString &name : names) {
@@ -454,7 +439,7 @@ void TestAProfile::aDirectoryGivesItsProfilesByName()
 void TestAProfile::filesOfADirectoryHaveAbsoluteSources()
 {
     const ProfileDir dir;
-    QVERIFY(writeFile(dir.path(QStringLiteral("a.profile")), kExample));
+    QVERIFY(writeFile(dir.path(QStringLiteral("a.profile")), kFmProfile));
     const QString old = QDir::currentPath();
     QVERIFY(QDir::setCurrent(dir.path()));
     const QString expected = QDir::currentPath() + QStringLiteral("/a.profile");
@@ -480,7 +465,7 @@ void TestAProfile::entriesThatCannotBeReadDisturbNoOthers()
 {
     const ProfileDir dir;
     QVERIFY(QFile::setPermissions(dir.path(), QFile::Permissions(0x7755))); // others may look inside
-    QVERIFY(writeFile(dir.path(QStringLiteral("a.profile")), kExample));
+    QVERIFY(writeFile(dir.path(QStringLiteral("a.profile")), kFmProfile));
     QVERIFY(writeFile(dir.path(QStringLiteral("b.profile")), "<profile id=\"cut"));
     QVERIFY(writeFile(dir.path(QStringLiteral("c.profile")), QByteArray()));
     QVERIFY(QFile::link(dir.path(QStringLiteral("gone")), dir.path(QStringLiteral("d.profile"))));
@@ -488,7 +473,7 @@ void TestAProfile::entriesThatCannotBeReadDisturbNoOthers()
     QVERIFY(QDir(dir.path()).mkpath(QStringLiteral("f.profile")));
     QCOMPARE(mkfifo(qPrintable(dir.path(QStringLiteral("g.profile"))), 0644), 0);
     const QString secret = dir.path(QStringLiteral("h.profile"));
-    QVERIFY(writeFile(secret, kExample));
+    QVERIFY(writeFile(secret, kFmProfile));
     QVERIFY(QFile::setPermissions(secret, QFile::Permissions()));
     QVERIFY(QFile::link(dir.path(QStringLiteral("a.profile")), dir.path(QStringLiteral("i.profile"))));
     QVERIFY(QFile::link(dir.path(QStringLiteral("f.profile")), dir.path(QStringLiteral("j.profile"))));

@@ -9,21 +9,6 @@ using namespace profilefiles;
 
 namespace {
 
-const char kExample[] = R"(<?xml version="1.0" encoding="UTF-8"?>
-<profile id="fm-de" showInChannelList="1">
-  <label>FM broadcast</label>
-  <label lang="de">UKW-Rundfunk</label>
-  <description lang="en">Band II</description>
-  <begin>87.5 MHz</begin>
-  <end>108 MHz</end>
-  <channels>
-    <color>#3366cc</color>
-    <channels start="87.6 MHz" width="200 kHz" count="102"/>
-    <range label="Lower half" type="provider"><end>98 MHz</end></range>
-  </channels>
-</profile>
-)";
-
 QDomDocument document(const QByteArray &xml)
 {
     QDomDocument parsed;
@@ -65,7 +50,7 @@ void TestAProfileSetters::settersStoreAndSetTheModifiedBit()
         AProfile one;
         set(one);
         QVERIFY(one.flags() & AProfile::ModifiedProfile);
-        const ProfilePtr read = m_dir.read(kExample);
+        const ProfilePtr read = m_dir.read(kFmProfile);
         read->setFlags(AProfile::UserProfile);
         set(*read);
         QCOMPARE(read->flags() & ~4u, AProfile::UserProfile | AProfile::ModifiedProfile);
@@ -89,7 +74,7 @@ void TestAProfileSetters::settersStoreAndSetTheModifiedBit()
 
 void TestAProfileSetters::settingTheSameValueCountsAsAChange()
 {
-    const ProfilePtr profile = m_dir.read(kExample);
+    const ProfilePtr profile = m_dir.read(kFmProfile);
     profile->setId(profile->id());
     QCOMPARE(profile->flags(), 0x1000u);
     profile->setFlags(0);
@@ -105,7 +90,7 @@ void TestAProfileSetters::settingTheSameValueCountsAsAChange()
 
 void TestAProfileSetters::settingATextTouchesThatLanguageAlone()
 {
-    const ProfilePtr profile = m_dir.read(kExample);
+    const ProfilePtr profile = m_dir.read(kFmProfile);
     const QString none;
     const QString german = QStringLiteral("de");
     const QString austrian = QStringLiteral("de_AT");
@@ -138,7 +123,7 @@ void TestAProfileSetters::settingATextTouchesThatLanguageAlone()
 
 void TestAProfileSetters::channelDataIsCopiedUnderItsOwnName()
 {
-    const ProfilePtr profile = m_dir.read(kExample);
+    const ProfilePtr profile = m_dir.read(kFmProfile);
     const QDomDocument owner = document("<plan a=\"1\"><range label=\"x\"><plan/></range><!-- c --></plan>");
     QDomElement plan = owner.documentElement();
     profile->setChannelData(plan);
@@ -169,7 +154,7 @@ void TestAProfileSetters::channelDataIsCopiedUnderItsOwnName()
 
 void TestAProfileSetters::channelDataMayComeFromTheProfileItself()
 {
-    const ProfilePtr profile = m_dir.read(kExample);
+    const ProfilePtr profile = m_dir.read(kFmProfile);
     profile->setChannelData(profile->channelData().toElement());
     QCOMPARE(profile->channelData().childNodes().size(), 3);
     profile->setChannelData(profile->channelData().firstChildElement(QStringLiteral("range")));

@@ -20,6 +20,11 @@
 // that edits them behind its back.
 namespace registrytest {
 
+constexpr unsigned int kInstalled = AProfile::InstalledProfile;
+constexpr unsigned int kUser = AProfile::UserProfile;
+constexpr unsigned int kDerived = AProfile::DerivedProfile;
+constexpr unsigned int kModified = AProfile::ModifiedProfile;
+
 inline void writeText(const QString &fileName, const QString &text)
 {
     QFile file(fileName);

@@ -59,33 +59,22 @@ ACalibrationData wide(const QString &label, int entries)
     return object;
 }
 
-// Renames the object of a file to and fro, until it is killed. It says through the pipe that it has begun.
+// Renames the object of a file to and fro, until it is killed.
 pid_t startRenaming(const QString &file, const Objects &objects)
 {
-    int ends[2];
-    if (::pipe(ends) != 0)
-        return -1;
-    const pid_t child = ::fork();
-    if (child == 0) {
-        auto *manager = new ADataManager;
-        const QStringList labels = manager->addCalibrationFile(file, kCable);
-        const QString other = objects.last().label();
-        char begun = '.';
-        if (!labels.contains(other) || ::write(ends[1], &begun, 1) != 1)
-            ::_exit(1);
-        ACalibrationData object = objects.last();
-        for (QString label = other;;) {
-            const QString next = label == QLatin1String("a") ? QStringLiteral("b") : QStringLiteral("a");
-            object.setLabel(next);
+    ADataManager *manager = nullptr;
+    ACalibrationData object = objects.last();
+    return startWriter(
+        [&] {
+            manager = new ADataManager;
+            return manager->addCalibrationFile(file, kCable).contains(object.label());
+        },
+        [&] {
+            const QString label = object.label();
+            object.setLabel(label == QLatin1String("a") ? QStringLiteral("b") : QStringLiteral("a"));
             manager->updateCalibrationData(object, label);
-            label = next;
-        }
-    }
-    char begun = 0;
-    const bool hasBegun = child > 0 && ::read(ends[0], &begun, 1) == 1;
-    ::close(ends[0]);
-    ::close(ends[1]);
-    return hasBegun ? child : -1;
+            return true;
+        });
 }
 
 } // namespace

@@ -1,57 +1,9 @@
-#include "core/alimit.h"
 #include "core/profilefiles.h"
-#include "registryfixture.h"
+#include "limitregistry.h"
 
 #include <QtTest/QtTest>
 
 using namespace registrytest;
-
-namespace {
-
-const QString kLimits = QStringLiteral("limits");
-
-// A limit file with a flat limit of each name, whose value is its number in the list.
-QString limitText(const QStringList &names)
-{
-    QString text = QStringLiteral("<data>");
-    for (int i = 0; i < names.size(); ++i)
-        text += QStringLiteral("<limit name=\"%1\"><level frequency=\"1000\">%2</level></limit>")
-                    .arg(names.at(i).toHtmlEscaped())
-                    .arg(i);
-    return text + QStringLiteral("</data>\n");
-}
-
-QString errorText(const QString &fileName)
-{
-    QList<const ALimit *> list;
-    QString text;
-    ALimit::readAll(fileName, list, &text);
-    qDeleteAll(list);
-    return QStringLiteral("error: ") + text;
-}
-
-ALimit *namedLimit(const QString &name)
-{
-    auto *limit = new ALimit;
-    limit->setName(name);
-    return limit;
-}
-
-// Calls itself something else than its name, and tells when it goes.
-class RenamedLimit : public ALimit
-{
-public:
-    explicit RenamedLimit(int *deletions)
-        : m_deletions(deletions)
-    {}
-    ~RenamedLimit() override { ++*m_deletions; }
-    QString name() const override { return QStringLiteral("renamed"); }
-
-private:
-    int *m_deletions;
-};
-
-} // namespace
 
 class TestADataManagerLimits : public QObject
 {
@@ -89,15 +41,6 @@ private Q_SLOTS:
     void aDeepTreeIsScanned();
     void clearingDeletesAllAndEndsTheWatch();
     void theManagerDeletesItsLimits();
-
-    void aChangedFileSignalsTwice();
-    void aDeletedFileSignalsOnce();
-    void aFailedReloadReportsAndSignalsOnce();
-    void aFileThatIsReplacedAgainAndAgainIsFollowed();
-    void aFileThatIsRewrittenInPlaceIsFollowed();
-    void aNameThatNoStoreKnowsIsIgnored();
-    void theLimitBranchComesBeforeTheProfileBranch();
-    void internalLimitsDoNotOutliveAnUpdateUnderTheirName();
 };
 
 void TestADataManagerLimits::aFreshStoreIsEmpty()
@@ -514,126 +457,6 @@ void TestADataManagerLimits::theManagerDeletesItsLimits()
     QCOMPARE(deletions, 1);
     QVERIFY(!limit);
     QCOMPARE(registry.takeLog(), (QStringList{kLimits, QStringLiteral("channels")}));
-}
-
-void TestADataManagerLimits::aChangedFileSignalsTwice()
-{
-    Registry registry;
-    const QString name = registry.write(QStringLiteral("a.xml"), limitText({QStringLiteral("a")}));
-    QVERIFY(registry->addLimitFile(name));
-    registry.takeLog();
-    registry.write(QStringLiteral("a.xml"), limitText({QStringLiteral("b")}));
-    registry.updateFile(name);
-    QCOMPARE(registry.takeLog(), (QStringList{kLimits, kLimits}));
-    QCOMPARE(registry->getLimitNames(), QStringList{QStringLiteral("b")});
-}
-
-void TestADataManagerLimits::aDeletedFileSignalsOnce()
-{
-    Registry registry;
-    const QString name = registry.write(QStringLiteral("a.xml"), limitText({QStringLiteral("a")}));
-    QVERIFY(registry->addLimitFile(name));
-    const QPointer<const ALimit> limit = registry->getLimitForName(QStringLiteral("a"));
-    registry->addInternalLimit(namedLimit(QStringLiteral("kept")));
-    registry.takeLog();
-    registry.shell(QStringLiteral("rm a.xml"));
-    settle();
-    QCOMPARE(registry.takeLog(), QStringList{kLimits});
-    QCOMPARE(registry->getLimitNames(), QStringList{QStringLiteral("kept")});
-    QVERIFY(!limit);
-    // The name is forgotten.
-    registry.updateFile(name);
-    QCOMPARE(registry.takeLog(), QStringList());
-}
-
-void TestADataManagerLimits::aFailedReloadReportsAndSignalsOnce()
-{
-    Registry registry;
-    const QString name = registry.write(QStringLiteral("a.xml"), limitText({QStringLiteral("a")}));
-    QVERIFY(registry->addLimitFile(name));
-    const ALimit *limit = registry->getLimitForName(QStringLiteral("a"));
-    registry.takeLog();
-    registry.shell(QStringLiteral("printf '<data>' > other; mv other a.xml"));
-    settle();
-    QCOMPARE(registry.takeLog(), (QStringList{errorText(name), kLimits}));
-    QCOMPARE(registry->getLimitForName(QStringLiteral("a")), limit);
-    QVERIFY(!isWatched(name)); // the watch went with the old file, and only a success brings a new one
-}
-
-void TestADataManagerLimits::aFileThatIsReplacedAgainAndAgainIsFollowed()
-{
-    Registry registry;
-    const QString name = registry.write(QStringLiteral("a.xml"), limitText({QStringLiteral("0")}));
-    QVERIFY(registry->addLimitFile(name));
-    registry.takeLog();
-    for (int i = 1; i <= 5; ++i) {
-        const QString text = QString::number(i);
-        registry.write(QStringLiteral("new"), limitText({text}));
-        registry.shell(QStringLiteral("mv new a.xml"));
-        settle();
-        QCOMPARE(registry->getLimitNames(), QStringList{text});
-        QVERIFY(isWatched(name));
-    }
-    QCOMPARE(registry.takeLog(), repeated(kLimits, 10));
-}
-
-void TestADataManagerLimits::aFileThatIsRewrittenInPlaceIsFollowed()
-{
-    Registry registry;
-    const QString name = registry.write(QStringLiteral("a.xml"), limitText({QStringLiteral("a")}));
-    QVERIFY(registry->addLimitFile(name));
-    registry.shellBeside(
-        QStringLiteral("printf '<data><limit name=\"b' > a.xml; sleep 0.2; printf '\"/></data>' >> a.xml"));
-    QTRY_COMPARE(registry->getLimitNames(), QStringList{QStringLiteral("b")});
-    QVERIFY(registry.takeLog().contains(kLimits));
-    QVERIFY(isWatched(name));
-}
-
-void TestADataManagerLimits::aNameThatNoStoreKnowsIsIgnored()
-{
-    Registry registry;
-    const QString name = registry.write(QStringLiteral("a.xml"), limitText({QStringLiteral("a")}));
-    registry->addInternalLimit(namedLimit(QStringLiteral("a")));
-    registry.takeLog();
-    registry.updateFile(name);
-    registry.updateFile(registry.path(QStringLiteral("missing")));
-    QCOMPARE(registry.takeLog(), QStringList());
-    QVERIFY(registry->getLimitForName(QStringLiteral("a")));
-}
-
-void TestADataManagerLimits::theLimitBranchComesBeforeTheProfileBranch()
-{
-    Registry registry;
-    const QString limit = QStringLiteral("<limit name='a'/>");
-    const AProfile *profile = registry.add(QStringLiteral("p"), QStringLiteral("P"), limit);
-    QVERIFY(profile);
-    const QString name = profile->source();
-    QVERIFY(registry->addLimitFile(name));
-    registry.takeLog();
-    registry.writeProfile(QStringLiteral("p.profile"), QStringLiteral("p"), QStringLiteral("Q"), limit + limit);
-    registry.updateFile(name);
-    const QString profiles = QStringLiteral("profiles");
-    QCOMPARE(registry.takeLog(), (QStringList{kLimits, kLimits, profiles}));
-    QCOMPARE(registry->getLimitNames().size(), 2);
-    QCOMPARE(registry.contents(), QStringList{QStringLiteral("p|Q")});
-
-    registry.shell(QStringLiteral("rm p.profile"));
-    settle();
-    QCOMPARE(registry.takeLog(), (QStringList{kLimits, profiles, profiles}));
-    QVERIFY(registry->getLimitNames().isEmpty());
-    QVERIFY(registry.contents().isEmpty());
-}
-
-// No watch reports such a name; a receiver of a signal of its own might.
-void TestADataManagerLimits::internalLimitsDoNotOutliveAnUpdateUnderTheirName()
-{
-    Registry registry;
-    int deletions = 0;
-    registry->addInternalLimit(new RenamedLimit(&deletions));
-    registry.takeLog();
-    registry.updateFile(QStringLiteral("(internal)"));
-    QCOMPARE(registry.takeLog(), QStringList{kLimits});
-    QCOMPARE(deletions, 1);
 }
 
 QTEST_GUILESS_MAIN(TestADataManagerLimits)

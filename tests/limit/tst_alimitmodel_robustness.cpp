@@ -140,8 +140,9 @@ void TestALimitModelRobustness::declarationsAreRefused()
     const profilefiles::ChildResult result = inChild([&] {
         const bool loaded = dir.model.loadFromFile(name);
         return !loaded && dir.loadErrors.size() == 1 &&
-                       dir.loadErrors.first().startsWith("Could not parse file '" + name +
-                                                         "': The internal subset of a document type is not read (line 1")
+                       dir.loadErrors.first().startsWith(
+                           "Could not parse file '" + name +
+                           "': The internal subset of a document type is not read (line 1")
                    ? 1
                    : 0;
     });
@@ -338,17 +339,10 @@ void TestALimitModelRobustness::damagedFilesNeverCrash()
         QVERIFY(model.loadFromFile(out)); // what was written can be read
         QCOMPARE(model.rowCount(), rows);
     };
-    for (int i = 0; i < whole.size(); ++i) {
-        for (int bit = 0; bit < 8; ++bit) {
-            QByteArray flipped = whole;
-            flipped[i] = char(flipped.at(i) ^ (1 << bit));
-            tryToRead(flipped);
-        }
-    }
+    testbasics::flipEveryBit(whole, tryToRead);
     QVERIFY(readable > 0);
     readable = 0;
-    for (int length = 0; length < whole.size(); ++length)
-        tryToRead(whole.left(length));
+    testbasics::cutAtEveryLength(whole, tryToRead);
     QCOMPARE(readable, 0);
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/ameasurementvalue.h"
+#include "core/testbasics.h"
 #include "marker/aspectrummarkerlist.h"
 
 #include <QtCore/QList>
@@ -20,12 +21,7 @@ enum UnitId
     W_m2 = 11
 };
 
-inline AFrequency hertz(qint64 value)
-{
-    AFrequency frequency;
-    frequency.setValue(value, AFrequency::Hz);
-    return frequency;
-}
+using testbasics::hertz;
 
 inline AFrequency megahertz(qint64 value)
 {
