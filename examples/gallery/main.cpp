@@ -6,7 +6,9 @@
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QDir>
+#include <QtCore/QEventLoop>
 #include <QtCore/QTextStream>
+#include <QtCore/QTimer>
 #include <QtGui/QPainter>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QHeaderView>
@@ -24,13 +26,25 @@ void fillWindow(QTabWidget *window, const QString &dataDir)
     window->addTab(gallery::makeLimitsTab(dataDir), QObject::tr("Limits"));
     window->addTab(gallery::makeCalibrationsTab(dataDir), QObject::tr("Calibration"));
     window->addTab(gallery::makeMarkersTab(), QObject::tr("Markers"));
+    window->addTab(gallery::makeLiveDisplayTab(), QObject::tr("Live display"));
     window->addTab(gallery::makeVariablesTab(), QObject::tr("Device settings"));
     window->addTab(gallery::makeBookmarksTab(), QObject::tr("Bookmarks"));
+    window->addTab(gallery::makeTriggersTab(), QObject::tr("Trigger actions"));
+    window->addTab(gallery::makeDevicesTab(), QObject::tr("Devices"));
 
     // Cells that look like editors want the height of one.
     const QList<QTableView *> tables = window->findChildren<QTableView *>();
     for (QTableView *table : tables)
         table->verticalHeader()->setDefaultSectionSize(QSpinBox().sizeHint().height());
+}
+
+// For the layout, and for what comes from the event loop, as the attached devices do.
+void settle()
+{
+    constexpr int kSettleMs = 150;
+    QEventLoop loop;
+    QTimer::singleShot(kSettleMs, &loop, &QEventLoop::quit);
+    loop.exec();
 }
 
 // All tabs below each other.
@@ -39,7 +53,7 @@ QImage pictureOf(QTabWidget *window)
     QImage picture;
     for (int tab = 0; tab < window->count(); ++tab) {
         window->setCurrentIndex(tab);
-        QApplication::processEvents(); // for the layout
+        settle();
         const QImage part = window->grab().toImage();
         if (picture.isNull()) {
             picture = QImage(part.width(), part.height() * window->count(), QImage::Format_RGB32);
