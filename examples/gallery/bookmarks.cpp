@@ -61,8 +61,9 @@ QWidget *gallery::makeBookmarksTab()
     view->setItemDelegateForColumn(ColumnPriority,
                                    new ABooleanItemDelegate(QObject::tr("High"), QObject::tr("Normal"), view));
     view->setItemDelegateForColumn(ColumnColour, new ARemoveSelectionDelegate(true, view));
-    view->horizontalHeader()->setDefaultSectionSize(132);
-    view->setColumnWidth(ColumnFrequency, 170);
+    view->horizontalHeader()->setMinimumSectionSize(110);
+    view->resizeColumnsToContents();
+    view->setColumnWidth(ColumnFrequency, 170); // of the spin box that it looks like
     view->selectRow(1);
     return view;
 }

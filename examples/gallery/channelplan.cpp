@@ -32,6 +32,7 @@ QWidget *gallery::makeChannelPlanTab(const QString &dataDir)
     for (const int column : {AChannelInfo::ColumnQualifiedName, AChannelInfo::ColumnProfileId,
                              AChannelInfo::ColumnAutoChannelDefinition, AChannelInfo::ColumnMirrorEntryFreq})
         view->hideColumn(column);
+    view->header()->setStretchLastSection(false); // which would cut the comments
     view->header()->resizeSections(QHeaderView::ResizeToContents);
     return view;
 }

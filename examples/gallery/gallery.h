@@ -15,5 +15,8 @@ QWidget *makeCalibrationsTab(const QString &dataDir);
 QWidget *makeMarkersTab();
 QWidget *makeVariablesTab();
 QWidget *makeBookmarksTab();
+QWidget *makeDevicesTab();
+QWidget *makeTriggersTab();
+QWidget *makeLiveDisplayTab();
 
 } // namespace gallery

@@ -6,7 +6,9 @@
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QDir>
+#include <QtCore/QEventLoop>
 #include <QtCore/QTextStream>
+#include <QtCore/QTimer>
 #include <QtGui/QPainter>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QHeaderView>
@@ -20,12 +22,15 @@ namespace {
 
 void fillWindow(QTabWidget *window, const QString &dataDir)
 {
-    window->addTab(gallery::makeChannelPlanTab(dataDir), QObject::tr("Channel plan"));
+    window->addTab(gallery::makeChannelPlanTab(dataDir), QObject::tr("Channels"));
     window->addTab(gallery::makeLimitsTab(dataDir), QObject::tr("Limits"));
     window->addTab(gallery::makeCalibrationsTab(dataDir), QObject::tr("Calibration"));
     window->addTab(gallery::makeMarkersTab(), QObject::tr("Markers"));
-    window->addTab(gallery::makeVariablesTab(), QObject::tr("Device settings"));
+    window->addTab(gallery::makeLiveDisplayTab(), QObject::tr("Live"));
+    window->addTab(gallery::makeVariablesTab(), QObject::tr("Settings"));
     window->addTab(gallery::makeBookmarksTab(), QObject::tr("Bookmarks"));
+    window->addTab(gallery::makeTriggersTab(), QObject::tr("Triggers"));
+    window->addTab(gallery::makeDevicesTab(), QObject::tr("Devices"));
 
     // Cells that look like editors want the height of one.
     const QList<QTableView *> tables = window->findChildren<QTableView *>();
@@ -33,19 +38,32 @@ void fillWindow(QTabWidget *window, const QString &dataDir)
         table->verticalHeader()->setDefaultSectionSize(QSpinBox().sizeHint().height());
 }
 
-// All tabs below each other.
+// For the layout, and for what comes from the event loop, as the attached devices do.
+void settle()
+{
+    constexpr int kSettleMs = 150;
+    QEventLoop loop;
+    QTimer::singleShot(kSettleMs, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+// All tabs, line by line.
 QImage pictureOf(QTabWidget *window)
 {
+    constexpr int kColumns = 3;
+    const int lines = (window->count() + kColumns - 1) / kColumns;
     QImage picture;
     for (int tab = 0; tab < window->count(); ++tab) {
         window->setCurrentIndex(tab);
-        QApplication::processEvents(); // for the layout
+        settle();
         const QImage part = window->grab().toImage();
         if (picture.isNull()) {
-            picture = QImage(part.width(), part.height() * window->count(), QImage::Format_RGB32);
+            picture = QImage(part.width() * kColumns, part.height() * lines, QImage::Format_RGB32);
             picture.setDevicePixelRatio(part.devicePixelRatio());
+            picture.fill(window->palette().color(QPalette::Window));
         }
-        QPainter(&picture).drawImage(QPointF(0, tab * window->height()), part);
+        const QPointF place(tab % kColumns * window->width(), tab / kColumns * window->height());
+        QPainter(&picture).drawImage(place, part);
     }
     return picture;
 }
