@@ -32,6 +32,6 @@ set_source_files_properties(${resources} PROPERTIES SKIP_AUTOGEN ON)
 target_sources(aveldoran PRIVATE ${resources})
 
 list(TRANSFORM AVELDORAN_LANGUAGES REPLACE "(.+)" "${PROJECT_SOURCE_DIR}/translations/aveldoran_\\1.ts" OUTPUT_VARIABLE sources)
-set(AVELDORAN_LUPDATE ${LUPDATE} -silent -no-obsolete -locations none -source-language en ${AVELDORAN_FOLDERS} -ts)
+set(AVELDORAN_LUPDATE ${LUPDATE} -silent -no-obsolete -locations none -source-language en ${AVELDORAN_FOLDERS} examples/gallery -ts)
 set(AVELDORAN_LUPDATE ${AVELDORAN_LUPDATE} PARENT_SCOPE) # for the test that all texts are translated
 add_custom_target(update_translations COMMAND ${AVELDORAN_LUPDATE} ${sources} WORKING_DIRECTORY ${PROJECT_SOURCE_DIR} VERBATIM)

@@ -455,4 +455,163 @@
         <translation>Ungültiger Name einer Verarbeitungsanweisung</translation>
     </message>
 </context>
+<context>
+    <name>Gallery</name>
+    <message>
+        <source>Name</source>
+        <translation>Name</translation>
+    </message>
+    <message>
+        <source>Frequency</source>
+        <translation>Frequenz</translation>
+    </message>
+    <message>
+        <source>Width (MHz)</source>
+        <translation>Breite (MHz)</translation>
+    </message>
+    <message>
+        <source>Demodulation</source>
+        <translation>Demodulation</translation>
+    </message>
+    <message>
+        <source>Active</source>
+        <translation>Aktiv</translation>
+    </message>
+    <message>
+        <source>Priority</source>
+        <translation>Priorität</translation>
+    </message>
+    <message>
+        <source>Colour</source>
+        <translation>Farbe</translation>
+    </message>
+    <message>
+        <source>High</source>
+        <translation>Hoch</translation>
+    </message>
+    <message>
+        <source>Normal</source>
+        <translation>Normal</translation>
+    </message>
+    <message>
+        <source>Yes</source>
+        <translation>Ja</translation>
+    </message>
+    <message>
+        <source>No</source>
+        <translation>Nein</translation>
+    </message>
+    <message>
+        <source>Refresh</source>
+        <translation>Aktualisieren</translation>
+    </message>
+    <message>
+        <source>Looking for devices ...</source>
+        <translation>Geräte werden gesucht ...</translation>
+    </message>
+    <message>
+        <source>Attached: %1</source>
+        <translation>Angeschlossen: %1</translation>
+    </message>
+    <message>
+        <source>Nothing is attached. Plug in an analyser, a generator or a GPS logger, and refresh.</source>
+        <translation>Nichts ist angeschlossen. Stecken Sie einen Analysator, einen Generator oder einen GPS-Logger an und aktualisieren Sie.</translation>
+    </message>
+    <message>
+        <source>step</source>
+        <translation>Stufe</translation>
+    </message>
+    <message>
+        <source>linear</source>
+        <translation>linear</translation>
+    </message>
+    <message>
+        <source>logarithmic</source>
+        <translation>logarithmisch</translation>
+    </message>
+    <message>
+        <source>%1 dBm</source>
+        <translation>%1 dBm</translation>
+    </message>
+    <message>
+        <source>%1 MHz</source>
+        <translation>%1 MHz</translation>
+    </message>
+    <message>
+        <source>Channels</source>
+        <translation>Kanäle</translation>
+    </message>
+    <message>
+        <source>Limits</source>
+        <translation>Grenzwerte</translation>
+    </message>
+    <message>
+        <source>Calibration</source>
+        <translation>Kalibrierung</translation>
+    </message>
+    <message>
+        <source>Markers</source>
+        <translation>Marker</translation>
+    </message>
+    <message>
+        <source>Live</source>
+        <translation>Live</translation>
+    </message>
+    <message>
+        <source>Settings</source>
+        <translation>Einstellungen</translation>
+    </message>
+    <message>
+        <source>Bookmarks</source>
+        <translation>Lesezeichen</translation>
+    </message>
+    <message>
+        <source>Triggers</source>
+        <translation>Auslöser</translation>
+    </message>
+    <message>
+        <source>Devices</source>
+        <translation>Geräte</translation>
+    </message>
+    <message>
+        <source>Every model and delegate of the library, with live data.</source>
+        <translation>Alle Modelle und Delegates der Bibliothek, mit laufenden Daten.</translation>
+    </message>
+    <message>
+        <source>The example data.</source>
+        <translation>Die Beispieldaten.</translation>
+    </message>
+    <message>
+        <source>Draw all tabs into a picture and end.</source>
+        <translation>Zeichnet alle Reiter in ein Bild und endet.</translation>
+    </message>
+    <message>
+        <source>Gallery</source>
+        <translation>Galerie</translation>
+    </message>
+    <message>
+        <source>Marker</source>
+        <translation>Marker</translation>
+    </message>
+    <message>
+        <source>Carrier on the emergency frequency</source>
+        <translation>Träger auf der Notfrequenz</translation>
+    </message>
+    <message>
+        <source>Add</source>
+        <translation>Hinzufügen</translation>
+    </message>
+    <message>
+        <source>Remove</source>
+        <translation>Entfernen</translation>
+    </message>
+    <message>
+        <source>Variable</source>
+        <translation>Variable</translation>
+    </message>
+    <message>
+        <source>Value</source>
+        <translation>Wert</translation>
+    </message>
+</context>
 </TS>

@@ -40,9 +40,9 @@ QWidget *gallery::makeBookmarksTab()
     };
     auto *view = new QTableView;
     auto *model = new QStandardItemModel(rows.size(), ColumnCount, view);
-    model->setHorizontalHeaderLabels({QObject::tr("Name"), QObject::tr("Frequency"), QObject::tr("Width (MHz)"),
-                                      QObject::tr("Demodulation"), QObject::tr("Active"), QObject::tr("Priority"),
-                                      QObject::tr("Colour")});
+    model->setHorizontalHeaderLabels({Gallery::tr("Name"), Gallery::tr("Frequency"), Gallery::tr("Width (MHz)"),
+                                      Gallery::tr("Demodulation"), Gallery::tr("Active"), Gallery::tr("Priority"),
+                                      Gallery::tr("Colour")});
     for (int row = 0; row < rows.size(); ++row) {
         for (int column = 0; column < ColumnCount; ++column)
             model->setData(model->index(row, column), rows.at(row).at(column));
@@ -59,7 +59,7 @@ QWidget *gallery::makeBookmarksTab()
     view->setItemDelegateForColumn(ColumnDemodulation, new AComboBoxDelegate(demodulations, 0, view));
     view->setItemDelegateForColumn(ColumnActive, new ACheckBoxItemDelegate(view));
     view->setItemDelegateForColumn(ColumnPriority,
-                                   new ABooleanItemDelegate(QObject::tr("High"), QObject::tr("Normal"), view));
+                                   new ABooleanItemDelegate(Gallery::tr("High"), Gallery::tr("Normal"), view));
     view->setItemDelegateForColumn(ColumnColour, new ARemoveSelectionDelegate(true, view));
     view->horizontalHeader()->setMinimumSectionSize(110);
     view->resizeColumnsToContents();

@@ -19,7 +19,7 @@ QWidget *gallery::makeChannelPlanTab(const QString &dataDir)
     auto *model = new AChannelInfoModel(view, nullptr);
     view->setModel(model);
     view->setItemDelegateForColumn(AChannelInfo::ColumnSelectable,
-                                   new ABooleanItemDelegate(QObject::tr("Yes"), QObject::tr("No"), view));
+                                   new ABooleanItemDelegate(Gallery::tr("Yes"), Gallery::tr("No"), view));
 
     // The model owns its root, and so does the registry: the view works on a copy.
     const auto reload = [=] {

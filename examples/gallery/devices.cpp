@@ -34,7 +34,7 @@ public:
         auto *view = new QTableView;
         view->setModel(&m_model);
         view->setItemDelegateForColumn(ADeviceListModel::ColumnConnected,
-                                       new ABooleanItemDelegate(tr("Yes"), tr("No"), view));
+                                       new ABooleanItemDelegate(Gallery::tr("Yes"), Gallery::tr("No"), view));
         auto *usbId = new UsbIdDelegate(view);
         view->setItemDelegateForColumn(ADeviceListModel::ColumnVendorId, usbId);
         view->setItemDelegateForColumn(ADeviceListModel::ColumnProductId, usbId);
@@ -42,7 +42,7 @@ public:
         view->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
         view->horizontalHeader()->setSectionResizeMode(ADeviceListModel::ColumnDescription, QHeaderView::Stretch);
 
-        auto *refresh = new QPushButton(tr("Refresh"));
+        auto *refresh = new QPushButton(Gallery::tr("Refresh"));
         connect(refresh, &QPushButton::clicked, this, &DeviceChooser::search);
         connect(&m_model, &QAbstractItemModel::modelReset, this, &DeviceChooser::tellResult);
 
@@ -61,7 +61,7 @@ protected:
 private:
     void search()
     {
-        m_note->setText(tr("Looking for devices ..."));
+        m_note->setText(Gallery::tr("Looking for devices ..."));
         m_model.refresh();
     }
 
@@ -69,8 +69,8 @@ private:
     {
         const int count = m_model.rowCount();
         m_note->setText(
-            count ? tr("Attached: %1").arg(count)
-                  : tr("Nothing is attached. Plug in an analyser, a generator or a GPS logger, and refresh."));
+            count ? Gallery::tr("Attached: %1").arg(count)
+                  : Gallery::tr("Nothing is attached. Plug in an analyser, a generator or a GPS logger, and refresh."));
     }
 
     ADeviceListModel m_model;

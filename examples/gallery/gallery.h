@@ -1,9 +1,16 @@
 #pragma once
 
+#include <QtCore/QCoreApplication>
 #include <QtCore/QString>
 
 class QAbstractItemView;
 class QWidget;
+
+// The texts of all tabs: translated as one context.
+class Gallery
+{
+    Q_DECLARE_TR_FUNCTIONS(Gallery)
+};
 
 // The tabs of the gallery. Each stands in a file of its own, which can be copied alone. `dataDir` holds the example
 // data.

@@ -22,9 +22,9 @@ QWidget *gallery::makeLimitsTab(const QString &dataDir)
     const QStringList unitLabels = model->unitLabels();
     for (const QString &label : unitLabels)
         units[static_cast<unsigned int>(units.size())] = label;
-    const QMap<unsigned int, QString> interpolations = {{ALimit::Step, QObject::tr("step")},
-                                                        {ALimit::Linear, QObject::tr("linear")},
-                                                        {ALimit::Logarithmic, QObject::tr("logarithmic")}};
+    const QMap<unsigned int, QString> interpolations = {{ALimit::Step, Gallery::tr("step")},
+                                                        {ALimit::Linear, Gallery::tr("linear")},
+                                                        {ALimit::Logarithmic, Gallery::tr("logarithmic")}};
     auto *megahertz = new ALimitSuffixDelegate(QStringLiteral("MHz"), 6, view);
     for (const int column : {ALimitModel::ColumnBegin, ALimitModel::ColumnEnd, ALimitModel::ColumnBeginFrequency,
                              ALimitModel::ColumnEndFrequency})

@@ -31,7 +31,8 @@ class LiveDisplay : public QWidget
 {
 public:
     LiveDisplay()
-        : m_colors(nullptr, (kHighest - kLowest) * kEntriesPerDecibel, QColor("#150a33"), QColor("#ffee66"))
+        : m_colors(nullptr, (kHighest - kLowest) * kEntriesPerDecibel, QColor(0x15, 0x0a, 0x33),
+                   QColor(0xff, 0xee, 0x66))
     {
         AFrequency begin;
         AFrequency end;
@@ -104,9 +105,9 @@ private:
         return m_colors.colorAt(static_cast<float>(qBound(0.0, (level - kLowest) * kEntriesPerDecibel, top)));
     }
 
-    static QString levelText(int level) { return tr("%1 dBm").arg(level); }
+    static QString levelText(int level) { return Gallery::tr("%1 dBm").arg(level); }
 
-    static QString frequencyText(int megahertz) { return tr("%1 MHz").arg(megahertz); }
+    static QString frequencyText(int megahertz) { return Gallery::tr("%1 MHz").arg(megahertz); }
 
     double xOf(int column) const { return m_spectrum.left() + (column + 0.5) * m_spectrum.width() / m_cache.count(); }
 

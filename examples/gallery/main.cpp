@@ -22,15 +22,15 @@ namespace {
 
 void fillWindow(QTabWidget *window, const QString &dataDir)
 {
-    window->addTab(gallery::makeChannelPlanTab(dataDir), QObject::tr("Channels"));
-    window->addTab(gallery::makeLimitsTab(dataDir), QObject::tr("Limits"));
-    window->addTab(gallery::makeCalibrationsTab(dataDir), QObject::tr("Calibration"));
-    window->addTab(gallery::makeMarkersTab(), QObject::tr("Markers"));
-    window->addTab(gallery::makeLiveDisplayTab(), QObject::tr("Live"));
-    window->addTab(gallery::makeVariablesTab(), QObject::tr("Settings"));
-    window->addTab(gallery::makeBookmarksTab(), QObject::tr("Bookmarks"));
-    window->addTab(gallery::makeTriggersTab(), QObject::tr("Triggers"));
-    window->addTab(gallery::makeDevicesTab(), QObject::tr("Devices"));
+    window->addTab(gallery::makeChannelPlanTab(dataDir), Gallery::tr("Channels"));
+    window->addTab(gallery::makeLimitsTab(dataDir), Gallery::tr("Limits"));
+    window->addTab(gallery::makeCalibrationsTab(dataDir), Gallery::tr("Calibration"));
+    window->addTab(gallery::makeMarkersTab(), Gallery::tr("Markers"));
+    window->addTab(gallery::makeLiveDisplayTab(), Gallery::tr("Live"));
+    window->addTab(gallery::makeVariablesTab(), Gallery::tr("Settings"));
+    window->addTab(gallery::makeBookmarksTab(), Gallery::tr("Bookmarks"));
+    window->addTab(gallery::makeTriggersTab(), Gallery::tr("Triggers"));
+    window->addTab(gallery::makeDevicesTab(), Gallery::tr("Devices"));
 
     // Cells that look like editors want the height of one.
     const QList<QTableView *> tables = window->findChildren<QTableView *>();
@@ -90,12 +90,12 @@ int main(int argc, char **argv)
         QApplication::installTranslator(&translator);
 
     QCommandLineParser parser;
-    parser.setApplicationDescription(QObject::tr("Every model and delegate of the library, with live data."));
+    parser.setApplicationDescription(Gallery::tr("Every model and delegate of the library, with live data."));
     parser.addHelpOption();
-    const QCommandLineOption data(QStringLiteral("data"), QObject::tr("The example data."), QStringLiteral("DIR"),
+    const QCommandLineOption data(QStringLiteral("data"), Gallery::tr("The example data."), QStringLiteral("DIR"),
                                   QStringLiteral(GALLERY_DATA_DIR));
     const QCommandLineOption screenshot(
-        QStringLiteral("screenshot"), QObject::tr("Draw all tabs into a picture and end."), QStringLiteral("FILE.png"));
+        QStringLiteral("screenshot"), Gallery::tr("Draw all tabs into a picture and end."), QStringLiteral("FILE.png"));
     parser.addOptions({data, screenshot});
     parser.process(application);
 
@@ -110,7 +110,7 @@ int main(int argc, char **argv)
     int status = 0;
     {
         QTabWidget window;
-        window.setWindowTitle(QObject::tr("Gallery"));
+        window.setWindowTitle(Gallery::tr("Gallery"));
         window.resize(1000, 460);
         fillWindow(&window, parser.value(data));
         window.show();

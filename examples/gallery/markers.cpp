@@ -26,7 +26,7 @@ public:
 
         setModel(&m_table);
         setItemDelegateForColumn(0, new ARemoveSelectionDelegate(true, this)); // whose colour is to be seen
-        m_table.setHorizontalHeaderLabels({tr("Colour"), tr("Marker")});
+        m_table.setHorizontalHeaderLabels({Gallery::tr("Colour"), Gallery::tr("Marker")});
         horizontalHeader()->setStretchLastSection(true);
         setEditTriggers(NoEditTriggers);
 

@@ -21,7 +21,7 @@ public:
     TriggerEditor()
         : m_types(ATriggerAction::actionNames())
     {
-        append(ShowMessageAction, tr("Carrier on the emergency frequency"));
+        append(ShowMessageAction, Gallery::tr("Carrier on the emergency frequency"));
         append(PlayAudioAction, QStringLiteral("/usr/share/sounds/alarm.wav"));
         append(TakeScreenshotAction, QStringLiteral("pictures/trigger.png"));
         append(RunCommandAction, QStringLiteral("logger -t receiver \"121.5 MHz\""));
@@ -36,8 +36,8 @@ public:
         m_view->setColumnWidth(ATriggerActionListModel::ColumnType, 220);
         m_view->selectRow(0);
 
-        auto *add = new QPushButton(tr("Add"));
-        auto *remove = new QPushButton(tr("Remove"));
+        auto *add = new QPushButton(Gallery::tr("Add"));
+        auto *remove = new QPushButton(Gallery::tr("Remove"));
         connect(add, &QPushButton::clicked, this, &TriggerEditor::add);
         connect(remove, &QPushButton::clicked, this, &TriggerEditor::removeSelected);
         auto *row = new QHBoxLayout;

@@ -16,7 +16,7 @@ QWidget *gallery::makeVariablesTab()
         {"Not a variable", "a text"}};
     auto *view = new QTableView;
     auto *model = new QStandardItemModel(settings.size(), 2, view);
-    model->setHorizontalHeaderLabels({QObject::tr("Variable"), QObject::tr("Value")});
+    model->setHorizontalHeaderLabels({Gallery::tr("Variable"), Gallery::tr("Value")});
     for (int row = 0; row < settings.size(); ++row) {
         model->setData(model->index(row, 0), QLatin1String(settings.at(row).first));
         model->setData(model->index(row, 1), settings.at(row).second);
