@@ -110,22 +110,30 @@ QString problemOf(const QCommandLineParser &parser, const QVector<KnownOption> &
     return {};
 }
 
-// Breaks a text at blanks. Lines but the first begin with `indent`, those before with `continuation` at their end.
-QString wrapped(const QString &text, const QString &indent, const QString &continuation)
+// Lines of words with blanks between. Those but the first begin with `indent`, those before others end in
+// `continuation`.
+QString wrapped(const QStringList &words, const QString &indent, const QString &continuation)
 {
     QString result;
-    QString line;
-    const QStringList words = text.split(QLatin1Char(' '));
-    for (const QString &word : words) {
-        const int end = line.size() + 1 + word.size() + continuation.size();
-        if (!line.trimmed().isEmpty() && end > kColumns) {
-            result += line + continuation + QLatin1Char('\n');
-            line = indent + word;
+    QString line = words.constFirst();
+    for (int i = 1; i < words.size(); ++i) {
+        const QString longer = line + QLatin1Char(' ') + words.at(i);
+        if (longer.size() + continuation.size() <= kColumns) {
+            line = longer;
         } else {
-            line += line.isEmpty() ? word : QLatin1Char(' ') + word;
+            result += line + continuation + QLatin1Char('\n');
+            line = indent + words.at(i);
         }
     }
     return result + line;
+}
+
+// An option and its value stay on one line.
+QString wrappedExample(const QString &example)
+{
+    static const QRegularExpression beforeOption(QStringLiteral(" (?=--)"));
+    return wrapped((QLatin1String("  ") + example).split(beforeOption), QStringLiteral("      "),
+                   QStringLiteral(" \\"));
 }
 
 bool printAndEnd(const QString &text, int *exitStatus)
@@ -153,11 +161,10 @@ void describe(QCommandLineParser *parser, const QString &description, const QStr
     QStringList paragraphs;
     const QStringList texts = description.split(QStringLiteral("\n\n"));
     for (const QString &text : texts)
-        paragraphs += wrapped(text, QString(), QString());
+        paragraphs += wrapped(text.split(QLatin1Char(' ')), QString(), QString());
     QString lines = examples.size() == 1 ? QStringLiteral("Example:") : QStringLiteral("Examples:");
     for (const QString &example : examples)
-        lines +=
-            QLatin1Char('\n') + wrapped(QLatin1String("  ") + example, QStringLiteral("      "), QStringLiteral(" \\"));
+        lines += QLatin1Char('\n') + wrappedExample(example);
     parser->setApplicationDescription((paragraphs << lines).join(QStringLiteral("\n\n")));
 }
 

@@ -143,9 +143,10 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
         QStringLiteral("How far a waypoint may lie from the time of its sweep, in milliseconds, %1 if not given.")
             .arg(options->toleranceMs),
         QStringLiteral("MS"));
-    const QCommandLineOption labels(QStringLiteral("labels"),
-                                    QStringLiteral("Call the points by their name, time or value, or none of them."),
-                                    QStringLiteral("KIND"), QStringLiteral("name"));
+    const QCommandLineOption labels(
+        QStringLiteral("labels"),
+        QStringLiteral("Call the points by their name, time or value, or none of them; name if not given."),
+        QStringLiteral("KIND"), QStringLiteral("name"));
     const QCommandLineOption noBalloons(QStringLiteral("no-balloons"),
                                         QStringLiteral("Draw the curtains without a point for each sweep."));
     const QCommandLineOption noGpsTrack(QStringLiteral("no-gps-track"),

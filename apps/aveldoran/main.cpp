@@ -44,8 +44,8 @@ QString usage()
                                  "  --version   Show the version of the program.\n"
                                  "\nExit status:\n"
                                  "  0  All was done.\n"
-                                 "  1  Some file could not be read or written, or a trace exceeds a limit; what could\n"
-                                 "     be done was done.\n"
+                                 "  1  Some file could not be read or written, or a trace exceeds a limit; what\n"
+                                 "     could be done was done.\n"
                                  "  2  The command line makes no sense; nothing was done.\n"
                                  "\nExample:\n"
                                  "  aveldoran channels examples/data/profiles/fm-broadcast.profile\n");

@@ -537,7 +537,7 @@ void TestProgram::numbersArePrintedAlikeInAllLanguages_data()
     QTest::addColumn<QStringList>("arguments");
     const QString data = QLatin1String(AVELDORAN_EXAMPLES_DIR) + "/data/";
     QTest::newRow("calibration") << QStringList{"calibration", "--at", "145.5 MHz", data + "calibration"};
-    QTest::newRow("channels") << QStringList{"channels", data + "profiles"};
+    QTest::newRow("channels") << QStringList{"channels", "--efis", data + "efis/allocations.csv"};
     QTest::newRow("drive") << QStringList{"drive", "RECORDING", "--output", "OUT.kml"};
     QTest::newRow("limits") << QStringList{"limits", data + "limits"};
     QTest::newRow("limits with a trace") << QStringList{"limits", "--check", data + "traces/broadband.csv",
