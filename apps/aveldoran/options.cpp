@@ -111,12 +111,6 @@ bool readOutputOption(const QCommandLineParser &parser, const char *command, con
         return false;
     if (!parser.isSet(option))
         return true;
-    const bool isNamed = std::any_of(suffixes.begin(), suffixes.end(), [fileName](const QString &suffix) {
-        return fileName->endsWith(suffix, Qt::CaseInsensitive);
-    });
-    if (!suffixes.isEmpty() && !isNamed)
-        return refuse(command, option, QStringLiteral("the name of a file that ends in %1").arg(listText(suffixes)),
-                      *fileName);
     for (const QString &other : others) {
         if (!other.isEmpty() && isSameFile(*fileName, other)) {
             CommandLine::usageError(
@@ -125,6 +119,12 @@ bool readOutputOption(const QCommandLineParser &parser, const char *command, con
             return false;
         }
     }
+    const bool isNamed = std::any_of(suffixes.begin(), suffixes.end(), [fileName](const QString &suffix) {
+        return fileName->endsWith(suffix, Qt::CaseInsensitive);
+    });
+    if (!suffixes.isEmpty() && !isNamed)
+        return refuse(command, option, QStringLiteral("the name of a file that ends in %1").arg(listText(suffixes)),
+                      *fileName);
     return true;
 }
 

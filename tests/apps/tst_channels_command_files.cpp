@@ -343,7 +343,8 @@ void TestChannelsCommandFiles::wrongUsageIsRefused_data()
     QTest::addColumn<QString>("reason");
     QTest::newRow("nothing to read") << QStringList{"--format", "xml"} << "a profile file or directory is missing";
     QTest::newRow("no file") << QStringList{"--efis"} << "missing value after '--efis'";
-    QTest::newRow("unknown format") << QStringList{"--format", "XML", "."} << "--format expects text, json or xml, not 'XML'";
+    QTest::newRow("unknown format") << QStringList{"--format", "XML", "."}
+                                    << "--format expects text, json or xml, not 'XML'";
     QTest::newRow("levels as xml") << QStringList{"--stacked", "--format", "xml", "."}
                                    << "the xml format has no place for stacking levels";
 }

@@ -494,11 +494,13 @@ void TestDriveCommand::refusesWrongUsage_data()
     QTest::newRow("an unknown label") << QStringList{"a.mdr", "--labels", "big"}
                                       << "drive: --labels expects name, time, value or none, not 'big'";
     QTest::newRow("another kind of file")
-        << QStringList{"a.mdr", "--output", "a.kmz"} << "drive: --output expects the name of a file that ends in .kml, not 'a.kmz'";
+        << QStringList{"a.mdr", "--output", "a.kmz"}
+        << "drive: --output expects the name of a file that ends in .kml, not 'a.kmz'";
     QTest::newRow("an empty output") << QStringList{"a.mdr", "--output", ""}
                                      << "drive: --output expects the name of a file";
     QTest::newRow("an input as output") << QStringList{"a.mdr", "--gpx", kGpx, "--output", kGpx}
-                                        << "drive: --output would replace " + kGpx + ", which is to be read";
+                                        << "drive: --output would replace '" + kGpx +
+                                               "', which the command line names too";
 }
 
 void TestDriveCommand::refusesWrongUsage()

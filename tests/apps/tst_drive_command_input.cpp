@@ -108,9 +108,9 @@ void TestDriveCommandInput::refusesRecordings_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("reason");
     QTest::newRow("a missing file") << "missing.mdr"
-                                    << "No such file or directory";
+                                    << "can't be read: No such file or directory";
     QTest::newRow("a directory") << "."
-                                 << "file to open is a directory";
+                                 << "can't be read: file to open is a directory";
     QTest::newRow("another file") << "text"
                                   << "Not a recording";
     QTest::newRow("an empty file") << "empty"

@@ -359,7 +359,7 @@ void TestLogoCommand::leavesItsInputsAlone()
         const Run result = run(kDevice + inputs + QStringList{"--output", output});
         QCOMPARE(result.exitStatus, 2);
         QCOMPARE(result.errors,
-                 QStringLiteral("aveldoran: logo: --output would replace '%1', which the logo is made from\n")
+                 QStringLiteral("aveldoran: logo: --output would replace '%1', which the command line names too\n")
                      .arg(output == layout ? layout : background));
     }
     QFile file(background);
@@ -467,11 +467,11 @@ void TestLogoCommand::takesDatesThatADeviceCanKeep()
     QFETCH(bool, taken);
     const Run result = run(kDevice + QStringList{"--calibrated", date});
     QCOMPARE(result.exitStatus, taken ? 0 : 2);
-    QCOMPARE(result.errors, taken
-                                ? QString()
-                                : QStringLiteral("aveldoran: logo: --calibrated expects a year that a device can "
-                                                 "keep, from 2000 to 7979 with its last two digits below 80, not '%1'\n")
-                                      .arg(date));
+    QCOMPARE(result.errors,
+             taken ? QString()
+                   : QStringLiteral("aveldoran: logo: --calibrated expects a year that a device can "
+                                    "keep, from 2000 to 7979 with its last two digits below 80, not '%1'\n")
+                         .arg(date));
 }
 
 void TestLogoCommand::refusesAPictureThatGetsTooLarge()
@@ -506,12 +506,18 @@ void TestLogoCommand::refusesWrongUsage_data()
     QTest::newRow("no number") << with({"--revision", "two"}) << "--revision expects a whole number from 0 to";
     QTest::newRow("a negative revision") << with({"--revision", "-1"}) << "expects a whole number from 0 to";
     QTest::newRow("too many options") << with({"--options", "0x10000"}) << "expects a whole number from 0 to 65535";
-    QTest::newRow("no hexadecimal number") << with({"--options", "0xg"}) << "--options expects a whole number from 0 to 65535 (0xffff), not '0xg'";
-    QTest::newRow("two prefixes") << with({"--options", "0x0x5"}) << "--options expects a whole number from 0 to 65535 (0xffff), not '0x0x5'";
-    QTest::newRow("a sign behind the prefix") << with({"--options", "0x-0"}) << "--options expects a whole number from 0 to 65535 (0xffff), not '0x-0'";
-    QTest::newRow("a sign") << with({"--options", "+5"}) << "--options expects a whole number from 0 to 65535 (0xffff), not '+5'";
-    QTest::newRow("a blank") << with({"--options", " 5"}) << "--options expects a whole number from 0 to 65535 (0xffff), not ' 5'";
-    QTest::newRow("a prefix alone") << with({"--options", "0x"}) << "--options expects a whole number from 0 to 65535 (0xffff), not '0x'";
+    QTest::newRow("no hexadecimal number")
+        << with({"--options", "0xg"}) << "--options expects a whole number from 0 to 65535 (0xffff), not '0xg'";
+    QTest::newRow("two prefixes") << with({"--options", "0x0x5"})
+                                  << "--options expects a whole number from 0 to 65535 (0xffff), not '0x0x5'";
+    QTest::newRow("a sign behind the prefix")
+        << with({"--options", "0x-0"}) << "--options expects a whole number from 0 to 65535 (0xffff), not '0x-0'";
+    QTest::newRow("a sign") << with({"--options", "+5"})
+                            << "--options expects a whole number from 0 to 65535 (0xffff), not '+5'";
+    QTest::newRow("a blank") << with({"--options", " 5"})
+                             << "--options expects a whole number from 0 to 65535 (0xffff), not ' 5'";
+    QTest::newRow("a prefix alone") << with({"--options", "0x"})
+                                    << "--options expects a whole number from 0 to 65535 (0xffff), not '0x'";
     QTest::newRow("a very large number") << with({"--options", "99999999999"}) << "from 0 to 65535";
     QTest::newRow("no value") << QStringList{"logo", "--model", "--firmware", "1", "--serial", "2"}
                               << "missing value after '--model', '--firmware' is an option";
@@ -521,15 +527,20 @@ void TestLogoCommand::refusesWrongUsage_data()
     QTest::newRow("no value, and one without")
         << with({"--custom-option", "--ascii"}) << "missing value after '--custom-option', '--ascii' is an option";
     QTest::newRow("no value at the end") << with({"--output"}) << "missing value after '--output'";
-    QTest::newRow("an empty background") << with({"--background", ""}) << "--background expects the name of a file, not ''";
+    QTest::newRow("an empty background") << with({"--background", ""})
+                                         << "--background expects the name of a file, not ''";
     QTest::newRow("an empty layout") << with({"--settings="}) << "--settings expects the name of a file, not ''";
-    QTest::newRow("more than a date") << with({"--calibrated", "2026-03-31junk"}) << "--calibrated expects a date such as '2026-03-31', not '2026-03-31junk'";
+    QTest::newRow("more than a date") << with({"--calibrated", "2026-03-31junk"})
+                                      << "--calibrated expects a date such as '2026-03-31', not '2026-03-31junk'";
     QTest::newRow("a date with a time") << with({"--calibrated", "2019-03-31T99"})
                                         << "expects a date such as '2026-03-31', not";
-    QTest::newRow("other separators") << with({"--calibrated", "2019/03/31"}) << "expects a date such as '2026-03-31', not";
-    QTest::newRow("an empty date") << with({"--calibrated", ""}) << "--calibrated expects a date such as '2026-03-31', not ''";
+    QTest::newRow("other separators") << with({"--calibrated", "2019/03/31"})
+                                      << "expects a date such as '2026-03-31', not";
+    QTest::newRow("an empty date") << with({"--calibrated", ""})
+                                   << "--calibrated expects a date such as '2026-03-31', not ''";
     QTest::newRow("no date") << with({"--calibrated", "yesterday"}) << "expects a date such as '2026-03-31', not";
-    QTest::newRow("no such date") << with({"--calibrated", "2026-02-30"}) << "--calibrated expects a date such as '2026-03-31', not '2026-02-30'";
+    QTest::newRow("no such date") << with({"--calibrated", "2026-02-30"})
+                                  << "--calibrated expects a date such as '2026-03-31', not '2026-02-30'";
     QTest::newRow("an unknown kind of file") << with({"--output", "logo.jpg"}) << "ends in .png, .bmp or .bin";
     QTest::newRow("an empty output") << with({"--output", ""}) << "--output expects the name of a file, not ''";
     QTest::newRow("no scale") << with({"--output", "a.png", "--scale", "0"}) << "expects a whole number from 1 to 100";

@@ -391,8 +391,9 @@ void TestMarkersCommand::neverReplacesTheTrace()
     const Run result = run({"markers", trace, "--plot", path(picture)});
     QCOMPARE(result.exitStatus, 2);
     QCOMPARE(result.output, QString());
-    QCOMPARE(result.errors,
-             QStringLiteral("aveldoran: markers: --plot would replace the trace file %1 by the picture\n").arg(trace));
+    QCOMPARE(
+        result.errors,
+        QStringLiteral("aveldoran: markers: --plot would replace '%1', which the command line names too\n").arg(trace));
     QFile file(trace);
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.readAll(), QByteArray(kTrace));
@@ -460,8 +461,8 @@ void TestMarkersCommand::refusesWrongUsage_data()
                                         << "--spacing expects a frequency such as '100 MHz', not '-1'";
     QTest::newRow("reference 0") << QStringList{"--reference", "0", "a.csv"}
                                  << "--reference expects a whole number from 1 to 6, not '0'";
-    QTest::newRow("a reference behind the last")
-        << QStringList{"--at", "1", "--reference", "2", "a.csv"} << "--reference expects a whole number from 1 to 1, not '2'";
+    QTest::newRow("a reference behind the last") << QStringList{"--at", "1", "--reference", "2", "a.csv"}
+                                                 << "--reference expects a whole number from 1 to 1, not '2'";
     QTest::newRow("no PNG file") << QStringList{"--plot", "a.svg", "a.csv"}
                                  << "--plot expects the name of a file that ends in .png, not 'a.svg'";
     QTest::newRow("a picture without a name") << QStringList{"a.csv", "--plot"} << "missing value after '--plot'";

@@ -561,7 +561,8 @@ void TestProgram::numbersArePrintedAlikeInAllLanguages()
         QVERIFY(!result.output.isEmpty());
         outputs += result.output;
     }
-    QVERIFY(!outputs.constFirst().contains(QRegularExpression("[0-9],[0-9]")));
+    if (arguments.constFirst() != "channels") // whose texts are those of the file
+        QVERIFY(!outputs.constFirst().contains(QRegularExpression("[0-9],[0-9]")));
     outputs.removeDuplicates();
     QCOMPARE(outputs.size(), 1);
 }

@@ -129,7 +129,7 @@ void TestWaterfallCommand::whereNothingIsToBeDrawnThereIsNoPicture_data()
     QTest::addColumn<QString>("reason");
 
     QTest::newRow("missing") << "missing"
-                             << "No such file or directory";
+                             << "can't be read: No such file or directory";
     QTest::newRow("a directory") << "directory"
                                  << "";
     QTest::newRow("an empty file") << "nothing"
@@ -209,8 +209,8 @@ void TestWaterfallCommand::neverReplacesTheRecording()
     for (const char *output : {"rec.png", "link.png"}) {
         const Run result = run({"waterfall", m_runs->path("rec.png"), "--output", m_runs->path(QLatin1String(output))});
         QCOMPARE(result.exitStatus, 2);
-        QCOMPARE(result.errors, QStringLiteral("aveldoran: waterfall: --output would replace the recording %1 by the "
-                                               "picture\n")
+        QCOMPARE(result.errors, QStringLiteral("aveldoran: waterfall: --output would replace '%1', which the "
+                                               "command line names too\n")
                                     .arg(m_runs->path("rec.png")));
     }
     file.seek(0);
