@@ -1,8 +1,10 @@
+#include "apps/aveldoran/commandline.h"
 #include "apps/aveldoran/commands.h"
 #include "apps/aveldoran/console.h"
+#include "apps/aveldoran/inputfile.h"
+#include "apps/aveldoran/options.h"
 #include "apps/aveldoran/plantext.h"
 #include "apps/aveldoran/plot.h"
-#include "apps/aveldoran/tracefile.h"
 
 #include <core/acalibrationdata.h>
 
@@ -15,6 +17,8 @@
 
 namespace {
 
+constexpr char kCommand[] = "calibration";
+
 struct Options
 {
     bool hasFrequency = false;
@@ -26,49 +30,43 @@ struct Options
 bool readOptions(const QStringList &arguments, Options *options, int *exitStatus)
 {
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral(
-        "Reads calibration files and lists their objects by type: label, number of entries, range, and the least and\n"
-        "the highest gain. Nothing is written to them.\n\n"
-        "Example: aveldoran calibration --at 145MHz --plot gains.png examples/data/calibration"));
+    CommandLine::describe(
+        &parser,
+        QStringLiteral("Reads calibration files and lists their objects by type: label, number of entries, range, and "
+                       "the least and the highest gain. Nothing is written to them."),
+        {QStringLiteral("aveldoran calibration --at '145 MHz' --plot gains.png examples/data/calibration")});
     const QCommandLineOption at(
         QStringLiteral("at"),
-        QStringLiteral("Print the gains at this frequency too; a number without a unit is hertz."),
+        QStringLiteral("Print the gains at this frequency too, such as '145 MHz'; in hertz if it has no unit."),
         QStringLiteral("FREQ"));
     const QCommandLineOption plot(QStringLiteral("plot"),
                                   QStringLiteral("Draw the gains over frequency into a PNG file."),
                                   QStringLiteral("FILE.png"));
     parser.addOptions({at, plot});
-    parser.addPositionalArgument(QStringLiteral("PATH"),
-                                 QStringLiteral("A calibration file, or a directory with calibration files (%1).")
-                                     .arg(ACalibrationData::nameFilters().join(QStringLiteral(", "))),
-                                 QStringLiteral("PATH..."));
-    if (!Console::parse(&parser, arguments, exitStatus))
+    parser.addPositionalArgument(
+        QStringLiteral("PATH"),
+        QStringLiteral("A calibration file, or a directory of them (%1), which is read with all below it.")
+            .arg(ACalibrationData::nameFilters().join(QStringLiteral(", "))),
+        QStringLiteral("PATH..."));
+    if (!CommandLine::parse(&parser, kCommand, arguments, exitStatus))
         return false;
 
     *exitStatus = ExitUsage;
     options->hasFrequency = parser.isSet(at);
-    options->picture = parser.value(plot);
     options->paths = parser.positionalArguments();
     if (options->paths.isEmpty()) {
-        Console::error(QStringLiteral("calibration: a calibration file is missing"));
+        CommandLine::usageError(kCommand, QStringLiteral("a calibration file is missing"));
         return false;
     }
-    if (options->hasFrequency &&
-        !readFrequency(parser.value(at).trimmed().toUtf8(), AFrequency::Hz, &options->frequency)) {
-        Console::error(QStringLiteral("calibration: --at expects a frequency like 145MHz, not '%1'")
-                           .arg(Console::oneLine(parser.value(at))));
-        return false;
-    }
-    if (parser.isSet(plot) && !options->picture.endsWith(QLatin1String(".png"), Qt::CaseInsensitive)) {
-        Console::error(
-            QStringLiteral("calibration: --plot expects the name of a PNG file, not '%1'").arg(options->picture));
-        return false;
-    }
-    return true;
+    return readFrequencyOption(parser, kCommand, QStringLiteral("at"), &options->frequency) &&
+           readOutputOption(parser, kCommand, QStringLiteral("plot"), options->paths, {QStringLiteral(".png")},
+                            &options->picture);
 }
 
 bool readFile(const QString &fileName, QList<ACalibrationData> *objects)
 {
+    if (!canBeRead(fileName))
+        return false;
     Console::progress(QStringLiteral("reading %1").arg(fileName));
     QString errorText;
     const bool isRead = ACalibrationData::readAll(fileName, *objects, ACalibrationData::AnyType, &errorText);
@@ -133,7 +131,7 @@ void printObject(const ACalibrationData &object, const Options &options)
         Console::write(line + QStringLiteral("  no entries\n"));
         return;
     }
-    line += level.size() == 1 ? QStringLiteral("  1 entry") : QStringLiteral("  %L1 entries").arg(level.size());
+    line += level.size() == 1 ? QStringLiteral("  1 entry") : QStringLiteral("  %1 entries").arg(level.size());
     line += QStringLiteral("  %1 - %2").arg(shortFrequency(level.firstKey()), shortFrequency(level.lastKey()));
     double least = 0.0;
     double highest = 0.0;
@@ -240,7 +238,8 @@ int runCalibration(const QStringList &arguments)
         complete = readPath(path, &objects) && complete;
     printList(objects, options);
     complete = Console::finish() && complete;
-    if (!options.picture.isEmpty())
+    const bool isAnyRead = complete || !objects.isEmpty(); // else an old picture says more than an empty one
+    if (!options.picture.isEmpty() && isAnyRead)
         complete = draw(objects, options) && complete;
     return complete ? ExitDone : ExitFailed;
 }

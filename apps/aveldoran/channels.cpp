@@ -1,5 +1,8 @@
+#include "apps/aveldoran/commandline.h"
 #include "apps/aveldoran/commands.h"
 #include "apps/aveldoran/console.h"
+#include "apps/aveldoran/inputfile.h"
+#include "apps/aveldoran/options.h"
 #include "apps/aveldoran/plantext.h"
 #include "apps/aveldoran/planxml.h"
 
@@ -17,6 +20,8 @@
 #include <memory>
 
 namespace {
+
+constexpr char kCommand[] = "channels";
 
 constexpr qint64 kMaxExpandedChannels = 10000000;
 constexpr qint64 kMaxRangesAsXml = 250000; // a document of them takes 700 MB
@@ -41,25 +46,17 @@ struct Options
     QStringList paths;
 };
 
-bool formatNamed(const QString &name, Format *format)
-{
-    const QStringList names{QStringLiteral("text"), QStringLiteral("json"), QStringLiteral("xml")};
-    if (!names.contains(name))
-        return false;
-    *format = static_cast<Format>(names.indexOf(name));
-    return true;
-}
-
 bool readOptions(const QStringList &arguments, Options *options, int *exitStatus)
 {
     QCommandLineParser parser;
-    parser.setApplicationDescription(
+    CommandLine::describe(
+        &parser,
         QStringLiteral("Reads profile files and EFIS exports, builds their channel plan and prints it, one range a "
-                       "line.\n\n"
-                       "Example: aveldoran channels --expand --format json fm-broadcast.profile\n"
-                       "Example: aveldoran channels --format xml --efis export.csv > plan.xml"));
+                       "line."),
+        {QStringLiteral("aveldoran channels --expand --format json examples/data/profiles/fm-broadcast.profile"),
+         QStringLiteral("aveldoran channels --format xml --efis examples/data/efis/allocations.csv > plan.xml")});
     const QCommandLineOption expand(QStringLiteral("expand"),
-                                    QStringLiteral("Turn channel definitions into channels (at most %L1, as xml %L2).")
+                                    QStringLiteral("Turn channel definitions into channels (at most %1, as xml %2).")
                                         .arg(kMaxExpandedChannels)
                                         .arg(kMaxRangesAsXml));
     const QCommandLineOption stacked(QStringLiteral("stacked"),
@@ -72,25 +69,30 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
         QStringLiteral("Add what is valid today of an EFIS export (CSV). May be given several times."),
         QStringLiteral("FILE"));
     parser.addOptions({expand, stacked, format, efis});
-    parser.addPositionalArgument(QStringLiteral("PATH"), QStringLiteral("A profile file, or a directory of them."),
-                                 QStringLiteral("[PATH...]"));
-    if (!Console::parse(&parser, arguments, exitStatus))
+    parser.addPositionalArgument(
+        QStringLiteral("PATH"),
+        QStringLiteral("A profile file, or a directory of them (*.profile); directories below it are not read."),
+        QStringLiteral("[PATH...]"));
+    if (!CommandLine::parse(&parser, kCommand, arguments, exitStatus, efis.names()))
         return false;
 
     *exitStatus = ExitUsage;
-    *options = {parser.isSet(expand), parser.isSet(stacked), Format::Text, parser.values(efis),
-                parser.positionalArguments()};
+    options->expand = parser.isSet(expand);
+    options->stacked = parser.isSet(stacked);
+    options->paths = parser.positionalArguments();
+    if (!readFilesOption(parser, kCommand, QStringLiteral("efis"), &options->efisFiles))
+        return false;
     if (options->paths.isEmpty() && options->efisFiles.isEmpty()) {
-        Console::error(QStringLiteral("channels: a profile file or directory is missing"));
+        CommandLine::usageError(kCommand, QStringLiteral("a profile file or directory is missing"));
         return false;
     }
-    const QString formatName = parser.value(format);
-    if (!formatNamed(formatName, &options->format)) {
-        Console::error(QStringLiteral("channels: unknown format '%1', expected text, json or xml").arg(formatName));
+    int choice = 0;
+    if (!readChoiceOption(parser, kCommand, QStringLiteral("format"),
+                          {QStringLiteral("text"), QStringLiteral("json"), QStringLiteral("xml")}, &choice))
         return false;
-    }
+    options->format = static_cast<Format>(choice);
     if (options->stacked && options->format == Format::Xml) {
-        Console::error(QStringLiteral("channels: the xml format has no place for stacking levels"));
+        CommandLine::usageError(kCommand, QStringLiteral("the xml format has no place for stacking levels"));
         return false;
     }
     return true;
@@ -124,7 +126,7 @@ bool addDirectory(ADataManager *manager, const QString &path)
         if (takenOver.contains(name))
             continue;
         const std::unique_ptr<AProfile> profile(AProfile::fromFile(name));
-        if (!profile)
+        if (!profile && canBeRead(name)) // else it tells why not
             Console::error(QStringLiteral("%1: can't be read").arg(name));
         if (!profile || reportInvalidProfile(name, *profile))
             complete = false; // else its id came again in a later file, which replaced it
@@ -134,6 +136,8 @@ bool addDirectory(ADataManager *manager, const QString &path)
 
 bool addFile(ADataManager *manager, const QString &path)
 {
+    if (!canBeRead(path))
+        return false;
     if (manager->addProfileFile(path, AProfile::UserProfile))
         return true;
     const std::unique_ptr<AProfile> profile(AProfile::fromFile(path));
@@ -158,21 +162,14 @@ bool loadProfiles(ADataManager *manager, const QStringList &paths)
 bool addEfisFile(AChannelInfo *group, const QString &fileName)
 {
     Console::progress(QStringLiteral("reading %1").arg(fileName));
-    const QFileInfo info(fileName);
     QFile file(fileName);
-    if (info.exists() && !info.isFile()) { // some others never end
-        Console::error(QStringLiteral("%1: not a regular file").arg(fileName));
+    if (!canBeRead(fileName) || !file.open(QIODevice::ReadOnly))
         return false;
-    }
-    if (!file.open(QIODevice::ReadOnly)) {
-        Console::error(QStringLiteral("%1: %2").arg(fileName, file.errorString()));
-        return false;
-    }
     auto range = std::make_unique<AChannelInfo>(group, AChannelInfo::Generic, AFrequency(), AFrequency(),
-                                                info.completeBaseName(), true);
+                                                QFileInfo(fileName).completeBaseName(), true);
     const bool anyTaken = AChannelInfo::fromEfisCSV(&file, range.get());
     if (file.error() != QFileDevice::NoError) {
-        Console::error(QStringLiteral("%1: %2").arg(fileName, file.errorString()));
+        Console::error(QStringLiteral("%1: can't be read: %2").arg(fileName, file.errorString()));
         return false;
     }
     if (!anyTaken) {
@@ -198,12 +195,12 @@ bool expandDefinitions(AChannelInfo *plan, Format format)
     const qint64 count = plan->definedChannelCount();
     const qint64 limit = format == Format::Xml ? kMaxRangesAsXml : kMaxExpandedChannels;
     if (count > limit) {
-        Console::error(QStringLiteral("channels: the definitions ask for %L1 channels, at most %L2 are expanded")
+        Console::error(QStringLiteral("channels: the definitions ask for %1 channels, at most %2 are expanded")
                            .arg(count)
                            .arg(limit));
         return false;
     }
-    Console::progress(QStringLiteral("expanding %L1 channels").arg(count));
+    Console::progress(QStringLiteral("expanding %1 channels").arg(count));
     plan->processChannelDefinitions(true, true);
     Console::clearProgress();
     return true;
@@ -260,7 +257,7 @@ bool buildAndPrint(ADataManager *manager, const Options &options)
     if (options.format == Format::Xml) {
         const int count = plan->channels(0).size();
         if (count > kMaxRangesAsXml) {
-            Console::error(QStringLiteral("channels: the plan has %L1 ranges, at most %L2 are written as xml")
+            Console::error(QStringLiteral("channels: the plan has %1 ranges, at most %2 are written as xml")
                                .arg(count)
                                .arg(kMaxRangesAsXml));
             return false;
@@ -274,7 +271,7 @@ bool buildAndPrint(ADataManager *manager, const Options &options)
     const bool written = Console::finish();
     const int leftOut = options.stacked ? plan->channels(0).size() - ranges.size() : 0;
     if (leftOut > 0)
-        Console::error(QStringLiteral("channels: %L1 ranges found no level and are left out").arg(leftOut));
+        Console::error(QStringLiteral("channels: %1 ranges found no level and are left out").arg(leftOut));
     return written && complete && leftOut == 0;
 }
 

@@ -1,9 +1,5 @@
 #include "apps/aveldoran/console.h"
 
-#include "apps/aveldoran/commands.h"
-
-#include <QtCore/QCommandLineParser>
-#include <QtCore/QCoreApplication>
 #include <QtCore/QElapsedTimer>
 #include <QtCore/QtDebug>
 
@@ -95,43 +91,7 @@ bool finish()
     const bool failedBefore = std::ferror(stdout) != 0;
     if (std::fflush(stdout) == 0 && !failedBefore)
         return true;
-    error(QStringLiteral("could not write the output: %1").arg(QString::fromLocal8Bit(std::strerror(errno))));
-    return false;
-}
-
-bool parse(QCommandLineParser *parser, const QStringList &arguments, int *exitStatus)
-{
-    const QCommandLineOption help({QStringLiteral("h"), QStringLiteral("help")}, QStringLiteral("Show this text."));
-    parser->addOption(help);
-    if (!parser->parse(arguments)) {
-        error(parser->errorText());
-        *exitStatus = ExitUsage;
-        return false;
-    }
-    if (parser->isSet(help)) {
-        const QString program = QCoreApplication::arguments().constFirst();
-        QString text = parser->helpText();
-        text.replace(text.indexOf(program), program.size(), arguments.constFirst());
-        write(text);
-        *exitStatus = finish() ? ExitDone : ExitFailed;
-        return false;
-    }
-    return true;
-}
-
-QCommandLineOption formatOption()
-{
-    return {QStringLiteral("format"), QStringLiteral("How to print: text or json."), QStringLiteral("FORMAT"),
-            QStringLiteral("text")};
-}
-
-bool readFormat(const QCommandLineParser &parser, const QString &command, bool *asJson)
-{
-    const QString name = parser.value(QStringLiteral("format"));
-    *asJson = name == QLatin1String("json");
-    if (*asJson || name == QLatin1String("text"))
-        return true;
-    error(QStringLiteral("%1: unknown format '%2', expected text or json").arg(command, name));
+    error(QStringLiteral("standard output: can't be written: %1").arg(QString::fromLocal8Bit(std::strerror(errno))));
     return false;
 }
 

@@ -2,9 +2,6 @@
 
 #include <QtCore/QString>
 
-class QCommandLineOption;
-class QCommandLineParser;
-
 // What all subcommands say to the user, in one manner.
 namespace Console {
 
@@ -27,14 +24,6 @@ void remark(const QString &text);
 // Standard output in UTF-8. False from finish() if any of it could not be written, which it then reports.
 void write(const QString &text);
 bool finish();
-
-// Parses a subcommand's arguments, of which the first is the command as a user types it. False when the run ends here:
-// after --help, or with a reported error.
-bool parse(QCommandLineParser *parser, const QStringList &arguments, int *exitStatus);
-
-// The option of the commands that print text or JSON, and what was given for it. False with a reported error.
-QCommandLineOption formatOption();
-bool readFormat(const QCommandLineParser &parser, const QString &command, bool *asJson);
 
 // A text on one line, without characters that a terminal would act on.
 QString oneLine(const QString &text);

@@ -1,5 +1,7 @@
+#include "apps/aveldoran/commandline.h"
 #include "apps/aveldoran/commands.h"
 #include "apps/aveldoran/console.h"
+#include "apps/aveldoran/options.h"
 #include "apps/aveldoran/texttable.h"
 
 #include <core/aveldorandevicefilter.h>
@@ -13,6 +15,8 @@
 
 namespace {
 
+constexpr char kCommand[] = "devices";
+
 struct Options
 {
     bool all = false; // also what is no measurement device
@@ -22,23 +26,19 @@ struct Options
 bool readOptions(const QStringList &arguments, Options *options, int *exitStatus)
 {
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral(
-        "Lists the attached analysers, generators and GPS loggers, one USB chip a line; a chip with two channels is\n"
-        "two of them. The setting Devices/UsbIds adds chips to those that are known.\n\n"
-        "Example: aveldoran devices --format json"));
+    CommandLine::describe(
+        &parser,
+        QStringLiteral("Lists the attached analysers, generators and GPS loggers, one USB chip a line; a chip with two "
+                       "channels is two of them. The setting Devices/UsbIds adds chips to those that are known."),
+        {QStringLiteral("aveldoran devices --format json")});
     const QCommandLineOption all(QStringLiteral("all"), QStringLiteral("List every USB device."));
-    parser.addOptions({all, Console::formatOption()});
-    if (!Console::parse(&parser, arguments, exitStatus))
+    parser.addOptions({all, formatOption()});
+    if (!CommandLine::parse(&parser, kCommand, arguments, exitStatus))
         return false;
 
     *exitStatus = ExitUsage;
     options->all = parser.isSet(all);
-    if (!parser.positionalArguments().isEmpty()) {
-        Console::error(
-            QStringLiteral("devices: expected no argument, found '%1'").arg(parser.positionalArguments().constFirst()));
-        return false;
-    }
-    return Console::readFormat(parser, QStringLiteral("devices"), &options->asJson);
+    return readNoArgument(parser, kCommand) && readFormatOption(parser, kCommand, &options->asJson);
 }
 
 void fetch(AVeldoranDeviceList *list)

@@ -1,7 +1,10 @@
+#include "apps/aveldoran/commandline.h"
 #include "apps/aveldoran/commands.h"
 #include "apps/aveldoran/console.h"
 #include "apps/aveldoran/driveprocessor.h"
+#include "apps/aveldoran/inputfile.h"
 #include "apps/aveldoran/options.h"
+#include "apps/aveldoran/outputfile.h"
 #include "apps/aveldoran/plantext.h"
 #include "apps/aveldoran/tracefile.h"
 
@@ -12,7 +15,6 @@
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
-#include <QtCore/QSaveFile>
 #include <QtXml/QDomDocument>
 
 #include <algorithm>
@@ -78,9 +80,9 @@ bool readSensors(const QString &names, unsigned int *flags)
             return name.trimmed() == QLatin1String(known.name);
         });
         if (sensor == sensors().end()) {
-            Console::error(
-                QStringLiteral("drive: --sensors expects compass, gyro, pressure or several of them, not '%1'")
-                    .arg(names));
+            CommandLine::usageError(
+                kCommand,
+                QStringLiteral("--sensors expects compass, gyro, pressure or several of them, not '%1'").arg(names));
             return false;
         }
         *flags |= sensor->flag;
@@ -88,15 +90,15 @@ bool readSensors(const QString &names, unsigned int *flags)
     return true;
 }
 
-bool readLabels(const QString &name, int *flags)
+bool readLabels(const QCommandLineParser &parser, int *flags)
 {
-    const auto *label = std::find_if(std::begin(kLabels), std::end(kLabels),
-                                     [&name](const Label &known) { return name == QLatin1String(known.name); });
-    if (label == std::end(kLabels)) {
-        Console::error(QStringLiteral("drive: --labels expects name, time, value or none, not '%1'").arg(name));
+    QStringList names;
+    for (const Label &label : kLabels)
+        names += QLatin1String(label.name);
+    int choice = 0;
+    if (!readChoiceOption(parser, kCommand, QStringLiteral("labels"), names, &choice))
         return false;
-    }
-    *flags = label->flags;
+    *flags = kLabels[choice].flags;
     return true;
 }
 
@@ -104,27 +106,28 @@ bool readUnit(const QString &name, const emu_entry **unit)
 {
     *unit = emu_find(unitId(name.toUtf8()));
     if (!*unit)
-        Console::error(QStringLiteral("drive: --unit expects one of %1, not '%2'").arg(unitNames(), name));
+        CommandLine::usageError(kCommand, QStringLiteral("--unit expects one of %1, not '%2'").arg(unitNames(), name));
     return *unit;
 }
 
 bool readOptions(const QStringList &arguments, Options *options, int *exitStatus)
 {
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral(
-        "Draws the recording of a measurement drive as a KML document: the way of the vehicle, and along it the "
-        "maximum,\n"
-        "average and minimum of each sweep as curtains whose height shows the level. A sweep without a position of "
-        "its\n"
-        "own takes that of the waypoint of its time, from GPX files, NMEA logs or the recording. The document goes to\n"
-        "standard output if no file is named, and what it holds is told: on standard output after a file, else on\n"
-        "standard error.\n\n"
-        "Example: aveldoran drive drive.mdr --gpx examples/data/drives/valley-road.gpx --output drive.kml"));
+    CommandLine::describe(
+        &parser,
+        QStringLiteral("Draws the recording of a measurement drive as a KML document: the way of the vehicle, and "
+                       "along it the maximum, average and minimum of each sweep as curtains whose height shows the "
+                       "level. A sweep without a position of its own takes that of the waypoint of its time, from GPX "
+                       "files, NMEA logs or the recording. The document goes to standard output if no file is named, "
+                       "and what it holds is told: on standard output after a file, else on standard error."),
+        {QStringLiteral("aveldoran drive drive.mdr --gpx examples/data/drives/valley-road.gpx --output drive.kml")});
     const QString file = QStringLiteral("FILE");
-    const QCommandLineOption nmea(QStringLiteral("nmea"),
-                                  QStringLiteral("An NMEA log with waypoints of the drive; may be repeated."), file);
+    const QCommandLineOption nmea(
+        QStringLiteral("nmea"), QStringLiteral("An NMEA log with waypoints of the drive. May be given several times."),
+        file);
     const QCommandLineOption gpx(QStringLiteral("gpx"),
-                                 QStringLiteral("A GPX file with waypoints of the drive; may be repeated."), file);
+                                 QStringLiteral("A GPX file with waypoints of the drive. May be given several times."),
+                                 file);
     const QCommandLineOption unit(QStringLiteral("unit"),
                                   QStringLiteral("Show levels in this unit, such as dBuV; if not given in their own."),
                                   QStringLiteral("UNIT"));
@@ -134,16 +137,16 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
             "How high the highest level is drawn, in metres, %1 if not given; 0 draws all at the altitude of "
             "the vehicle.")
             .arg(options->elevationMetres),
-        QStringLiteral("M"));
+        QStringLiteral("METRES"));
     const QCommandLineOption tolerance(
         QStringLiteral("tolerance"),
-        QStringLiteral("How far a waypoint may lie from the time of its sweep, %1 if not given.")
+        QStringLiteral("How far a waypoint may lie from the time of its sweep, in milliseconds, %1 if not given.")
             .arg(options->toleranceMs),
         QStringLiteral("MS"));
     const QCommandLineOption labels(
         QStringLiteral("labels"),
-        QStringLiteral("Call the points by their name, time or value, or by none; name if not given."),
-        QStringLiteral("KIND"));
+        QStringLiteral("Call the points by their name, time or value, or none of them; name if not given."),
+        QStringLiteral("KIND"), QStringLiteral("name"));
     const QCommandLineOption noBalloons(QStringLiteral("no-balloons"),
                                         QStringLiteral("Draw the curtains without a point for each sweep."));
     const QCommandLineOption noGpsTrack(QStringLiteral("no-gps-track"),
@@ -163,36 +166,27 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
     parser.addOptions({nmea, gpx, unit, elevation, tolerance, labels, noBalloons, noGpsTrack, absolute, timeTrack,
                        sensorNames, output});
     parser.addPositionalArgument(QStringLiteral("RECORDING"), QStringLiteral("The recording of the drive."));
-    if (!Console::parse(&parser, arguments, exitStatus))
+    if (!CommandLine::parse(&parser, kCommand, arguments, exitStatus, nmea.names() + gpx.names()))
         return false;
 
     *exitStatus = ExitUsage;
-    if (parser.positionalArguments().size() != 1) {
-        Console::error(
-            QStringLiteral("drive: expected one recording, found %1").arg(parser.positionalArguments().size()));
+    if (!readOneArgument(parser, kCommand, QStringLiteral("recording"), &options->recording) ||
+        !readFilesOption(parser, kCommand, QStringLiteral("gpx"), &options->gpx) ||
+        !readFilesOption(parser, kCommand, QStringLiteral("nmea"), &options->nmea))
         return false;
-    }
-    options->recording = parser.positionalArguments().constFirst();
-    options->gpx = parser.values(gpx);
-    options->nmea = parser.values(nmea);
     options->withBalloons = !parser.isSet(noBalloons);
     options->withGpsTrack = !parser.isSet(noGpsTrack);
     options->withTimeTrack = parser.isSet(timeTrack);
     options->absoluteAltitude = parser.isSet(absolute);
     const QStringList inputs = QStringList(options->recording) + options->gpx + options->nmea;
-    if (!readNumberOption(parser, kCommand, QStringLiteral("elevation"), 0, kMaxElevationMetres,
-                          &options->elevationMetres) ||
-        !readNumberOption(parser, kCommand, QStringLiteral("tolerance"), 0, kDayMs, &options->toleranceMs) ||
-        !readOutputOption(parser, kCommand, QStringLiteral("output"), inputs, &options->output) ||
-        (parser.isSet(unit) && !readUnit(parser.value(unit), &options->unit)) ||
-        (parser.isSet(labels) && !readLabels(parser.value(labels), &options->labelFlags)) ||
-        (parser.isSet(sensorNames) && !readSensors(parser.value(sensorNames), &options->sensorFlags)))
-        return false;
-    if (parser.isSet(output) && !options->output.endsWith(QLatin1String(".kml"), Qt::CaseInsensitive)) {
-        Console::error(QStringLiteral("drive: --output expects the name of a KML file, not '%1'").arg(options->output));
-        return false;
-    }
-    return true;
+    return readNumberOption(parser, kCommand, QStringLiteral("elevation"), 0, kMaxElevationMetres,
+                            &options->elevationMetres) &&
+           readNumberOption(parser, kCommand, QStringLiteral("tolerance"), 0, kDayMs, &options->toleranceMs) &&
+           readOutputOption(parser, kCommand, QStringLiteral("output"), inputs, {QStringLiteral(".kml")},
+                            &options->output) &&
+           (!parser.isSet(unit) || readUnit(parser.value(unit), &options->unit)) &&
+           (!parser.isSet(labels) || readLabels(parser, &options->labelFlags)) &&
+           (!parser.isSet(sensorNames) || readSensors(parser.value(sensorNames), &options->sensorFlags));
 }
 
 // --- reading ---
@@ -200,6 +194,8 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
 // False if nothing of the recording is there to go on with.
 bool loadRecording(const QString &fileName, AMdrDocument *document, bool *complete)
 {
+    if (!canBeRead(fileName))
+        return false;
     Console::progress(QStringLiteral("reading %1").arg(fileName));
     QString errorText;
     const bool isWhole = document->load(fileName, &errorText);
@@ -267,7 +263,7 @@ bool checkMeasured(const Options &options, const DriveProcessor &processor, cons
         return fail(options, QStringLiteral("no sweep could be read"));
     if (measured.positioned == 0) {
         return fail(options, processor.hasGeoData()
-                                 ? QStringLiteral("no sweep has a position, and no waypoint lies within %L1 ms of one")
+                                 ? QStringLiteral("no sweep has a position, and no waypoint lies within %1 ms of one")
                                        .arg(options.toleranceMs)
                                  : QStringLiteral("no sweep has a position; name a track with --gpx or --nmea"));
     }
@@ -326,22 +322,17 @@ bool writeDocument(const QDomDocument &document, const Options &options)
         QFile out;
         if (out.open(stdout, QIODevice::WriteOnly) && writeKml(document, &out) && out.flush())
             return true;
-        Console::error(QStringLiteral("could not write the output: %1").arg(out.errorString()));
+        Console::error(QStringLiteral("standard output: can't be written: %1").arg(out.errorString()));
         return false;
     }
     Console::progress(QStringLiteral("writing %1").arg(options.output));
-    const QFileInfo replaced(options.output);
-    QSaveFile file(options.output);
-    QString reason;
-    if (replaced.exists() && !replaced.isFile())
-        reason = QStringLiteral("not a regular file");
-    else if (!file.open(QIODevice::WriteOnly) || !writeKml(document, &file) || !file.commit())
-        reason = file.errorString();
+    QString errorText;
+    const bool isWritten = writeOutputFile(
+        options.output, [&document](QIODevice *device) { return writeKml(document, device); }, &errorText);
     Console::clearProgress();
-    if (reason.isEmpty())
-        return true;
-    Console::error(QStringLiteral("%1: can't be written: %2").arg(options.output, reason));
-    return false;
+    if (!isWritten)
+        Console::error(errorText);
+    return isWritten;
 }
 
 void tell(const Options &options, const QString &text)
@@ -395,16 +386,16 @@ int runDrive(const QStringList &arguments)
     if (!writeDocument(*document, options))
         return ExitFailed;
 
-    tell(options, QStringLiteral("written; sweeps: %L1, with a position: %L2, waypoints: %L3, values: %4 to %5")
+    tell(options, QStringLiteral("written; sweeps: %1, with a position: %2, waypoints: %3, values: %4 to %5")
                       .arg(measured.sweeps)
                       .arg(measured.positioned)
                       .arg(processor.waypointCount())
                       .arg(extremeText(processor.minimum()), extremeText(processor.maximum())));
     if (misplaced > 0)
-        tell(options, QStringLiteral("waypoints without a place on the earth, left out: %L1").arg(misplaced));
+        tell(options, QStringLiteral("waypoints without a place on the earth, left out: %1").arg(misplaced));
     if (measured.unusable > 0)
         tell(options,
-             QStringLiteral("sweeps with levels or a place that can't be drawn, left out: %L1").arg(measured.unusable));
+             QStringLiteral("sweeps with levels or a place that can't be drawn, left out: %1").arg(measured.unusable));
     if (!missingPaths.isEmpty())
         tell(options, QStringLiteral("paths of one value, left out: %1").arg(missingPaths.join(QStringLiteral(", "))));
     return Console::finish() && complete && !Console::hasWarned() ? ExitDone : ExitFailed;

@@ -1,6 +1,10 @@
+#include "apps/aveldoran/commandline.h"
 #include "apps/aveldoran/commands.h"
 #include "apps/aveldoran/console.h"
+#include "apps/aveldoran/inputfile.h"
 #include "apps/aveldoran/limitcurves.h"
+#include "apps/aveldoran/options.h"
+#include "apps/aveldoran/outputfile.h"
 #include "apps/aveldoran/plantext.h"
 #include "apps/aveldoran/tracefile.h"
 
@@ -12,12 +16,13 @@
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
-#include <QtCore/QSaveFile>
 #include <QtCore/QTemporaryDir>
 
 #include <cmath>
 
 namespace {
+
+constexpr char kCommand[] = "limits";
 
 struct Options
 {
@@ -30,57 +35,49 @@ struct Options
 bool readOptions(const QStringList &arguments, Options *options, int *exitStatus)
 {
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral(
-        "Reads limit files and prints their limits: name, range, unit, and the pieces of the curve, those that govern\n"
-        "first on top. With a trace it prints instead where the trace exceeds a limit within the limit's range, one\n"
-        "line for each run of neighbouring points, with the worst of them; the exit status is then 1.\n\n"
-        "Example: aveldoran limits --check trace.csv --plot trace.png en55032-radiated.xml"));
+    CommandLine::describe(
+        &parser,
+        QStringLiteral(
+            "Reads limit files and prints their limits: name, range, unit, and the pieces of the curve, those that "
+            "govern first on top. With a trace it prints instead where the trace exceeds a limit within the limit's "
+            "range, one line for each run of neighbouring points, with the worst of them; the exit status is then 1."),
+        {QStringLiteral("aveldoran limits examples/data/limits/en55032-radiated.xml"),
+         QStringLiteral("aveldoran limits --check examples/data/traces/broadband.csv --plot check.png "
+                        "examples/data/limits/short-range-device-spurious.xml")});
     const QCommandLineOption check(QStringLiteral("check"), QStringLiteral("Print where this trace exceeds a limit."),
                                    QStringLiteral("TRACE.csv"));
     const QCommandLineOption rewrite(
         QStringLiteral("rewrite"),
         QStringLiteral("Write the limits of one file anew, as a limit editor does: without descriptions."),
-        QStringLiteral("OUT"));
+        QStringLiteral("FILE.xml"));
     const QCommandLineOption plot(QStringLiteral("plot"),
                                   QStringLiteral("Draw the limits, and the trace, into a PNG file."),
                                   QStringLiteral("FILE.png"));
     parser.addOptions({check, rewrite, plot});
-    parser.addPositionalArgument(QStringLiteral("FILE"),
-                                 QStringLiteral("A limit file, or a directory with limit files (*.xml)."),
-                                 QStringLiteral("FILE..."));
-    if (!Console::parse(&parser, arguments, exitStatus))
+    parser.addPositionalArgument(
+        QStringLiteral("PATH"),
+        QStringLiteral("A limit file, or a directory of them (*.xml); directories below it are not read."),
+        QStringLiteral("PATH..."));
+    if (!CommandLine::parse(&parser, kCommand, arguments, exitStatus))
         return false;
 
     *exitStatus = ExitUsage;
-    *options = {parser.value(check), parser.value(rewrite), parser.value(plot), parser.positionalArguments()};
+    options->files = parser.positionalArguments();
     if (options->files.isEmpty()) {
-        Console::error(QStringLiteral("limits: a limit file is missing"));
+        CommandLine::usageError(kCommand, QStringLiteral("a limit file is missing"));
         return false;
-    }
-    for (const QCommandLineOption &option : {check, rewrite, plot}) {
-        if (parser.isSet(option) && parser.value(option).isEmpty()) {
-            Console::error(QStringLiteral("limits: --%1 expects the name of a file").arg(option.names().constFirst()));
-            return false;
-        }
     }
     if (parser.isSet(rewrite) && (options->files.size() != 1 || QFileInfo(options->files.constFirst()).isDir())) {
-        Console::error(QStringLiteral("limits: --rewrite expects one limit file"));
+        CommandLine::usageError(kCommand, QStringLiteral("--rewrite expects one limit file"));
         return false;
     }
-    if (parser.isSet(plot) && !options->picture.endsWith(QLatin1String(".png"), Qt::CaseInsensitive)) {
-        Console::error(QStringLiteral("limits: --plot expects the name of a PNG file, not '%1'").arg(options->picture));
-        return false;
-    }
-    QStringList others = options->files;
-    others << options->traceFile << options->rewritten;
-    for (const QString &other : qAsConst(others)) {
-        if (parser.isSet(plot) &&
-            QFileInfo(other).absoluteFilePath() == QFileInfo(options->picture).absoluteFilePath()) {
-            Console::error(QStringLiteral("limits: the picture would replace '%1'").arg(other));
-            return false;
-        }
-    }
-    return true;
+    // A file may be written anew onto itself.
+    return readFileOption(parser, kCommand, QStringLiteral("check"), &options->traceFile) &&
+           readOutputOption(parser, kCommand, QStringLiteral("rewrite"), {options->traceFile}, {},
+                            &options->rewritten) &&
+           readOutputOption(parser, kCommand, QStringLiteral("plot"),
+                            options->files + QStringList{options->traceFile, options->rewritten},
+                            {QStringLiteral(".png")}, &options->picture);
 }
 
 // The limits of all files, with the file of each.
@@ -94,6 +91,8 @@ struct Limits
 
     bool read(const QString &fileName)
     {
+        if (!canBeRead(fileName))
+            return false;
         Console::progress(QStringLiteral("reading %1").arg(fileName));
         QString errorText;
         const bool isRead = ALimit::readAll(fileName, all, &errorText);
@@ -198,7 +197,7 @@ void printExcess(const LimitExcess &excess, int traceUnit)
     const QString run =
         excess.points == 1
             ? QStringLiteral("1 point")
-            : QStringLiteral("%L1 points, %2").arg(excess.points).arg(rangeText(excess.begin, excess.end));
+            : QStringLiteral("%1 points, %2").arg(excess.points).arg(rangeText(excess.begin, excess.end));
     Console::write(QStringLiteral("    %1  %2 %3, limit %4 %3, excess %5 %6  (%7)\n")
                        .arg(shortFrequency(excess.frequency).leftJustified(16), numberText(excess.level), symbol,
                             numberText(excess.limit), numberText(excess.level - excess.limit),
@@ -227,8 +226,7 @@ bool checkTrace(const Limits &limits, const Trace &trace)
             verdict = QStringLiteral("exceeded");
         }
         isKept = isKept && found.isEmpty() && compared > 0;
-        Console::write(
-            QStringLiteral("  %1: %2; points compared: %3\n").arg(name, verdict, QLocale().toString(compared)));
+        Console::write(QStringLiteral("  %1: %2; points compared: %3\n").arg(name, verdict, QString::number(compared)));
         for (const LimitExcess &excess : found)
             printExcess(excess, trace.unit);
     }
@@ -264,7 +262,7 @@ bool rewrite(const QString &fileName, const QString &target)
     ALimitModel again;
     if (!again.loadFromFile(written) || again.rowCount() != model.rowCount() ||
         countPieces(again) != countPieces(model)) {
-        Console::error(QStringLiteral("%1: could not be written as a whole").arg(written));
+        Console::error(QStringLiteral("%1: can't be written: The limits would not be whole").arg(target));
         return false;
     }
     QFile source(written);
@@ -272,17 +270,15 @@ bool rewrite(const QString &fileName, const QString &target)
         Console::error(QStringLiteral("%1: can't be read: %2").arg(written, source.errorString()));
         return false;
     }
-    const QByteArray content = source.readAll();
-    QSaveFile file(target);
-    QDir().mkpath(QFileInfo(target).absolutePath()); // what becomes of it, open() tells
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.commit()) {
-        Console::error(QStringLiteral("%1: can't be written: %2").arg(target, file.errorString()));
+    QDir().mkpath(QFileInfo(target).absolutePath()); // what becomes of it, the writing tells
+    QString errorText;
+    if (!writeOutputFile(target, source.readAll(), &errorText)) {
+        Console::error(errorText);
         return false;
     }
-    const QLocale locale;
     Console::write(QStringLiteral("%1: written; limits: %2, pieces: %3, descriptions left out: %4\n")
-                       .arg(Console::oneLine(target), locale.toString(model.rowCount()),
-                            locale.toString(countPieces(model)), locale.toString(countDescriptions(model))));
+                       .arg(Console::oneLine(target), QString::number(model.rowCount()),
+                            QString::number(countPieces(model)), QString::number(countDescriptions(model))));
     return true;
 }
 
@@ -350,7 +346,8 @@ int runLimits(const QStringList &arguments)
     if (!options.rewritten.isEmpty())
         complete = rewrite(options.files.constFirst(), options.rewritten) && complete;
     complete = Console::finish() && complete;
-    if (!options.picture.isEmpty())
+    const bool isAnyRead = complete || !limits.all.isEmpty(); // else an old picture says more than an empty one
+    if (!options.picture.isEmpty() && isAnyRead)
         complete = draw(limits, hasTrace ? &trace : nullptr, options) && complete;
     return complete ? ExitDone : ExitFailed;
 }

@@ -1,5 +1,9 @@
+#include "apps/aveldoran/commandline.h"
 #include "apps/aveldoran/commands.h"
 #include "apps/aveldoran/console.h"
+#include "apps/aveldoran/inputfile.h"
+#include "apps/aveldoran/options.h"
+#include "apps/aveldoran/outputfile.h"
 
 #include <bootlogo/abootlogodata.h>
 #include <core/asimulateddevice.h>
@@ -11,7 +15,6 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QMap>
 #include <QtCore/QRegularExpression>
-#include <QtCore/QSaveFile>
 #include <QtCore/QSettings>
 #include <QtGui/QBitmap>
 #include <QtGui/QImage>
@@ -23,6 +26,8 @@
 #include <utility>
 
 namespace {
+
+constexpr char kCommand[] = "logo";
 
 constexpr int kMaxSide = 32767; // of a picture in a file
 
@@ -62,13 +67,13 @@ constexpr struct
     const char *value; // null if it has none
     const char *description;
 } kOptions[] = {
-    {"model", "M", "The model name of the device. Required."},
-    {"firmware", "F", "Its firmware version. Required."},
-    {"serial", "S", "Its serial number. Required."},
+    {"model", "NAME", "The model name of the device. Required."},
+    {"firmware", "VERSION", "Its firmware version. Required."},
+    {"serial", "NUMBER", "Its serial number. Required."},
     {"revision", "N", "The generation of its hardware, 1 if not given."},
     {"options", "MASK", "The bits of its options, a number such as 5 or 0x5."},
     {"custom-option", "TEXT", "The text of option bit 8."},
-    {"background", "FILE", "A picture to write on, of up to 16,777,216 pixels, instead of the template."},
+    {"background", "FILE", "A picture to write on, of up to 16777216 pixels, instead of the template."},
     {"calibrated", "DATE", "When it was calibrated, such as 2026-03-31."},
     {"settings", "FILE.ini", "A layout: what goes where. A field without a key is left out."},
     {"output", "FILE", "Write FILE.png, FILE.bmp, or the device's bit stream as FILE.bin."},
@@ -77,20 +82,13 @@ constexpr struct
 };
 constexpr int kMaxScale = 100;
 
-constexpr char kDescription[] = "Composes the boot logo of a device, prints it, and writes it as a picture or as\n"
-                                "the bit stream that the device takes. --model, --firmware and --serial are\n"
-                                "required.\n\n"
-                                "A lit pixel is black in a picture file. Printed, it has the colour of the\n"
-                                "terminal's text: on a dark terminal it is light, the reverse of the picture.\n\n"
-                                "The positions on the logo are those of the template, or of --settings. Settings of\n"
-                                "the user are neither read nor written.\n\n"
-                                "Examples:\n"
-                                "  aveldoran logo --model 6060 --firmware 1.44 --serial 002311 \\\n"
-                                "      --output logo.png --scale 8\n"
-                                "  aveldoran logo --model 6060 --firmware 1.44 --serial 002311 \\\n"
-                                "      --revision 2 --options 0x13\n"
-                                "  aveldoran logo --model 6060 --firmware 1.44 --serial 002311 \\\n"
-                                "      --background wide.pbm --settings wide.ini";
+constexpr char kDescription[] =
+    "Composes the boot logo of a device, prints it, and writes it as a picture or as the bit stream that the device "
+    "takes. --model, --firmware and --serial are required.\n\n"
+    "A lit pixel is black in a picture file. Printed, it has the colour of the terminal's text: on a dark terminal it "
+    "is light, the reverse of the picture.\n\n"
+    "The positions on the logo are those of the template, or of --settings. Settings of the user are neither read nor "
+    "written.";
 
 void addOptions(QCommandLineParser *parser)
 {
@@ -100,69 +98,35 @@ void addOptions(QCommandLineParser *parser)
     }
 }
 
-bool namesAnOption(const QString &argument)
-{
-    if (argument == QLatin1String("--help"))
-        return true;
-    return std::any_of(std::begin(kOptions), std::end(kOptions), [&argument](const auto &option) {
-        return argument.section(QLatin1Char('='), 0, 0) == QLatin1String("--") + QLatin1String(option.name);
-    });
-}
-
-bool wantsAValue(const QString &argument)
-{
-    return std::any_of(std::begin(kOptions), std::end(kOptions), [&argument](const auto &option) {
-        return option.value && argument == QLatin1String("--") + QLatin1String(option.name);
-    });
-}
-
-// The parser takes "--firmware" for the model name in "--model --firmware 1.44".
-bool valuesAreGiven(const QStringList &arguments)
-{
-    for (int i = 1; i + 1 < arguments.size(); ++i) {
-        if (wantsAValue(arguments.at(i)) && namesAnOption(arguments.at(i + 1))) {
-            Console::error(QStringLiteral("logo: %1 is followed by '%2', expected its value")
-                               .arg(arguments.at(i), arguments.at(i + 1)));
-            return false;
-        }
-    }
-    return true;
-}
-
 bool readText(const QCommandLineParser &parser, const QString &name, QString *text)
 {
     if (!parser.isSet(name)) {
-        Console::error(QStringLiteral("logo: --%1 is missing").arg(name));
+        CommandLine::usageError(kCommand, QStringLiteral("--%1 is missing").arg(name));
         return false;
     }
     *text = parser.value(name);
     return true;
 }
 
-bool readFileName(const QCommandLineParser &parser, const QString &name, QString *file)
+bool refuse(const QString &option, const char *expected, const QString &found)
 {
-    *file = parser.value(name);
-    if (!parser.isSet(name) || !file->isEmpty())
-        return true;
-    Console::error(QStringLiteral("logo: --%1 is '', expected the name of a file").arg(name));
+    CommandLine::usageError(kCommand,
+                            QStringLiteral("--%1 expects %2, not '%3'").arg(option, QLatin1String(expected), found));
     return false;
 }
 
 // Digits alone: decimal ones, or hexadecimal ones after "0x".
-bool readNumber(const QCommandLineParser &parser, const QString &name, int least, int most, int *number)
+bool readMask(const QCommandLineParser &parser, const QString &name, int *mask)
 {
     if (!parser.isSet(name))
         return true;
+    constexpr int kMost = 0xffff;
     static const QRegularExpression form(QStringLiteral("\\A(?:0[xX]([0-9a-fA-F]+)|([0-9]+))\\z"));
     const QString text = parser.value(name);
     const QRegularExpressionMatch match = form.match(text);
     bool ok = false;
-    *number = match.capturedLength(1) > 0 ? match.capturedRef(1).toInt(&ok, 16) : match.capturedRef(2).toInt(&ok);
-    if (ok && *number >= least && *number <= most)
-        return true;
-    Console::error(QStringLiteral("logo: --%1 is '%2', expected a number from %3 to %4")
-                       .arg(name, text, QString::number(least), QString::number(most)));
-    return false;
+    *mask = match.capturedLength(1) > 0 ? match.capturedRef(1).toInt(&ok, 16) : match.capturedRef(2).toInt(&ok);
+    return (ok && *mask >= 0 && *mask <= kMost) || refuse(name, "a whole number from 0 to 65535 (0xffff)", text);
 }
 
 // Two decimal digits a byte, and a device takes bytes from 0x80 on for negative numbers.
@@ -180,52 +144,31 @@ bool readDate(const QCommandLineParser &parser, const QString &name, QDate *date
     static const QRegularExpression form(QStringLiteral("\\A[0-9]{4}-[0-9]{2}-[0-9]{2}\\z"));
     const QString text = parser.value(name);
     *date = form.match(text).hasMatch() ? QDate::fromString(text, Qt::ISODate) : QDate();
-    if (!date->isValid()) {
-        Console::error(QStringLiteral("logo: --%1 is '%2', expected a date such as 2026-03-31").arg(name, text));
-        return false;
-    }
-    if (!deviceCanKeepYear(date->year())) {
-        Console::error(QStringLiteral("logo: --%1 is '%2', expected a year that a device can keep: from 2000 to 7979, "
-                                      "the last two digits below 80")
-                           .arg(name, text));
-        return false;
-    }
-    return true;
+    if (!date->isValid())
+        return refuse(name, "a date such as '2026-03-31'", text);
+    return deviceCanKeepYear(date->year()) ||
+           refuse(name, "a year that a device can keep, from 2000 to 7979 with its last two digits below 80", text);
 }
 
 bool chooseFormat(const QCommandLineParser &parser, Options *options)
 {
-    options->output = parser.value(QStringLiteral("output"));
+    const QStringList suffixes{QStringLiteral(".png"), QStringLiteral(".bmp"), QStringLiteral(".bin")};
+    if (!readOutputOption(parser, kCommand, QStringLiteral("output"), {options->background, options->settings},
+                          suffixes, &options->output))
+        return false;
     options->print = parser.isSet(QStringLiteral("ascii")) || !parser.isSet(QStringLiteral("output"));
     const QString name = options->output.toLower();
-    if (name.endsWith(QLatin1String(".png")))
+    if (name.endsWith(suffixes.at(0)))
         options->format = OutputFormat::Png;
-    else if (name.endsWith(QLatin1String(".bmp")))
+    else if (name.endsWith(suffixes.at(1)))
         options->format = OutputFormat::Bmp;
-    else if (name.endsWith(QLatin1String(".bin")))
+    else if (name.endsWith(suffixes.at(2)))
         options->format = OutputFormat::Bitstream;
 
-    if (options->format == OutputFormat::None && parser.isSet(QStringLiteral("output"))) {
-        Console::error(QStringLiteral("logo: --output is '%1', expected a name that ends in .png, .bmp or .bin")
-                           .arg(options->output));
-        return false;
-    }
     const bool isPicture = options->format == OutputFormat::Png || options->format == OutputFormat::Bmp;
     if (parser.isSet(QStringLiteral("scale")) && !isPicture) {
-        Console::error(QStringLiteral("logo: --scale needs an --output that ends in .png or .bmp"));
+        CommandLine::usageError(kCommand, QStringLiteral("--scale needs an --output that ends in .png or .bmp"));
         return false;
-    }
-    return true;
-}
-
-bool outputReplacesNoInput(const Options &options)
-{
-    const QString replaced = QFileInfo(options.output).canonicalFilePath(); // empty if there is no such file
-    for (const QString &input : {options.background, options.settings}) {
-        if (!replaced.isEmpty() && replaced == QFileInfo(input).canonicalFilePath()) {
-            Console::error(QStringLiteral("logo: --output would replace '%1', which the logo is made from").arg(input));
-            return false;
-        }
     }
     return true;
 }
@@ -233,42 +176,31 @@ bool outputReplacesNoInput(const Options &options)
 bool readOptions(const QStringList &arguments, Options *options, int *exitStatus)
 {
     QCommandLineParser parser;
-    parser.setApplicationDescription(QLatin1String(kDescription));
+    CommandLine::describe(
+        &parser, QLatin1String(kDescription),
+        {QStringLiteral("aveldoran logo --model 60105 --firmware 2.07 --serial 002311 --output logo.png --scale 8"),
+         QStringLiteral("aveldoran logo --model 60105 --firmware 2.07 --serial 002311 --revision 2 --options 0x13"),
+         QStringLiteral("aveldoran logo --model 60105 --firmware 2.07 --serial 002311 --background "
+                        "examples/data/logos/wide.pbm --settings examples/data/logos/wide.ini")});
     addOptions(&parser);
-    if (!Console::parse(&parser, arguments, exitStatus))
+    if (!CommandLine::parse(&parser, kCommand, arguments, exitStatus))
         return false;
 
     *exitStatus = ExitUsage;
-    if (!valuesAreGiven(arguments))
-        return false;
-    if (!parser.positionalArguments().isEmpty()) {
-        Console::error(QStringLiteral("logo: '%1' is no option").arg(parser.positionalArguments().constFirst()));
-        return false;
-    }
     options->customOption = parser.value(QStringLiteral("custom-option"));
-    return readText(parser, QStringLiteral("model"), &options->model) &&
+    constexpr int kMaxRevision = std::numeric_limits<int>::max();
+    return readNoArgument(parser, kCommand) && readText(parser, QStringLiteral("model"), &options->model) &&
            readText(parser, QStringLiteral("firmware"), &options->firmware) &&
            readText(parser, QStringLiteral("serial"), &options->serial) &&
-           readFileName(parser, QStringLiteral("background"), &options->background) &&
-           readFileName(parser, QStringLiteral("settings"), &options->settings) &&
-           readNumber(parser, QStringLiteral("revision"), 0, std::numeric_limits<int>::max(), &options->revision) &&
-           readNumber(parser, QStringLiteral("options"), 0, 0xffff, &options->optionMask) &&
-           readNumber(parser, QStringLiteral("scale"), 1, kMaxScale, &options->scale) &&
-           readDate(parser, QStringLiteral("calibrated"), &options->calibrated) && chooseFormat(parser, options) &&
-           outputReplacesNoInput(*options);
+           readFileOption(parser, kCommand, QStringLiteral("background"), &options->background) &&
+           readFileOption(parser, kCommand, QStringLiteral("settings"), &options->settings) &&
+           readNumberOption(parser, kCommand, QStringLiteral("revision"), 0, kMaxRevision, &options->revision) &&
+           readMask(parser, QStringLiteral("options"), &options->optionMask) &&
+           readNumberOption(parser, kCommand, QStringLiteral("scale"), 1, kMaxScale, &options->scale) &&
+           readDate(parser, QStringLiteral("calibrated"), &options->calibrated) && chooseFormat(parser, options);
 }
 
 // --- composing ---
-
-// What QSettings and QBitmap don't say of a file.
-bool canBeOpened(const QString &name)
-{
-    QFile file(name);
-    if (file.open(QIODevice::ReadOnly))
-        return true;
-    Console::error(QStringLiteral("%1: %2").arg(name, file.errorString()));
-    return false;
-}
 
 bool isPosition(const QString &text)
 {
@@ -331,7 +263,7 @@ bool checkLayoutValue(const QSettings &layout, const QString &file, const QStrin
 // Null, with a message, if the file is no layout.
 std::unique_ptr<QSettings> openLayout(const QString &name)
 {
-    if (!canBeOpened(name))
+    if (!canBeRead(name))
         return nullptr;
     auto layout = std::make_unique<QSettings>(name, QSettings::IniFormat);
     const QStringList keys = layout->childKeys();
@@ -385,7 +317,7 @@ bool compose(const Options &options, ABootlogoData *logo)
             return false;
     }
     // With a name that it finds no file of, the library would go on to others.
-    if (!options.background.isEmpty() && !QFileInfo::exists(options.background) && !canBeOpened(options.background))
+    if (!options.background.isEmpty() && !QFileInfo::exists(options.background) && !canBeRead(options.background))
         return false;
     DescribedDevice device(options);
     QMap<unsigned short, QByteArray> memory;
@@ -393,9 +325,9 @@ bool compose(const Options &options, ABootlogoData *logo)
         memory.insert(kCalibrationDate, dateForMemory(options.calibrated));
     if (logo->fromDeviceInformation(options.background, layout.get(), &device, memory, QString(), 0))
         return true;
-    if (canBeOpened(options.background))
+    if (canBeRead(options.background))
         Console::error(
-            QStringLiteral("%1: no picture of a known kind and of at most 16,777,216 pixels").arg(options.background));
+            QStringLiteral("%1: no picture of a known kind and of at most 16777216 pixels").arg(options.background));
     return false;
 }
 
@@ -422,7 +354,7 @@ bool encode(const ABootlogoData &logo, const Options &options, QByteArray *conte
     }
     const qint64 longestSide = qint64{std::max(logo.cols(), logo.rows())} * options.scale;
     if (longestSide > kMaxSide) {
-        Console::error(QStringLiteral("logo: a picture with sides of %L1 pixels is too large, expected at most %L2")
+        Console::error(QStringLiteral("logo: a picture with sides of %1 pixels is too large, expected at most %2")
                            .arg(longestSide)
                            .arg(kMaxSide));
         return false;
@@ -436,32 +368,12 @@ bool encode(const ABootlogoData &logo, const Options &options, QByteArray *conte
     return true;
 }
 
-// A write may take less than it is given without an error, and the next one says why. From a buffer commit() would
-// write it, and keep a file that is cut short.
-bool writeAll(QSaveFile *file, const QByteArray &content)
-{
-    qint64 written = 0;
-    while (written < content.size()) {
-        const qint64 part = file->write(content.constData() + written, content.size() - written);
-        if (part <= 0)
-            return false;
-        written += part;
-    }
-    return true;
-}
-
-// The file is replaced when the new one is complete.
 bool writeFile(const QString &name, const QByteArray &content)
 {
-    const QFileInfo replaced(name);
-    if (replaced.exists() && !replaced.isFile()) {
-        Console::error(QStringLiteral("%1: could not be written: not a regular file").arg(name));
-        return false;
-    }
-    QSaveFile file(name);
-    if (file.open(QIODevice::WriteOnly | QIODevice::Unbuffered) && writeAll(&file, content) && file.commit())
+    QString errorText;
+    if (writeOutputFile(name, content, &errorText))
         return true;
-    Console::error(QStringLiteral("%1: could not be written: %2").arg(name, file.errorString()));
+    Console::error(errorText);
     return false;
 }
 

@@ -1,3 +1,4 @@
+#include "apps/aveldoran/commandline.h"
 #include "apps/aveldoran/commands.h"
 #include "apps/aveldoran/console.h"
 
@@ -5,6 +6,7 @@
 #include <core/atranslator.h>
 
 #include <QtCore/QCoreApplication>
+#include <QtCore/QLocale>
 #include <QtWidgets/QApplication>
 
 #include <algorithm>
@@ -36,13 +38,50 @@ constexpr Command kCommands[] = {
 QString usage()
 {
     QString text = QStringLiteral("Usage: aveldoran COMMAND [OPTIONS] ...\n"
+                                  "       aveldoran help [COMMAND]\n"
                                   "Works on the files that surround a spectrum measurement.\n\nCommands:\n");
     for (const Command &command : kCommands)
         text += QStringLiteral("  %1  %2\n").arg(QLatin1String(command.name), -12).arg(QLatin1String(command.summary));
-    return text +
-           QStringLiteral("\nOptions:\n  --help     this text; after a command, the command's own\n"
-                          "  --version  the version\n\nExit status: 0 done, 1 some input could not be read or was "
-                          "refused, 2 wrong usage.\n");
+    return text + QStringLiteral("\nOptions:\n"
+                                 "  -h, --help  Show this text; after a command, the command's own.\n"
+                                 "  --version   Show the version of the program.\n"
+                                 "\nExit status:\n"
+                                 "  0  All was done.\n"
+                                 "  1  Some file could not be read or written, or a trace exceeds a limit; what\n"
+                                 "     could be done was done.\n"
+                                 "  2  The command line makes no sense; nothing was done.\n"
+                                 "\nExample:\n"
+                                 "  aveldoran channels examples/data/profiles/fm-broadcast.profile\n");
+}
+
+const Command *commandNamed(const QString &name)
+{
+    const auto *command = std::find_if(std::begin(kCommands), std::end(kCommands),
+                                       [&name](const Command &known) { return name == QLatin1String(known.name); });
+    return command == std::end(kCommands) ? nullptr : command;
+}
+
+// Of a first argument that is no command.
+QString problemOf(const QString &name)
+{
+    if (name.isEmpty())
+        return QStringLiteral("a command is missing; see 'aveldoran --help'");
+    const bool isOption = name.startsWith(QLatin1Char('-'));
+    QStringList words{QStringLiteral("help")};
+    for (const Command &command : kCommands)
+        words += QLatin1String(command.name);
+    if (isOption)
+        words = QStringList{QStringLiteral("--help"), QStringLiteral("--version")};
+    const QString near = CommandLine::suggestion(name, words);
+    return QStringLiteral("unknown %1 '%2'%3")
+        .arg(isOption ? QStringLiteral("option") : QStringLiteral("command"), name,
+             near.isEmpty() ? QStringLiteral("; see 'aveldoran --help'") : near);
+}
+
+int printAndEnd(const QString &text)
+{
+    Console::write(text);
+    return Console::finish() ? ExitDone : ExitFailed;
 }
 
 // Every subcommand that draws has this option, except those that do nothing else.
@@ -78,11 +117,21 @@ std::unique_ptr<QCoreApplication> createApplication(int &argc, char **argv)
     return application;
 }
 
+// Scripts read what is printed: numbers have a point and no signs between thousands, whatever the user's language.
+void setPlainNumbers()
+{
+    QLocale locale; // the first one made; a default set before it would lose its options
+    locale = QLocale::c();
+    locale.setNumberOptions(locale.numberOptions() | QLocale::OmitGroupSeparator);
+    QLocale::setDefault(locale);
+}
+
 } // namespace
 
 int main(int argc, char **argv)
 {
     const std::unique_ptr<QCoreApplication> application = createApplication(argc, argv);
+    setPlainNumbers();
     QCoreApplication::setOrganizationName(QStringLiteral("Aveldoran"));
     QCoreApplication::setApplicationName(QStringLiteral("aveldoran"));
     QCoreApplication::setApplicationVersion(QStringLiteral(AVELDORAN_VERSION));
@@ -90,20 +139,17 @@ int main(int argc, char **argv)
     QStringList arguments;
     for (int i = 0; i < argc; ++i)
         arguments += QString::fromLocal8Bit(argv[i]);
+    // "help COMMAND" is "COMMAND --help".
+    if (arguments.value(1) == QLatin1String("help") && arguments.size() > 2)
+        arguments = QStringList{arguments.constFirst(), arguments.at(2), QStringLiteral("--help")};
     const QString name = arguments.value(1);
-    if (name == QLatin1String("--help") || name == QLatin1String("-h")) {
-        Console::write(usage());
-        return Console::finish() ? ExitDone : ExitFailed;
-    }
-    if (name == QLatin1String("--version")) {
-        Console::write(QStringLiteral("aveldoran %1\n").arg(QCoreApplication::applicationVersion()));
-        return Console::finish() ? ExitDone : ExitFailed;
-    }
-    const auto *command = std::find_if(std::begin(kCommands), std::end(kCommands),
-                                       [&name](const Command &known) { return name == QLatin1String(known.name); });
-    if (command == std::end(kCommands)) {
-        Console::error(name.isEmpty() ? QStringLiteral("a command is missing; see 'aveldoran --help'")
-                                      : QStringLiteral("unknown command '%1'; see 'aveldoran --help'").arg(name));
+    if (name == QLatin1String("--help") || name == QLatin1String("-h") || name == QLatin1String("help"))
+        return printAndEnd(usage());
+    if (name == QLatin1String("--version"))
+        return printAndEnd(QStringLiteral("aveldoran %1\n").arg(QCoreApplication::applicationVersion()));
+    const Command *command = commandNamed(name);
+    if (!command) {
+        Console::error(problemOf(name));
         return ExitUsage;
     }
     arguments.removeAt(1);

@@ -1,3 +1,4 @@
+#include "apps/aveldoran/commandline.h"
 #include "apps/aveldoran/commands.h"
 #include "apps/aveldoran/console.h"
 #include "apps/aveldoran/options.h"
@@ -44,39 +45,41 @@ struct Options
 bool readOptions(const QStringList &arguments, Options *options, int *exitStatus)
 {
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral(
-        "Sets markers on a trace and prints them, one a line: number, name, level, difference to the reference\n"
-        "marker, and a label for a display. Maxima come highest first, minima lowest first, from the second\n"
-        "point of the trace on; a marker at a frequency reads the level between the points beside it.\n\n"
-        "Example: aveldoran markers trace.csv --max 3 --at 100.5MHz --reference 1 --plot trace.png"));
+    CommandLine::describe(
+        &parser,
+        QStringLiteral("Sets markers on a trace and prints them, one a line: number, name, level, difference to the "
+                       "reference marker, and a label for a display. Maxima come highest first, minima lowest first, "
+                       "from the second point of the trace on; a marker at a frequency reads the level between the "
+                       "points beside it."),
+        {QStringLiteral("aveldoran markers examples/data/traces/broadband.csv --max 3 --at '100 MHz' --reference 1 "
+                        "--plot broadband.png")});
     const auto number = QStringLiteral("N");
     const auto frequency = QStringLiteral("FREQ");
     const QCommandLineOption max(
         QStringLiteral("max"),
         QStringLiteral("Markers on the N highest maxima (%1 if no marker is asked for).").arg(kDefaultMaxima), number);
     const QCommandLineOption min(QStringLiteral("min"), QStringLiteral("Markers on the N lowest minima."), number);
-    const QCommandLineOption at(
-        QStringLiteral("at"), QStringLiteral("A marker at a frequency, such as 100.5MHz; may be repeated."), frequency);
-    const QCommandLineOption spacing(QStringLiteral("spacing"),
-                                     QStringLiteral("How far peaks of one kind lie apart at least."), frequency);
+    const QCommandLineOption at(QStringLiteral("at"),
+                                QStringLiteral("A marker at a frequency, such as '100 MHz'; in hertz if it has no "
+                                               "unit. May be given several times."),
+                                frequency);
+    const QCommandLineOption spacing(
+        QStringLiteral("spacing"),
+        QStringLiteral("How far peaks of one kind lie apart at least; in hertz if it has no unit."), frequency);
     const QCommandLineOption reference(QStringLiteral("reference"),
                                        QStringLiteral("Show all others as differences to the Nth marker."), number);
-    const QCommandLineOption format = Console::formatOption();
+    const QCommandLineOption format = formatOption();
     const QCommandLineOption plot(QStringLiteral("plot"),
                                   QStringLiteral("Draw the trace with its markers into a PNG file."),
                                   QStringLiteral("FILE.png"));
     parser.addOptions({max, min, at, spacing, reference, format, plot});
     parser.addPositionalArgument(QStringLiteral("TRACE.csv"), QStringLiteral("The trace: frequencies and levels."));
-    if (!Console::parse(&parser, arguments, exitStatus))
+    if (!CommandLine::parse(&parser, kCommand, arguments, exitStatus, at.names()))
         return false;
 
     *exitStatus = ExitUsage;
-    if (parser.positionalArguments().size() != 1) {
-        Console::error(
-            QStringLiteral("markers: expected one trace file, found %1").arg(parser.positionalArguments().size()));
+    if (!readOneArgument(parser, kCommand, QStringLiteral("trace file"), &options->traceFile))
         return false;
-    }
-    options->traceFile = parser.positionalArguments().constFirst();
     const bool isDefault = !parser.isSet(max) && !parser.isSet(min) && !parser.isSet(at);
     options->maxima = isDefault ? kDefaultMaxima : 0;
     if (!readNumberOption(parser, kCommand, max.names().constFirst(), 0, kMaxPeakMarkers, &options->maxima) ||
@@ -85,7 +88,9 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
 
     const QStringList frequencies = parser.values(at);
     if (frequencies.size() > kMaxFrequencyMarkers) {
-        Console::error(QStringLiteral("markers: at most %1 times --at").arg(kMaxFrequencyMarkers));
+        CommandLine::usageError(kCommand,
+                                QStringLiteral("--at is given %1 times, expected at most %2")
+                                    .arg(QString::number(frequencies.size()), QString::number(kMaxFrequencyMarkers)));
         return false;
     }
     for (const QString &text : frequencies) {
@@ -99,27 +104,13 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
 
     const int count = options->maxima + options->minima + options->frequencies.size();
     if (count == 0) {
-        Console::error(QStringLiteral("markers: no marker is asked for"));
+        CommandLine::usageError(kCommand, QStringLiteral("no marker is asked for"));
         return false;
     }
-    if (!readNumberOption(parser, kCommand, reference.names().constFirst(), 1, count, &options->reference))
-        return false;
-
-    if (!Console::readFormat(parser, QStringLiteral("markers"), &options->asJson))
-        return false;
-    options->picture = parser.value(plot);
-    if (parser.isSet(plot) && !options->picture.endsWith(QLatin1String(".png"), Qt::CaseInsensitive)) {
-        Console::error(
-            QStringLiteral("markers: --plot expects the name of a PNG file, not '%1'").arg(options->picture));
-        return false;
-    }
-    const QString replaced = QFileInfo(options->picture).canonicalFilePath(); // empty if there is no such file
-    if (parser.isSet(plot) && !replaced.isEmpty() && replaced == QFileInfo(options->traceFile).canonicalFilePath()) {
-        Console::error(
-            QStringLiteral("markers: --plot would replace the trace file %1 by the picture").arg(options->traceFile));
-        return false;
-    }
-    return true;
+    return readNumberOption(parser, kCommand, QStringLiteral("reference"), 1, count, &options->reference) &&
+           readFormatOption(parser, kCommand, &options->asJson) &&
+           readOutputOption(parser, kCommand, QStringLiteral("plot"), {options->traceFile}, {QStringLiteral(".png")},
+                            &options->picture);
 }
 
 void setMarkers(const Trace &trace, const Options &options, ASpectrumMarkerList *list)
@@ -190,7 +181,7 @@ QStringList rowOf(int number, const ASpectrumMarker &marker, const emu_entry *un
 void printText(const Trace &trace, const Markers &markers, const Options &options)
 {
     const emu_entry *unit = emu_find(trace.unit);
-    Console::write(QStringLiteral("%1: %L2 points, %3 to %4, in %5\n\n")
+    Console::write(QStringLiteral("%1: %2 points, %3 to %4, in %5\n\n")
                        .arg(Console::oneLine(options.traceFile))
                        .arg(trace.values.size())
                        .arg(shortFrequency(trace.values.constFirst().frequency),

@@ -1,26 +1,50 @@
 #include "apps/aveldoran/options.h"
 
-#include "apps/aveldoran/console.h"
+#include "apps/aveldoran/commandline.h"
 #include "apps/aveldoran/tracefile.h"
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QFileInfo>
+#include <QtCore/QRegularExpression>
+
+#include <algorithm>
+
+namespace {
+
+bool refuse(const char *command, const QString &option, const QString &expected, const QString &found)
+{
+    CommandLine::usageError(command, QStringLiteral("--%1 expects %2, not '%3'").arg(option, expected, found));
+    return false;
+}
+
+bool isSameFile(const QString &one, const QString &other)
+{
+    const QFileInfo first(one);
+    const QFileInfo second(other);
+    if (first.absoluteFilePath() == second.absoluteFilePath())
+        return true;
+    const QString canonical = first.canonicalFilePath(); // empty if there is no such file
+    return !canonical.isEmpty() && canonical == second.canonicalFilePath();
+}
+
+} // namespace
 
 bool readNumberOption(const QCommandLineParser &parser, const char *command, const QString &option, int least, int most,
                       int *number)
 {
     if (!parser.isSet(option))
         return true;
+    static const QRegularExpression form(QStringLiteral("\\A[0-9]+\\z"));
+    const QString text = parser.value(option);
     bool ok = false;
-    const int value = parser.value(option).toInt(&ok);
-    if (ok && value >= least && value <= most) {
+    const int value = text.toInt(&ok);
+    if (ok && form.match(text).hasMatch() && value >= least && value <= most) {
         *number = value;
         return true;
     }
-    Console::error(
-        QStringLiteral("%1: --%2 expects a number from %3 to %4, not '%5'")
-            .arg(QLatin1String(command), option, QString::number(least), QString::number(most), parser.value(option)));
-    return false;
+    return refuse(command, option,
+                  QStringLiteral("a whole number from %1 to %2").arg(QString::number(least), QString::number(most)),
+                  text);
 }
 
 bool readFrequencyOption(const QCommandLineParser &parser, const char *command, const QString &option,
@@ -31,30 +55,102 @@ bool readFrequencyOption(const QCommandLineParser &parser, const char *command, 
 
 bool readFrequencyOption(const char *command, const QString &option, const QString &text, AFrequency *frequency)
 {
-    if (readFrequency(text.trimmed().toUtf8(), AFrequency::Hz, frequency))
-        return true;
-    Console::error(QStringLiteral("%1: --%2 expects a frequency such as '100 MHz', not '%3'")
-                       .arg(QLatin1String(command), option, text));
-    return false;
+    return readFrequency(text.trimmed().toUtf8(), AFrequency::Hz, frequency) ||
+           refuse(command, option, QStringLiteral("a frequency such as '100 MHz'"), text);
 }
 
-bool readOutputOption(const QCommandLineParser &parser, const char *command, const QString &option,
-                      const QStringList &inputs, QString *fileName)
+bool readChoiceOption(const QCommandLineParser &parser, const char *command, const QString &option,
+                      const QStringList &names, int *choice)
+{
+    if (!parser.isSet(option))
+        return true;
+    const QString name = parser.value(option);
+    const int index = names.indexOf(name);
+    if (index < 0)
+        return refuse(command, option, listText(names), name);
+    *choice = index;
+    return true;
+}
+
+QCommandLineOption formatOption()
+{
+    return {QStringLiteral("format"), QStringLiteral("How to print: text or json."), QStringLiteral("FORMAT"),
+            QStringLiteral("text")};
+}
+
+bool readFormatOption(const QCommandLineParser &parser, const char *command, bool *asJson)
+{
+    int choice = 0;
+    const bool ok = readChoiceOption(parser, command, QStringLiteral("format"),
+                                     {QStringLiteral("text"), QStringLiteral("json")}, &choice);
+    *asJson = choice == 1;
+    return ok;
+}
+
+bool readFileOption(const QCommandLineParser &parser, const char *command, const QString &option, QString *fileName)
 {
     if (!parser.isSet(option))
         return true;
     *fileName = parser.value(option);
-    if (fileName->isEmpty()) {
-        Console::error(QStringLiteral("%1: --%2 expects the name of a file").arg(QLatin1String(command), option));
+    return !fileName->isEmpty() || refuse(command, option, QStringLiteral("the name of a file"), *fileName);
+}
+
+bool readFilesOption(const QCommandLineParser &parser, const char *command, const QString &option,
+                     QStringList *fileNames)
+{
+    if (!parser.isSet(option))
+        return true;
+    *fileNames = parser.values(option);
+    return !fileNames->contains(QString()) || refuse(command, option, QStringLiteral("the name of a file"), QString());
+}
+
+bool readOutputOption(const QCommandLineParser &parser, const char *command, const QString &option,
+                      const QStringList &others, const QStringList &suffixes, QString *fileName)
+{
+    if (!readFileOption(parser, command, option, fileName))
         return false;
-    }
-    const QString replaced = QFileInfo(*fileName).canonicalFilePath(); // empty if there is no such file
-    for (const QString &input : inputs) {
-        if (!replaced.isEmpty() && replaced == QFileInfo(input).canonicalFilePath()) {
-            Console::error(QStringLiteral("%1: --%2 would replace %3, which is to be read")
-                               .arg(QLatin1String(command), option, input));
+    if (!parser.isSet(option))
+        return true;
+    for (const QString &other : others) {
+        if (!other.isEmpty() && isSameFile(*fileName, other)) {
+            CommandLine::usageError(
+                command,
+                QStringLiteral("--%1 would replace '%2', which the command line names too").arg(option, other));
             return false;
         }
     }
+    const bool isNamed = std::any_of(suffixes.begin(), suffixes.end(), [fileName](const QString &suffix) {
+        return fileName->endsWith(suffix, Qt::CaseInsensitive);
+    });
+    if (!suffixes.isEmpty() && !isNamed)
+        return refuse(command, option, QStringLiteral("the name of a file that ends in %1").arg(listText(suffixes)),
+                      *fileName);
     return true;
+}
+
+QString listText(const QStringList &names)
+{
+    if (names.size() < 2)
+        return names.join(QString());
+    return names.mid(0, names.size() - 1).join(QStringLiteral(", ")) + QStringLiteral(" or ") + names.constLast();
+}
+
+bool readOneArgument(const QCommandLineParser &parser, const char *command, const QString &what, QString *argument)
+{
+    const QStringList arguments = parser.positionalArguments();
+    if (arguments.size() != 1) {
+        CommandLine::usageError(command, QStringLiteral("expected one %1, found %2").arg(what).arg(arguments.size()));
+        return false;
+    }
+    *argument = arguments.constFirst();
+    return true;
+}
+
+bool readNoArgument(const QCommandLineParser &parser, const char *command)
+{
+    const QStringList arguments = parser.positionalArguments();
+    if (arguments.isEmpty())
+        return true;
+    CommandLine::usageError(command, QStringLiteral("expected no argument, found '%1'").arg(arguments.constFirst()));
+    return false;
 }

@@ -1,6 +1,8 @@
 #include "apps/aveldoran/plotlook.h"
 
-#include <QtCore/QSaveFile>
+#include "apps/aveldoran/outputfile.h"
+
+#include <QtCore/QBuffer>
 #include <QtGui/QFontMetrics>
 
 #include <algorithm>
@@ -162,10 +164,11 @@ QImage blankPicture(const QSize &layoutSize, double magnification)
 
 bool savePicture(const QImage &image, const QString &fileName, QString *errorText)
 {
-    QSaveFile file(fileName);
-    if (file.open(QIODevice::WriteOnly) && image.save(&file, "PNG") && file.commit())
-        return true;
-    *errorText = QStringLiteral("%1: can't be written: %2").arg(fileName, file.errorString());
+    QByteArray content;
+    QBuffer buffer(&content);
+    if (image.save(&buffer, "PNG"))
+        return writeOutputFile(fileName, content, errorText);
+    *errorText = QStringLiteral("%1: can't be written: The picture can't be encoded").arg(fileName);
     return false;
 }
 

@@ -1,3 +1,4 @@
+#include "apps/aveldoran/commandline.h"
 #include "apps/aveldoran/commands.h"
 #include "apps/aveldoran/console.h"
 #include "apps/aveldoran/driveprocessor.h"
@@ -35,12 +36,12 @@ struct Options
 bool readOptions(const QStringList &arguments, Options *options, int *exitStatus)
 {
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral(
-        "Records what a simulated analyser measures on a drive along a GPX track: sweeps with their positions, from "
-        "the\n"
-        "first to the last time of the track, past transmitters that stand beside it. The same seed gives the same\n"
-        "recording. Each sweep goes to the file at once.\n\n"
-        "Example: aveldoran record --simulate --gpx examples/data/drives/valley-road.gpx --output drive.mdr"));
+    CommandLine::describe(
+        &parser,
+        QStringLiteral("Records what a simulated analyser measures on a drive along a GPX track: sweeps with their "
+                       "positions, from the first to the last time of the track, past transmitters that stand beside "
+                       "it. The same seed gives the same recording. Each sweep goes to the file at once."),
+        {QStringLiteral("aveldoran record --simulate --gpx examples/data/drives/valley-road.gpx --output drive.mdr")});
     const QString number = QStringLiteral("N");
     const QString frequency = QStringLiteral("FREQ");
     const QString file = QStringLiteral("FILE");
@@ -49,13 +50,16 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
     const QCommandLineOption gpx(QStringLiteral("gpx"), QStringLiteral("The track, whose points have times."), file);
     const QCommandLineOption output(QStringLiteral("output"), QStringLiteral("The recording."),
                                     QStringLiteral("FILE.mdr"));
-    const QCommandLineOption interval(QStringLiteral("interval"),
-                                      QStringLiteral("From sweep to sweep, %1 if not given.").arg(options->intervalMs),
-                                      QStringLiteral("MS"));
-    const QCommandLineOption start(QStringLiteral("start"),
-                                   QStringLiteral("The first frequency, 87.5MHz if not given."), frequency);
-    const QCommandLineOption stop(QStringLiteral("stop"), QStringLiteral("The last frequency, 108MHz if not given."),
-                                  frequency);
+    const QCommandLineOption interval(
+        QStringLiteral("interval"),
+        QStringLiteral("Milliseconds from sweep to sweep, %1 if not given.").arg(options->intervalMs),
+        QStringLiteral("MS"));
+    const QCommandLineOption start(
+        QStringLiteral("start"),
+        QStringLiteral("The first frequency, '87.5 MHz' if not given; in hertz if it has no unit."), frequency);
+    const QCommandLineOption stop(
+        QStringLiteral("stop"),
+        QStringLiteral("The last frequency, '108 MHz' if not given; in hertz if it has no unit."), frequency);
     const QCommandLineOption points(QStringLiteral("points"),
                                     QStringLiteral("Points of a sweep, %1 if not given.").arg(options->points), number);
     const QCommandLineOption seed(
@@ -65,24 +69,22 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
         QStringLiteral("no-positions"),
         QStringLiteral("Leave the positions out, as an analyser without a receiver does."));
     parser.addOptions({simulate, gpx, output, interval, start, stop, points, seed, noPositions});
-    if (!Console::parse(&parser, arguments, exitStatus))
+    if (!CommandLine::parse(&parser, kCommand, arguments, exitStatus))
         return false;
 
     *exitStatus = ExitUsage;
-    if (!parser.positionalArguments().isEmpty()) {
-        Console::error(QStringLiteral("record: '%1' is no option").arg(parser.positionalArguments().constFirst()));
+    if (!readNoArgument(parser, kCommand))
         return false;
-    }
     for (const QCommandLineOption &needed : {simulate, gpx, output}) {
         if (!parser.isSet(needed)) {
-            Console::error(QStringLiteral("record: --%1 is missing").arg(needed.names().constFirst()));
+            CommandLine::usageError(kCommand, QStringLiteral("--%1 is missing").arg(needed.names().constFirst()));
             return false;
         }
     }
-    options->gpx = parser.value(gpx);
     options->withPositions = !parser.isSet(noPositions);
     constexpr int kHourMs = 3600 * 1000;
-    if (!readOutputOption(parser, kCommand, QStringLiteral("output"), {options->gpx}, &options->output) ||
+    if (!readFileOption(parser, kCommand, QStringLiteral("gpx"), &options->gpx) ||
+        !readOutputOption(parser, kCommand, QStringLiteral("output"), {options->gpx}, {}, &options->output) ||
         !readNumberOption(parser, kCommand, QStringLiteral("interval"), 1, kHourMs, &options->intervalMs) ||
         !readFrequencyOption(parser, kCommand, QStringLiteral("start"), &options->begin) ||
         !readFrequencyOption(parser, kCommand, QStringLiteral("stop"), &options->end) ||
@@ -90,8 +92,9 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
         !readNumberOption(parser, kCommand, QStringLiteral("seed"), 0, std::numeric_limits<int>::max(), &options->seed))
         return false;
     if (!(options->begin < options->end)) {
-        Console::error(QStringLiteral("record: --start is %1, expected a frequency below that of --stop, %2")
-                           .arg(shortFrequency(options->begin), shortFrequency(options->end)));
+        CommandLine::usageError(kCommand,
+                                QStringLiteral("--start expects a frequency below that of --stop, %1, not '%2'")
+                                    .arg(shortFrequency(options->end), shortFrequency(options->begin)));
         return false;
     }
     return true;
@@ -166,7 +169,7 @@ int runRecord(const QStringList &arguments)
     const double sweeps = track.constLast().seconds * 1000.0 / options.intervalMs + 1.0;
     if (sweeps > kMaxSweeps) {
         Console::error(
-            QStringLiteral("%1: %L2 sweeps would be recorded, expected at most %L3; give a longer --interval")
+            QStringLiteral("%1: %2 sweeps would be recorded, expected at most %3; give a longer --interval")
                 .arg(options.gpx)
                 .arg(sweeps, 0, 'f', 0)
                 .arg(kMaxSweeps));
@@ -180,7 +183,7 @@ int runRecord(const QStringList &arguments)
     device.setRange(options.begin, options.end, options.points);
     if (!record(device, count, options))
         return ExitFailed;
-    Console::write(QStringLiteral("%1: written; sweeps: %L2, points: %L3, from %4 to %5\n")
+    Console::write(QStringLiteral("%1: written; sweeps: %2, points: %3, from %4 to %5\n")
                        .arg(Console::oneLine(options.output))
                        .arg(count)
                        .arg(options.points)

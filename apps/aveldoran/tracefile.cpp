@@ -216,7 +216,7 @@ private:
             *errorText = QStringLiteral("%1 is below the frequency before it, expected ascending frequencies")
                              .arg(shortFrequency(frequency));
         } else if (m_trace->values.size() == kMaxTracePoints) {
-            *errorText = QStringLiteral("more than %L1 points").arg(kMaxTracePoints);
+            *errorText = QStringLiteral("more than %1 points").arg(kMaxTracePoints);
         } else if (readUnit(unit.isEmpty() ? field(m_columns.unit) : unit, errorText)) {
             m_trace->values.append(
                 AMeasurementValue(level, static_cast<unsigned char>(m_trace->unit), frequency, 0, 0.0));
@@ -301,7 +301,7 @@ bool readTrace(QIODevice *device, Trace *trace, QString *errorText)
             return false;
         };
         if (line.size() > kMaxTraceLineBytes && !line.endsWith('\n'))
-            return fail(QStringLiteral("the line is longer than %L1 bytes").arg(kMaxTraceLineBytes));
+            return fail(QStringLiteral("the line is longer than %1 bytes").arg(kMaxTraceLineBytes));
         if (number == 1 && line.startsWith("\xef\xbb\xbf"))
             line.remove(0, 3);
         if (line.contains('\0'))

@@ -1,6 +1,9 @@
+#include "apps/aveldoran/commandline.h"
 #include "apps/aveldoran/commands.h"
 #include "apps/aveldoran/console.h"
+#include "apps/aveldoran/inputfile.h"
 #include "apps/aveldoran/levelraster.h"
+#include "apps/aveldoran/options.h"
 #include "apps/aveldoran/plantext.h"
 #include "apps/aveldoran/recordedtimes.h"
 #include "apps/aveldoran/waterfallplot.h"
@@ -18,6 +21,8 @@
 #include <limits>
 
 namespace {
+
+constexpr char kCommand[] = "waterfall";
 
 constexpr int kLeastWidth = 800;
 constexpr int kMostWidth = 8000;
@@ -49,20 +54,6 @@ struct Options
 
 // --- the command line ---
 
-bool readNumber(const QCommandLineParser &parser, const QCommandLineOption &option, int least, int most, int *number)
-{
-    if (!parser.isSet(option))
-        return true;
-    bool ok = false;
-    *number = parser.value(option).toInt(&ok);
-    if (ok && *number >= least && *number <= most)
-        return true;
-    Console::error(
-        QStringLiteral("waterfall: --%1 expects a number from %2 to %3, not '%4'")
-            .arg(option.names().constFirst(), QString::number(least), QString::number(most), parser.value(option)));
-    return false;
-}
-
 bool readColor(const QCommandLineParser &parser, const QCommandLineOption &option, QColor *color)
 {
     const QString name = parser.value(option);
@@ -70,27 +61,29 @@ bool readColor(const QCommandLineParser &parser, const QCommandLineOption &optio
         color->setNamedColor(name);
     if (color->isValid() && color->alpha() == 255)
         return true;
-    Console::error(QStringLiteral("waterfall: --%1 expects an opaque colour such as 'navy' or '#102040', not '%2'")
-                       .arg(option.names().constFirst(), name));
+    CommandLine::usageError(kCommand,
+                            QStringLiteral("--%1 expects an opaque colour such as 'navy' or '#102040', not '%2'")
+                                .arg(option.names().constFirst(), name));
     return false;
 }
 
 bool readOptions(const QStringList &arguments, Options *options, int *exitStatus)
 {
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral(
-        "Draws a recording into a PNG file: level over frequency and time as colours, and above it the highest\n"
-        "level that each frequency had. Linear units are drawn in decibels.\n\n"
-        "Example: aveldoran waterfall drive.mdr --output drive.png"));
-    const QCommandLineOption output(QStringLiteral("output"), QStringLiteral("The picture; must be given."),
+    CommandLine::describe(
+        &parser,
+        QStringLiteral("Draws a recording into a PNG file: level over frequency and time as colours, and above it the "
+                       "highest level that each frequency had. Linear units are drawn in decibels."),
+        {QStringLiteral("aveldoran waterfall drive.mdr --output drive.png")});
+    const QCommandLineOption output(QStringLiteral("output"), QStringLiteral("The picture. Required."),
                                     QStringLiteral("FILE.png"));
     const QCommandLineOption width(QStringLiteral("width"),
                                    QStringLiteral("The width of the picture in pixels, %1 to %2.")
                                        .arg(QString::number(kLeastWidth), QString::number(kMostWidth)),
-                                   QStringLiteral("W"), QString::number(kDefaultWidth));
+                                   QStringLiteral("N"), QString::number(kDefaultWidth));
     const QCommandLineOption dynamic(
         QStringLiteral("dynamic"),
-        QStringLiteral("How many decibels the colours span, down from the highest level. If not given, as many as\n"
+        QStringLiteral("How many decibels the colours span, down from the highest level. If not given, as many as "
                        "there are down to the noise, %1 at most.")
             .arg(kMostDefaultDynamic),
         QStringLiteral("N"));
@@ -102,35 +95,21 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
         QStringLiteral("COLOR"), QLatin1String(kDefaultTo));
     parser.addOptions({output, width, dynamic, from, to});
     parser.addPositionalArgument(QStringLiteral("RECORDING"), QStringLiteral("The recording, an MDR file."));
-    if (!Console::parse(&parser, arguments, exitStatus))
+    if (!CommandLine::parse(&parser, kCommand, arguments, exitStatus))
         return false;
 
     *exitStatus = ExitUsage;
-    if (parser.positionalArguments().size() != 1) {
-        Console::error(
-            QStringLiteral("waterfall: expected one recording, found %1").arg(parser.positionalArguments().size()));
+    if (!readOneArgument(parser, kCommand, QStringLiteral("recording"), &options->recording))
         return false;
-    }
-    options->recording = parser.positionalArguments().constFirst();
-    options->output = parser.value(output);
     if (!parser.isSet(output)) {
-        Console::error(QStringLiteral("waterfall: --output is missing"));
+        CommandLine::usageError(kCommand, QStringLiteral("--output is missing"));
         return false;
     }
-    if (!options->output.endsWith(QLatin1String(".png"), Qt::CaseInsensitive)) {
-        Console::error(
-            QStringLiteral("waterfall: --output expects the name of a PNG file, not '%1'").arg(options->output));
-        return false;
-    }
-    const QString replaced = QFileInfo(options->output).canonicalFilePath(); // empty if there is no such file
-    if (!replaced.isEmpty() && replaced == QFileInfo(options->recording).canonicalFilePath()) {
-        Console::error(QStringLiteral("waterfall: --output would replace the recording %1 by the picture")
-                           .arg(options->recording));
-        return false;
-    }
-    return readNumber(parser, width, kLeastWidth, kMostWidth, &options->width) &&
-           readNumber(parser, dynamic, 1, kMostDynamic, &options->dynamic) && readColor(parser, from, &options->from) &&
-           readColor(parser, to, &options->to);
+    return readOutputOption(parser, kCommand, QStringLiteral("output"), {options->recording}, {QStringLiteral(".png")},
+                            &options->output) &&
+           readNumberOption(parser, kCommand, QStringLiteral("width"), kLeastWidth, kMostWidth, &options->width) &&
+           readNumberOption(parser, kCommand, QStringLiteral("dynamic"), 1, kMostDynamic, &options->dynamic) &&
+           readColor(parser, from, &options->from) && readColor(parser, to, &options->to);
 }
 
 // --- reading ---
@@ -150,10 +129,9 @@ public:
     bool forEach(const QString &what, const Use &use)
     {
         const int count = m_document.sweepCount();
-        int percent = -1;
+        const QString text = what + QLatin1Char(' ') + m_name;
         for (int i = 0; i < count; ++i) {
-            if (const auto now = static_cast<int>(100LL * i / count); now != percent)
-                Console::progress(QStringLiteral("%1 %2: %3 %").arg(what, m_name).arg(percent = now));
+            Console::progressBar(text, i, count);
             QString reason;
             if (!m_document.readSweep(m_document.recordOfSweep(i), &m_sweep, &reason)) {
                 Console::error(QStringLiteral("%1: %2").arg(m_name, reason));
@@ -311,7 +289,7 @@ void printSummary(const Options &options, const AMdrDocument &document, const Ex
         return QDateTime::fromMSecsSinceEpoch(timeMs, Qt::UTC).toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
     };
     const auto counted = [](int count, const QString &what) {
-        return QStringLiteral("%L1 %2%3").arg(count).arg(what, QLatin1String(count == 1 ? "" : "s"));
+        return QStringLiteral("%1 %2%3").arg(count).arg(what, QLatin1String(count == 1 ? "" : "s"));
     };
     QString text =
         QStringLiteral("%1: %2 of at most %3, %4 to %5")
@@ -372,7 +350,7 @@ int draw(const Options &options, const AMdrDocument &document, int exitStatus)
     if (!sweeps.forEach(QStringLiteral("drawing"), add))
         exitStatus = ExitFailed;
     if (lost > 0) {
-        Console::error(QStringLiteral("%1: %L2 levels are left out: their units don't convert to %3")
+        Console::error(QStringLiteral("%1: %2 levels are left out: their units don't convert to %3")
                            .arg(options.recording)
                            .arg(lost)
                            .arg(unitName));
@@ -409,6 +387,8 @@ int runWaterfall(const QStringList &arguments)
     if (!readOptions(arguments, &options, &exitStatus))
         return exitStatus;
 
+    if (!canBeRead(options.recording))
+        return ExitFailed;
     exitStatus = ExitDone;
     AMdrDocument document;
     QString reason;

@@ -1,6 +1,8 @@
+#include "apps/aveldoran/commandline.h"
 #include "apps/aveldoran/commands.h"
 #include "apps/aveldoran/console.h"
 #include "apps/aveldoran/driveprocessor.h"
+#include "apps/aveldoran/options.h"
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QJsonArray>
@@ -11,6 +13,8 @@
 
 namespace {
 
+constexpr char kCommand[] = "waypoints";
+
 struct Options
 {
     bool asJson = false;
@@ -20,33 +24,26 @@ struct Options
 bool readOptions(const QStringList &arguments, Options *options, int *exitStatus)
 {
     QCommandLineParser parser;
-    parser.setApplicationDescription(QStringLiteral(
-        "Reads position files, GPX or NMEA 0183, which are told apart by what they hold, and prints for each how many\n"
-        "waypoints it has, their time span, area and altitudes, the length of the track and the sensors. Of a GPX "
-        "file\n"
-        "with several tracks the one is read that a drive takes, which is usually the last.\n\n"
-        "Example: aveldoran waypoints examples/data/drives/valley-road.gpx"));
-    const QCommandLineOption format(QStringLiteral("format"), QStringLiteral("How to print: text or json."),
-                                    QStringLiteral("FORMAT"), QStringLiteral("text"));
-    parser.addOption(format);
+    CommandLine::describe(
+        &parser,
+        QStringLiteral("Reads position files, GPX or NMEA 0183, which are told apart by what they hold, and prints for "
+                       "each how many waypoints it has, their time span, area and altitudes, the length of the track "
+                       "and the sensors. Of a GPX file with several tracks the one is read that a drive takes, which "
+                       "is usually the last."),
+        {QStringLiteral("aveldoran waypoints examples/data/drives/valley-road.gpx")});
+    parser.addOption(formatOption());
     parser.addPositionalArgument(QStringLiteral("FILE"), QStringLiteral("A GPX file or an NMEA log."),
                                  QStringLiteral("FILE..."));
-    if (!Console::parse(&parser, arguments, exitStatus))
+    if (!CommandLine::parse(&parser, kCommand, arguments, exitStatus))
         return false;
 
     *exitStatus = ExitUsage;
     options->files = parser.positionalArguments();
     if (options->files.isEmpty()) {
-        Console::error(QStringLiteral("waypoints: a position file is missing"));
+        CommandLine::usageError(kCommand, QStringLiteral("a position file is missing"));
         return false;
     }
-    const QString formatName = parser.value(format);
-    if (formatName != QLatin1String("text") && formatName != QLatin1String("json")) {
-        Console::error(QStringLiteral("waypoints: unknown format '%1', expected text or json").arg(formatName));
-        return false;
-    }
-    options->asJson = formatName == QLatin1String("json");
-    return true;
+    return readFormatOption(parser, kCommand, &options->asJson);
 }
 
 QString formatName(DriveProcessor::Format format)
@@ -102,18 +99,18 @@ void printLine(const char *name, const QString &text)
 
 void printText(const QString &file, const DriveProcessor::Source &source, const WaypointSummary &summary)
 {
-    Console::write(QStringLiteral("%1: %2, waypoints: %L3\n")
+    Console::write(QStringLiteral("%1: %2, waypoints: %3\n")
                        .arg(Console::oneLine(file), formatName(source.format))
                        .arg(summary.count));
     if (source.tracks > 1)
-        printLine("tracks", QStringLiteral("%L1, of which one is read").arg(source.tracks));
+        printLine("tracks", QStringLiteral("%1, of which one is read").arg(source.tracks));
     if (summary.begin.isValid()) {
         printLine("time", QStringLiteral("%1 to %2 (%3)")
                               .arg(summary.begin.toString(Qt::ISODate), summary.end.toString(Qt::ISODate),
                                    durationText(summary.begin.secsTo(summary.end))));
     }
     if (summary.withoutTime > 0)
-        printLine("no time", QStringLiteral("%L1 of them").arg(summary.withoutTime));
+        printLine("no time", QStringLiteral("%1 of them").arg(summary.withoutTime));
     if (summary.hasArea()) {
         printLine("area", QStringLiteral("%1 to %2, %3 to %4")
                               .arg(degreesText(summary.south, "N", "S"), degreesText(summary.north, "N", "S"),
@@ -121,7 +118,7 @@ void printText(const QString &file, const DriveProcessor::Source &source, const 
         printLine("length", lengthText(summary.lengthMetres));
     }
     if (summary.withoutPosition > 0)
-        printLine("no place", QStringLiteral("%L1 of them").arg(summary.withoutPosition));
+        printLine("no place", QStringLiteral("%1 of them").arg(summary.withoutPosition));
     if (summary.hasAltitude) {
         printLine("altitude", QStringLiteral("%1 m to %2 m")
                                   .arg(QString::number(summary.lowestMetres, 'f', 1),

@@ -122,7 +122,7 @@ void TestCalibrationCommand::namesWhatItCanNotRead_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("error");
     QTest::newRow("missing") << "missing.xml"
-                             << "missing.xml': No such file or directory";
+                             << "missing.xml: can't be read: No such file or directory";
     QTest::newRow("garbage") << "garbage.xml"
                              << "garbage.xml': line 1: expected '<', 'caldata 1',";
     QTest::newRow("a bad line") << "bad.caldata"

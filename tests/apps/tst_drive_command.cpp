@@ -444,9 +444,9 @@ void TestDriveCommand::refusesOutputs_data()
     QTest::newRow("in no directory") << "missing/a.kml"
                                      << "No such file or directory";
     QTest::newRow("a directory") << "directory.kml"
-                                 << "not a regular file";
+                                 << "Not a regular file";
     QTest::newRow("a pipe") << "pipe.kml"
-                            << "not a regular file";
+                            << "Not a regular file";
 }
 
 void TestDriveCommand::refusesOutputs()
@@ -467,10 +467,10 @@ void TestDriveCommand::reportsOutputThatCanNotBeWritten()
     const QString recording = saveRecording(path("a.mdr"), {positionedSweepAt(0, {-100.0, -50.0})});
     const Run result = run({"drive", recording}, "/dev/full");
     QCOMPARE(result.exitStatus, 1);
-    QCOMPARE(result.errors, QString("aveldoran: could not write the output: No space left on device\n"));
+    QCOMPARE(result.errors, QString("aveldoran: standard output: can't be written: No space left on device\n"));
     const Run summary = run({"drive", recording, "--output", path("a.kml")}, "/dev/full");
     QCOMPARE(summary.exitStatus, 1);
-    QVERIFY(summary.errors.startsWith("aveldoran: could not write the output: "));
+    QVERIFY(summary.errors.startsWith("aveldoran: standard output: can't be written: "));
 }
 
 void TestDriveCommand::refusesWrongUsage_data()
@@ -479,14 +479,14 @@ void TestDriveCommand::refusesWrongUsage_data()
     QTest::addColumn<QString>("reason");
     QTest::newRow("no recording") << QStringList{} << "drive: expected one recording, found 0";
     QTest::newRow("two recordings") << QStringList{"a.mdr", "b.mdr"} << "drive: expected one recording, found 2";
-    QTest::newRow("an unknown option") << QStringList{"a.mdr", "--fast"} << "Unknown option 'fast'";
+    QTest::newRow("an unknown option") << QStringList{"a.mdr", "--fast"} << "unknown option '--fast'";
     QTest::newRow("an unknown unit") << QStringList{"a.mdr", "--unit", "dBx"}
                                      << "drive: --unit expects one of dBm, dBW";
     QTest::newRow("no elevation") << QStringList{"a.mdr", "--elevation", "high"}
-                                  << "drive: --elevation expects a number from 0 to 100000, not 'high'";
+                                  << "drive: --elevation expects a whole number from 0 to 100000, not 'high'";
     QTest::newRow("below the ground") << QStringList{"a.mdr", "--elevation", "-1"} << "not '-1'";
     QTest::newRow("a negative tolerance") << QStringList{"a.mdr", "--tolerance", "-1"}
-                                          << "drive: --tolerance expects a number from 0 to 86400000, not '-1'";
+                                          << "drive: --tolerance expects a whole number from 0 to 86400000, not '-1'";
     QTest::newRow("an unknown sensor")
         << QStringList{"a.mdr", "--sensors", "compass,radar"}
         << "drive: --sensors expects compass, gyro, pressure or several of them, not 'compass,radar'";
@@ -494,11 +494,13 @@ void TestDriveCommand::refusesWrongUsage_data()
     QTest::newRow("an unknown label") << QStringList{"a.mdr", "--labels", "big"}
                                       << "drive: --labels expects name, time, value or none, not 'big'";
     QTest::newRow("another kind of file")
-        << QStringList{"a.mdr", "--output", "a.kmz"} << "drive: --output expects the name of a KML file, not 'a.kmz'";
+        << QStringList{"a.mdr", "--output", "a.kmz"}
+        << "drive: --output expects the name of a file that ends in .kml, not 'a.kmz'";
     QTest::newRow("an empty output") << QStringList{"a.mdr", "--output", ""}
                                      << "drive: --output expects the name of a file";
     QTest::newRow("an input as output") << QStringList{"a.mdr", "--gpx", kGpx, "--output", kGpx}
-                                        << "drive: --output would replace " + kGpx + ", which is to be read";
+                                        << "drive: --output would replace '" + kGpx +
+                                               "', which the command line names too";
 }
 
 void TestDriveCommand::refusesWrongUsage()

@@ -108,9 +108,9 @@ void TestDriveCommandInput::refusesRecordings_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("reason");
     QTest::newRow("a missing file") << "missing.mdr"
-                                    << "No such file or directory";
+                                    << "can't be read: No such file or directory";
     QTest::newRow("a directory") << "."
-                                 << "file to open is a directory";
+                                 << "can't be read: file to open is a directory";
     QTest::newRow("another file") << "text"
                                   << "Not a recording";
     QTest::newRow("an empty file") << "empty"
@@ -157,7 +157,7 @@ void TestDriveCommandInput::aTrackOfAnotherTimeIsNoneOfTheDrive()
     const Run result = drive({recording, "--nmea", kNmea, "--tolerance", "5000"});
     QCOMPARE(result.exitStatus, 1);
     QCOMPARE(result.errors, "aveldoran: " + recording +
-                                ": no sweep has a position, and no waypoint lies within 5,000 ms "
+                                ": no sweep has a position, and no waypoint lies within 5000 ms "
                                 "of one\n");
     QVERIFY(!isWritten());
 }

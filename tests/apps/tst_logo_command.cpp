@@ -251,24 +251,24 @@ void TestLogoCommand::namesFilesThatCanNotBeUsed_data()
     QTest::addColumn<QString>("option");
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("reason");
-    const QString noPicture = "no picture of a known kind and of at most 16,777,216 pixels";
+    const QString noPicture = "no picture of a known kind and of at most 16777216 pixels";
     const QString noLayout = "no layout of a logo, expected lines such as LogoPositionType=1x19";
     QTest::newRow("no background") << "--background"
                                    << "missing.png"
-                                   << "No such file or directory";
+                                   << "can't be read: No such file or directory";
     QTest::newRow("a background that is a directory") << "--background"
                                                       << "."
-                                                      << "file to open is a directory";
+                                                      << "can't be read: file to open is a directory";
     QTest::newRow("a background that is none") << "--background"
                                                << "text.txt" << noPicture;
     QTest::newRow("a background that is too large") << "--background"
                                                     << "large.pbm" << noPicture;
     QTest::newRow("no layout") << "--settings"
                                << "missing.ini"
-                               << "No such file or directory";
+                               << "can't be read: No such file or directory";
     QTest::newRow("a layout that is a directory") << "--settings"
                                                   << "."
-                                                  << "file to open is a directory";
+                                                  << "can't be read: file to open is a directory";
     QTest::newRow("a layout that is none") << "--settings"
                                            << "text.txt" << noLayout;
     QTest::newRow("a layout in a group") << "--settings"
@@ -277,7 +277,7 @@ void TestLogoCommand::namesFilesThatCanNotBeUsed_data()
                                      << "empty.ini" << noLayout;
     QTest::newRow("an output nowhere") << "--output"
                                        << "missing/logo.png"
-                                       << "could not be written: No such file or directory";
+                                       << "can't be written: No such file or directory";
 }
 
 void TestLogoCommand::namesFilesThatCanNotBeUsed()
@@ -318,7 +318,7 @@ void TestLogoCommand::keepsAFileThatCanNotBeReplaced()
     QVERIFY(shell.waitForFinished());
     QCOMPARE(shell.exitCode(), 1);
     QCOMPARE(shell.readAllStandardError(),
-             QStringLiteral("aveldoran: %1: could not be written: File too large\n").arg(file).toUtf8());
+             QStringLiteral("aveldoran: %1: can't be written: File too large\n").arg(file).toUtf8());
     QFile old(file);
     QVERIFY(old.open(QIODevice::ReadOnly));
     QCOMPARE(old.readAll(), QByteArray("old"));
@@ -334,7 +334,7 @@ void TestLogoCommand::replacesRegularFilesAlone()
     for (const QString &name : {pipe, path("link.bin"), path("directory.bin")}) {
         const Run result = run(kDevice + QStringList{"--output", name});
         QCOMPARE(result.exitStatus, 1);
-        QCOMPARE(result.errors, QStringLiteral("aveldoran: %1: could not be written: not a regular file\n").arg(name));
+        QCOMPARE(result.errors, QStringLiteral("aveldoran: %1: can't be written: Not a regular file\n").arg(name));
     }
     struct stat status = {};
     QCOMPARE(::stat(QFile::encodeName(pipe).constData(), &status), 0);
@@ -359,7 +359,7 @@ void TestLogoCommand::leavesItsInputsAlone()
         const Run result = run(kDevice + inputs + QStringList{"--output", output});
         QCOMPARE(result.exitStatus, 2);
         QCOMPARE(result.errors,
-                 QStringLiteral("aveldoran: logo: --output would replace '%1', which the logo is made from\n")
+                 QStringLiteral("aveldoran: logo: --output would replace '%1', which the command line names too\n")
                      .arg(output == layout ? layout : background));
     }
     QFile file(background);
@@ -467,11 +467,11 @@ void TestLogoCommand::takesDatesThatADeviceCanKeep()
     QFETCH(bool, taken);
     const Run result = run(kDevice + QStringList{"--calibrated", date});
     QCOMPARE(result.exitStatus, taken ? 0 : 2);
-    QCOMPARE(result.errors, taken
-                                ? QString()
-                                : QStringLiteral("aveldoran: logo: --calibrated is '%1', expected a year that a device "
-                                                 "can keep: from 2000 to 7979, the last two digits below 80\n")
-                                      .arg(date));
+    QCOMPARE(result.errors,
+             taken ? QString()
+                   : QStringLiteral("aveldoran: logo: --calibrated expects a year that a device can "
+                                    "keep, from 2000 to 7979 with its last two digits below 80, not '%1'\n")
+                         .arg(date));
 }
 
 void TestLogoCommand::refusesAPictureThatGetsTooLarge()
@@ -480,8 +480,8 @@ void TestLogoCommand::refusesAPictureThatGetsTooLarge()
     const Run result =
         run(kDevice + QStringList{"--background", background, "--output", path("logo.png"), "--scale", "40"});
     QCOMPARE(result.exitStatus, 1);
-    QCOMPARE(result.errors, QStringLiteral("aveldoran: logo: a picture with sides of 40,000 pixels is too large, "
-                                           "expected at most 32,767\n"));
+    QCOMPARE(result.errors, QStringLiteral("aveldoran: logo: a picture with sides of 40000 pixels is too large, "
+                                           "expected at most 32767\n"));
     QVERIFY(!QFile::exists(path("logo.png")));
 }
 
@@ -489,7 +489,7 @@ void TestLogoCommand::reportsOutputThatCanNotBeWritten()
 {
     const Run result = run(kDevice, "/dev/full");
     QCOMPARE(result.exitStatus, 1);
-    QVERIFY2(result.errors.startsWith("aveldoran: could not write the output: "), qPrintable(result.errors));
+    QVERIFY2(result.errors.startsWith("aveldoran: standard output: can't be written: "), qPrintable(result.errors));
 }
 
 void TestLogoCommand::refusesWrongUsage_data()
@@ -501,38 +501,49 @@ void TestLogoCommand::refusesWrongUsage_data()
     QTest::newRow("no firmware") << QStringList{"logo", "--model", "1", "--serial", "2"} << "--firmware is missing";
     QTest::newRow("no serial number") << QStringList{"logo", "--model", "1", "--firmware", "2"}
                                       << "--serial is missing";
-    QTest::newRow("an unknown option") << with({"--colour"}) << "Unknown option 'colour'";
-    QTest::newRow("an argument") << with({"file"}) << "'file' is no option";
-    QTest::newRow("no number") << with({"--revision", "two"}) << "--revision is 'two', expected a number from 0 to";
-    QTest::newRow("a negative revision") << with({"--revision", "-1"}) << "expected a number from 0 to";
-    QTest::newRow("too many options") << with({"--options", "0x10000"}) << "expected a number from 0 to 65535";
-    QTest::newRow("no hexadecimal number") << with({"--options", "0xg"}) << "--options is '0xg'";
-    QTest::newRow("two prefixes") << with({"--options", "0x0x5"}) << "--options is '0x0x5'";
-    QTest::newRow("a sign behind the prefix") << with({"--options", "0x-0"}) << "--options is '0x-0'";
-    QTest::newRow("a sign") << with({"--options", "+5"}) << "--options is '+5'";
-    QTest::newRow("a blank") << with({"--options", " 5"}) << "--options is ' 5'";
-    QTest::newRow("a prefix alone") << with({"--options", "0x"}) << "--options is '0x'";
+    QTest::newRow("an unknown option") << with({"--colour"}) << "unknown option '--colour'";
+    QTest::newRow("an argument") << with({"file"}) << "expected no argument, found 'file'";
+    QTest::newRow("no number") << with({"--revision", "two"}) << "--revision expects a whole number from 0 to";
+    QTest::newRow("a negative revision") << with({"--revision", "-1"}) << "expects a whole number from 0 to";
+    QTest::newRow("too many options") << with({"--options", "0x10000"}) << "expects a whole number from 0 to 65535";
+    QTest::newRow("no hexadecimal number")
+        << with({"--options", "0xg"}) << "--options expects a whole number from 0 to 65535 (0xffff), not '0xg'";
+    QTest::newRow("two prefixes") << with({"--options", "0x0x5"})
+                                  << "--options expects a whole number from 0 to 65535 (0xffff), not '0x0x5'";
+    QTest::newRow("a sign behind the prefix")
+        << with({"--options", "0x-0"}) << "--options expects a whole number from 0 to 65535 (0xffff), not '0x-0'";
+    QTest::newRow("a sign") << with({"--options", "+5"})
+                            << "--options expects a whole number from 0 to 65535 (0xffff), not '+5'";
+    QTest::newRow("a blank") << with({"--options", " 5"})
+                             << "--options expects a whole number from 0 to 65535 (0xffff), not ' 5'";
+    QTest::newRow("a prefix alone") << with({"--options", "0x"})
+                                    << "--options expects a whole number from 0 to 65535 (0xffff), not '0x'";
     QTest::newRow("a very large number") << with({"--options", "99999999999"}) << "from 0 to 65535";
     QTest::newRow("no value") << QStringList{"logo", "--model", "--firmware", "1", "--serial", "2"}
-                              << "--model is followed by '--firmware', expected its value";
+                              << "missing value after '--model', '--firmware' is an option";
     QTest::newRow("no value, and an option with its own")
         << QStringList{"logo", "--firmware", "1", "--serial", "--model=2"}
-        << "--serial is followed by '--model=2', expected its value";
+        << "missing value after '--serial', '--model=2' is an option";
     QTest::newRow("no value, and one without")
-        << with({"--custom-option", "--ascii"}) << "--custom-option is followed by '--ascii', expected its value";
-    QTest::newRow("no value at the end") << with({"--output"}) << "Missing value after '--output'";
-    QTest::newRow("an empty background") << with({"--background", ""}) << "--background is '', expected the name";
-    QTest::newRow("an empty layout") << with({"--settings="}) << "--settings is '', expected the name of a file";
-    QTest::newRow("more than a date") << with({"--calibrated", "2026-03-31junk"}) << "--calibrated is '2026-03-31junk'";
+        << with({"--custom-option", "--ascii"}) << "missing value after '--custom-option', '--ascii' is an option";
+    QTest::newRow("no value at the end") << with({"--output"}) << "missing value after '--output'";
+    QTest::newRow("an empty background") << with({"--background", ""})
+                                         << "--background expects the name of a file, not ''";
+    QTest::newRow("an empty layout") << with({"--settings="}) << "--settings expects the name of a file, not ''";
+    QTest::newRow("more than a date") << with({"--calibrated", "2026-03-31junk"})
+                                      << "--calibrated expects a date such as '2026-03-31', not '2026-03-31junk'";
     QTest::newRow("a date with a time") << with({"--calibrated", "2019-03-31T99"})
-                                        << "expected a date such as 2026-03-31";
-    QTest::newRow("other separators") << with({"--calibrated", "2019/03/31"}) << "expected a date such as 2026-03-31";
-    QTest::newRow("an empty date") << with({"--calibrated", ""}) << "--calibrated is ''";
-    QTest::newRow("no date") << with({"--calibrated", "yesterday"}) << "expected a date such as 2026-03-31";
-    QTest::newRow("no such date") << with({"--calibrated", "2026-02-30"}) << "--calibrated is '2026-02-30'";
+                                        << "expects a date such as '2026-03-31', not";
+    QTest::newRow("other separators") << with({"--calibrated", "2019/03/31"})
+                                      << "expects a date such as '2026-03-31', not";
+    QTest::newRow("an empty date") << with({"--calibrated", ""})
+                                   << "--calibrated expects a date such as '2026-03-31', not ''";
+    QTest::newRow("no date") << with({"--calibrated", "yesterday"}) << "expects a date such as '2026-03-31', not";
+    QTest::newRow("no such date") << with({"--calibrated", "2026-02-30"})
+                                  << "--calibrated expects a date such as '2026-03-31', not '2026-02-30'";
     QTest::newRow("an unknown kind of file") << with({"--output", "logo.jpg"}) << "ends in .png, .bmp or .bin";
-    QTest::newRow("an empty output") << with({"--output", ""}) << "--output is ''";
-    QTest::newRow("no scale") << with({"--output", "a.png", "--scale", "0"}) << "expected a number from 1 to 100";
+    QTest::newRow("an empty output") << with({"--output", ""}) << "--output expects the name of a file, not ''";
+    QTest::newRow("no scale") << with({"--output", "a.png", "--scale", "0"}) << "expects a whole number from 1 to 100";
     QTest::newRow("a scale for a bit stream") << with({"--output", "a.bin", "--scale", "2"}) << "--scale needs";
     QTest::newRow("a scale for the terminal") << with({"--scale", "2"}) << "--scale needs";
 }

@@ -391,8 +391,9 @@ void TestMarkersCommand::neverReplacesTheTrace()
     const Run result = run({"markers", trace, "--plot", path(picture)});
     QCOMPARE(result.exitStatus, 2);
     QCOMPARE(result.output, QString());
-    QCOMPARE(result.errors,
-             QStringLiteral("aveldoran: markers: --plot would replace the trace file %1 by the picture\n").arg(trace));
+    QCOMPARE(
+        result.errors,
+        QStringLiteral("aveldoran: markers: --plot would replace '%1', which the command line names too\n").arg(trace));
     QFile file(trace);
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.readAll(), QByteArray(kTrace));
@@ -408,7 +409,7 @@ void TestMarkersCommand::namesFileAndLineOfABadTrace_data()
     QTest::newRow("control characters") << QByteArray("1 MHz;\x1b[2J\n")
                                         << ":1: expected a level such as -37.5, found '\uFFFD[2J'";
     QTest::newRow("no text") << QByteArray("5;1\n\0\0\n", 7) << ":2: this is no text file";
-    QTest::newRow("no line end") << QByteArray(5000, '1') << ":1: the line is longer than 4,096 bytes";
+    QTest::newRow("no line end") << QByteArray(5000, '1') << ":1: the line is longer than 4096 bytes";
 }
 
 void TestMarkersCommand::namesFileAndLineOfABadTrace()
@@ -426,7 +427,7 @@ void TestMarkersCommand::reportsOutputThatCanNotBeWritten()
 {
     const Run result = run({"markers", write("a.csv", kTrace)}, "/dev/full");
     QCOMPARE(result.exitStatus, 1);
-    QVERIFY2(result.errors.startsWith("aveldoran: could not write the output: "), qPrintable(result.errors));
+    QVERIFY2(result.errors.startsWith("aveldoran: standard output: can't be written: "), qPrintable(result.errors));
 }
 
 void TestMarkersCommand::keepsTerminalControlOutOfItsOutput()
@@ -443,14 +444,14 @@ void TestMarkersCommand::refusesWrongUsage_data()
 
     QTest::newRow("no trace") << QStringList{} << "expected one trace file, found 0";
     QTest::newRow("two traces") << QStringList{"a.csv", "b.csv"} << "expected one trace file, found 2";
-    QTest::newRow("unknown option") << QStringList{"--maxx", "1", "a.csv"} << "Unknown option 'maxx'";
+    QTest::newRow("unknown option") << QStringList{"--maxx", "1", "a.csv"} << "unknown option '--maxx'";
     QTest::newRow("unknown format") << QStringList{"--format", "xml", "a.csv"} << "unknown format 'xml'";
     QTest::newRow("a count in words") << QStringList{"--max", "all", "a.csv"}
-                                      << "--max expects a number from 0 to 100, not 'all'";
+                                      << "--max expects a whole number from 0 to 100, not 'all'";
     QTest::newRow("a negative count") << QStringList{"--min=-1", "a.csv"}
-                                      << "--min expects a number from 0 to 100, not '-1'";
+                                      << "--min expects a whole number from 0 to 100, not '-1'";
     QTest::newRow("a large count") << QStringList{"--max", "101", "a.csv"}
-                                   << "--max expects a number from 0 to 100, not '101'";
+                                   << "--max expects a whole number from 0 to 100, not '101'";
     QTest::newRow("no markers") << QStringList{"--max", "0", "a.csv"} << "no marker is asked for";
     QTest::newRow("no frequency") << QStringList{"--at", "soon", "a.csv"}
                                   << "--at expects a frequency such as '100 MHz', not 'soon'";
@@ -459,12 +460,12 @@ void TestMarkersCommand::refusesWrongUsage_data()
     QTest::newRow("a negative spacing") << QStringList{"--spacing=-1", "a.csv"}
                                         << "--spacing expects a frequency such as '100 MHz', not '-1'";
     QTest::newRow("reference 0") << QStringList{"--reference", "0", "a.csv"}
-                                 << "--reference expects a number from 1 to 6, not '0'";
-    QTest::newRow("a reference behind the last")
-        << QStringList{"--at", "1", "--reference", "2", "a.csv"} << "--reference expects a number from 1 to 1, not '2'";
+                                 << "--reference expects a whole number from 1 to 6, not '0'";
+    QTest::newRow("a reference behind the last") << QStringList{"--at", "1", "--reference", "2", "a.csv"}
+                                                 << "--reference expects a whole number from 1 to 1, not '2'";
     QTest::newRow("no PNG file") << QStringList{"--plot", "a.svg", "a.csv"}
-                                 << "--plot expects the name of a PNG file, not 'a.svg'";
-    QTest::newRow("a picture without a name") << QStringList{"a.csv", "--plot"} << "Missing value after '--plot'";
+                                 << "--plot expects the name of a file that ends in .png, not 'a.svg'";
+    QTest::newRow("a picture without a name") << QStringList{"a.csv", "--plot"} << "missing value after '--plot'";
 }
 
 void TestMarkersCommand::refusesWrongUsage()

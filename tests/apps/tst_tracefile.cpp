@@ -208,7 +208,7 @@ void TestTraceFile::refusesMorePointsThanItHolds()
     QString errorText;
     QVERIFY(!readTrace(&buffer, &trace, &errorText));
     QCOMPARE(errorText,
-             QStringLiteral("%1: more than %L2 points").arg(QString::number(kMaxTracePoints + 1)).arg(kMaxTracePoints));
+             QStringLiteral("%1: more than %2 points").arg(QString::number(kMaxTracePoints + 1)).arg(kMaxTracePoints));
 }
 
 void TestTraceFile::namesTheFileThatCanNotBeRead_data()

@@ -75,7 +75,7 @@ void TestWaterfallCommand::tellsWhatItDrew()
     Run result = m_runs->drawIt(m_runs->record(sweeps));
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.output,
-             m_runs->path("a.mdr") + QStringLiteral(": 1,200 sweeps of at most 1,001 points, 100 MHz to 600 MHz, "
+             m_runs->path("a.mdr") + QStringLiteral(": 1200 sweeps of at most 1001 points, 100 MHz to 600 MHz, "
                                                     "2024-05-17 08:00:00 to 2024-05-17 08:20:00 UTC, "
                                                     "highest level -33.33 dBm at 101.5 MHz\n"));
     result = m_runs->drawIt(m_runs->record({ASweep(sweep(0, 100, 0.5, {-1}).values)}));
@@ -129,7 +129,7 @@ void TestWaterfallCommand::whereNothingIsToBeDrawnThereIsNoPicture_data()
     QTest::addColumn<QString>("reason");
 
     QTest::newRow("missing") << "missing"
-                             << "No such file or directory";
+                             << "can't be read: No such file or directory";
     QTest::newRow("a directory") << "directory"
                                  << "";
     QTest::newRow("an empty file") << "nothing"
@@ -185,7 +185,7 @@ void TestWaterfallCommand::reportsAPictureThatCanNotBeWritten()
 
     result = run({"waterfall", m_runs->path("a.mdr"), "--output", m_runs->path("a.png")}, "/dev/full");
     QCOMPARE(result.exitStatus, 1);
-    QVERIFY(result.errors.startsWith("aveldoran: could not write the output: "));
+    QVERIFY(result.errors.startsWith("aveldoran: standard output: can't be written: "));
 }
 
 void TestWaterfallCommand::keepsAnOldPictureIfTheRecordingIsNone()
@@ -209,8 +209,8 @@ void TestWaterfallCommand::neverReplacesTheRecording()
     for (const char *output : {"rec.png", "link.png"}) {
         const Run result = run({"waterfall", m_runs->path("rec.png"), "--output", m_runs->path(QLatin1String(output))});
         QCOMPARE(result.exitStatus, 2);
-        QCOMPARE(result.errors, QStringLiteral("aveldoran: waterfall: --output would replace the recording %1 by the "
-                                               "picture\n")
+        QCOMPARE(result.errors, QStringLiteral("aveldoran: waterfall: --output would replace '%1', which the "
+                                               "command line names too\n")
                                     .arg(m_runs->path("rec.png")));
     }
     file.seek(0);
@@ -239,20 +239,20 @@ void TestWaterfallCommand::refusesWrongUsage_data()
     QTest::newRow("two recordings") << QStringList{"a", "b", "--output", "a.png"} << "expected one recording, found 2";
     QTest::newRow("no output") << QStringList{"a.mdr"} << "--output is missing";
     QTest::newRow("no PNG file") << QStringList{"a.mdr", "--output", "a.jpg"}
-                                 << "--output expects the name of a PNG file, not 'a.jpg'";
-    QTest::newRow("an output without a name") << QStringList{"a.mdr", "--output"} << "Missing value after '--output'";
-    QTest::newRow("unknown option") << QStringList{"a.mdr", "--height", "5"} << "Unknown option 'height'";
+                                 << "--output expects the name of a file that ends in .png, not 'a.jpg'";
+    QTest::newRow("an output without a name") << QStringList{"a.mdr", "--output"} << "missing value after '--output'";
+    QTest::newRow("unknown option") << QStringList{"a.mdr", "--height", "5"} << "unknown option '--height'";
     const auto withOption = [](const QString &name, const QString &value) {
         return QStringList{"a.mdr", "--output", "a.png", "--" + name + '=' + value};
     };
     for (const QString width : {"799", "8001", "-1", "wide", "", "99999999999"})
         QTest::addRow("width '%s'", qPrintable(width))
             << withOption("width", width)
-            << QStringLiteral("waterfall: --width expects a number from 800 to 8000, not '%1'").arg(width);
+            << QStringLiteral("waterfall: --width expects a whole number from 800 to 8000, not '%1'").arg(width);
     for (const QString dynamic : {"0", "-1", "1001", "1000000000", "1.5", "NaN"})
         QTest::addRow("dynamic '%s'", qPrintable(dynamic))
             << withOption("dynamic", dynamic)
-            << QStringLiteral("waterfall: --dynamic expects a number from 1 to 1000, not '%1'").arg(dynamic);
+            << QStringLiteral("waterfall: --dynamic expects a whole number from 1 to 1000, not '%1'").arg(dynamic);
     for (const QString name : {"from", "to"}) {
         for (const QString color : {"bluish", "", "#12345", "#80ff0000", "transparent"})
             QTest::addRow("%s '%s'", qPrintable(name), qPrintable(color))

@@ -326,7 +326,7 @@ void TestWaypointsCommand::reportsOutputThatCanNotBeWritten()
 {
     const Run result = run({"waypoints", kGpx}, "/dev/full");
     QCOMPARE(result.exitStatus, 1);
-    QVERIFY(result.errors.startsWith("aveldoran: could not write the output: "));
+    QVERIFY(result.errors.startsWith("aveldoran: standard output: can't be written: "));
 }
 
 void TestWaypointsCommand::refusesWrongUsage_data()
@@ -334,9 +334,9 @@ void TestWaypointsCommand::refusesWrongUsage_data()
     QTest::addColumn<QStringList>("arguments");
     QTest::addColumn<QString>("reason");
     QTest::newRow("no file") << QStringList{} << "waypoints: a position file is missing";
-    QTest::newRow("an unknown option") << QStringList{"--colour", kGpx} << "Unknown option 'colour'";
+    QTest::newRow("an unknown option") << QStringList{"--colour", kGpx} << "unknown option '--colour'";
     QTest::newRow("an unknown format") << QStringList{"--format", "xml", kGpx}
-                                       << "waypoints: unknown format 'xml', expected text or json";
+                                       << "waypoints: --format expects text or json, not 'xml'";
 }
 
 void TestWaypointsCommand::refusesWrongUsage()
