@@ -2,7 +2,6 @@
 #include <display/adisplayvaluecache.h>
 
 #include <QtCore/QVector>
-#include <QtGui/QRgb>
 
 #include <benchmark/benchmark.h>
 
@@ -92,10 +91,10 @@ void colorLine(benchmark::State &state)
     const auto dynamic = static_cast<int>(state.range(0));
     const AColorLookupTable table(nullptr, dynamic, Qt::darkBlue, Qt::yellow);
     const std::vector<float> levels = line(dynamic);
-    std::vector<QRgb> pixels(levels.size());
+    std::vector<const QColor *> pixels(levels.size());
     for (auto _ : state) {
         for (std::size_t i = 0; i < levels.size(); ++i)
-            pixels[i] = table.colorAt(levels[i]).rgba();
+            pixels[i] = &table.colorAt(levels[i]);
         benchmark::DoNotOptimize(pixels.data());
         benchmark::ClobberMemory();
     }
@@ -113,10 +112,10 @@ void bareLookUp(benchmark::State &state)
     const QVector<QColor> &constColors = colors;
     const float entriesPerLevel = static_cast<float>(table.count()) / static_cast<float>(dynamic);
     const std::vector<float> levels = line(dynamic);
-    std::vector<QRgb> pixels(levels.size());
+    std::vector<const QColor *> pixels(levels.size());
     for (auto _ : state) {
         for (std::size_t i = 0; i < levels.size(); ++i)
-            pixels[i] = constColors.at(static_cast<int>(levels[i] * entriesPerLevel)).rgba();
+            pixels[i] = &constColors.at(static_cast<int>(levels[i] * entriesPerLevel));
         benchmark::DoNotOptimize(pixels.data());
         benchmark::ClobberMemory();
     }

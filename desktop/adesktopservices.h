@@ -43,7 +43,7 @@ public:
 
     // The directory in which a dialog for files of that filter (in Qt's form, "XML (*.xml *.lim);;All (*)") begins: the
     // remembered one of the first extension of its first part. If none is remembered, `defaultPath`, or the directory
-    // of documents if that is empty.
+    // of documents if that is empty. A first extension of more than 4096 characters, its "*." counted, has none.
     static QString getFilterLocation(const QString &filter, const QString &defaultPath);
 
     // Asks for the name of a file to open (one that exists) or to save to. `path` proposes one, a name or a directory

@@ -17,11 +17,10 @@ double hueOf(const QColor &color)
 class AColorLookupTablePrivate
 {
 public:
-    QVector<QColor> table;
+    QVector<QColor> table; // and a copy of its last entry
     QColor begin;
     QColor end;
     int dynamic = 0;
-    float entriesPerLevel = 0.0F; // of the table and `dynamic` as they are
 };
 
 AColorLookupTable::AColorLookupTable(QObject *parent, int dynamic, const QColor &begin, const QColor &end)
@@ -38,17 +37,12 @@ AColorLookupTable::~AColorLookupTable() = default;
 
 int AColorLookupTable::count() const
 {
-    return d->table.size();
+    return d->table.size() - 1;
 }
 
 const QColor &AColorLookupTable::at(int i) const
 {
     return d->table.at(i);
-}
-
-const QColor &AColorLookupTable::colorAt(float level) const
-{
-    return d->table.at(static_cast<int>(level * d->entriesPerLevel));
 }
 
 const QColor &AColorLookupTable::begin() const
@@ -94,14 +88,16 @@ void AColorLookupTable::createColorLookupTable(const QColor &begin, const QColor
     const double alphaStep = (end.alphaF() - begin.alphaF()) / divisor;
     const double levelsPerEntry = static_cast<double>(dynamic) / entries;
 
-    QVector<QColor> table(entries); // a new one, since the colours may be the old one's own
+    QVector<QColor> table(entries + 1); // a new one, since the colours may be the old one's own
     for (int i = 0; i < entries; ++i) {
         const double x = i * levelsPerEntry;
         table[i] = QColor::fromHsvF(fromHue + hueStep * x, begin.saturationF() + saturationStep * x,
                                     begin.valueF() + valueStep * x, begin.alphaF() + alphaStep * x)
                        .toRgb();
     }
+    table[entries] = table.at(entries - 1);
     d->table = table;
-    d->entriesPerLevel = static_cast<float>(entries) / static_cast<float>(d->dynamic);
+    m_entries = d->table.constData();
+    m_entriesPerLevel = static_cast<float>(entries) / static_cast<float>(d->dynamic);
     Q_EMIT colorsChanged();
 }

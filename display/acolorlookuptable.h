@@ -30,9 +30,9 @@ public:
 
     // The entry level * (count() / dynamic()), in single precision and cut to a whole number. The caller keeps `level`
     // from 0 to below dynamic(): any other number, NaN and infinities lie outside the table, which is undefined and
-    // deliberately not tested for. So is every level if dynamic() is below 1. Up to a dynamic of 1000 every float below
-    // it is inside; beyond that rounding may reach the next entry, and a level up to dynamic() * (1 - 1e-6) is.
-    const QColor &colorAt(float level) const;
+    // deliberately not tested for. So is every level if dynamic() is below 1. A level of dynamic() itself,
+    // to which rounding may lift one below it, has the colour of the last entry.
+    const QColor &colorAt(float level) const { return m_entries[static_cast<int>(level * m_entriesPerLevel)]; }
 
     // As they were asked for, also where the table has fewer entries.
     const QColor &begin() const;
@@ -50,4 +50,8 @@ Q_SIGNALS:
 
 private:
     std::unique_ptr<AColorLookupTablePrivate> d;
+
+    // For colorAt(), which is called for each pixel: a copy of the last entry stands behind the last.
+    const QColor *m_entries = nullptr;
+    float m_entriesPerLevel = 0.0F;
 };

@@ -21,12 +21,11 @@ public:
     int ofPoint(int point) const { return static_cast<int>(point * m_columnsPerPoint); }
     int firstPoint(int column) const { return static_cast<int>(column / m_columnsPerPoint); }
 
-    // The first point of a later column. ofPoint() never falls with the point, so from near it a step or two find it.
+    // The first point of a later column: that which firstPoint() tells, or behind it where rounding cut too much. It is
+    // never before: rounding is below a part in 2^51, a point at least one in 2^31.
     int pointBehind(int column) const
     {
         int point = firstPoint(column + 1);
-        while (ofPoint(point) > column)
-            --point;
         while (ofPoint(point) <= column)
             ++point;
         return point;
@@ -82,10 +81,8 @@ void ADisplayValueCachePrivate::thin(const Values &values, int first, int last)
     const int end = std::min(layout.ofPoint(last), columns.size() - 1);
     AMeasurementValue *const column = columns.data();
     for (int j = layout.ofPoint(std::max(first, 0)); j <= end; ++j) {
-        const int begin = layout.firstPoint(j);
-        const bool hasPoints = layout.ofPoint(begin) <= j; // the first point counts even if it is of the column before
-        column[j] = hasPoints ? highest(values, begin, std::min(std::max(layout.pointBehind(j), begin + 1), last + 1))
-                              : AMeasurementValue();
+        // The first point counts even if it is of the column before.
+        column[j] = highest(values, layout.firstPoint(j), std::min(layout.pointBehind(j), last + 1));
     }
 }
 

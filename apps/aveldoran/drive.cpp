@@ -396,6 +396,9 @@ int runDrive(const QStringList &arguments)
     if (measured.unusable > 0)
         tell(options,
              QStringLiteral("sweeps with levels or a place that can't be drawn, left out: %1").arg(measured.unusable));
+    if (measured.unusablePoints > 0)
+        tell(options,
+             QStringLiteral("points with levels that can't be drawn, left out: %1").arg(measured.unusablePoints));
     if (!missingPaths.isEmpty())
         tell(options, QStringLiteral("paths of one value, left out: %1").arg(missingPaths.join(QStringLiteral(", "))));
     return Console::finish() && complete && !Console::hasWarned() ? ExitDone : ExitFailed;

@@ -5,6 +5,7 @@
 #include <core/agpsloggerdevice.h>
 #include <core/amdrdocument.h>
 #include <core/areplayprocessor.h>
+#include <core/emu.h>
 
 #include <QtCore/QEventLoop>
 #include <QtCore/QFile>
@@ -80,6 +81,11 @@ bool canBeDrawn(const AGeoDataProcessor::KmlRelevantData &entry)
 {
     return hasPosition(entry.geoData) && std::isfinite(entry.minimum.level) && std::isfinite(entry.average.level) &&
            std::isfinite(entry.maximum.level);
+}
+
+bool hasLevelIn(const AMeasurementValue &value, const emu_entry *unit)
+{
+    return std::isfinite(value.level) && (value.unit == unit->id || std::isfinite(value.convertTo(unit).level));
 }
 
 } // namespace
@@ -270,7 +276,7 @@ DriveProcessor::Measured DriveProcessor::measure(AMdrDocument *document, const e
     disconnect(sweeps);
     disconnect(end);
     reduceSweeps(unit, toleranceMs, &measured);
-    measured.unusable = removeUnusableMeasurements();
+    measured.unusable += removeUnusableMeasurements();
     findExtremes();
     Console::clearProgress();
     return measured;
@@ -279,12 +285,31 @@ DriveProcessor::Measured DriveProcessor::measure(AMdrDocument *document, const e
 void DriveProcessor::reduceSweeps(const emu_entry *unit, int toleranceMs, Measured *measured)
 {
     measured->positioned += assignWaypoints(toleranceMs);
+    for (ASweep &sweep : m_sweeps) {
+        if (!sweep.geoData().isEmpty())
+            removeUnusablePoints(&sweep, unit, measured);
+    }
     // One without values that comes first would end the processing.
     m_sweeps.erase(
         std::remove_if(m_sweeps.begin(), m_sweeps.end(), [](const ASweep &sweep) { return sweep.values.isEmpty(); }),
         m_sweeps.end());
     processMeasurementData(unit);
     m_sweeps.clear();
+}
+
+// A single one of them would make the average none, and with it the whole sweep.
+void DriveProcessor::removeUnusablePoints(ASweep *sweep, const emu_entry *unit, Measured *measured)
+{
+    const auto isUnusable = [unit](const AMeasurementValue &value) { return !hasLevelIn(value, unit); };
+    QList<AMeasurementValue> &values = sweep->values;
+    if (std::none_of(values.constBegin(), values.constEnd(), isUnusable))
+        return;
+    const int before = values.size();
+    values.erase(std::remove_if(values.begin(), values.end(), isUnusable), values.end());
+    if (values.isEmpty())
+        ++measured->unusable;
+    else
+        measured->unusablePoints += before - values.size();
 }
 
 int DriveProcessor::removeUnusableMeasurements()

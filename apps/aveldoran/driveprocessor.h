@@ -78,7 +78,8 @@ public:
         bool isWhole = true; // false if some of the recording could not be read any more
         int sweeps = 0;
         int positioned = 0;
-        int unusable = 0; // with values that can't be drawn, such as 0 W in dBm
+        int unusable = 0;          // without a level or a place that can be drawn
+        qint64 unusablePoints = 0; // of the others, with levels that can't be, such as 0 W in dBm
     };
 
     // Takes in the waypoints of a recording; false if some of them could not be read any more.
@@ -95,6 +96,7 @@ private:
     void readGpx(QFile *file, Source *source);
     void readNmea(QFile *file, Source *source);
     void reduceSweeps(const emu_entry *unit, int toleranceMs, Measured *measured);
+    static void removeUnusablePoints(ASweep *sweep, const emu_entry *unit, Measured *measured);
     int removeUnusableMeasurements();
     void findExtremes();
 };

@@ -23,6 +23,25 @@ double spacing(const Values &values, int left)
     return hertzOf(values.at(left + 1)) - hertzOf(values.at(left));
 }
 
+// Of points at one frequency, as narrow spans of many points have them, the highest; a list without such as it is.
+Values withoutRepeats(const Values &values)
+{
+    const auto isRepeat = [](const AMeasurementValue &a, const AMeasurementValue &b) {
+        return a.frequency == b.frequency;
+    };
+    if (std::adjacent_find(values.begin(), values.end(), isRepeat) == values.end())
+        return values;
+    Values distinct;
+    distinct.reserve(values.size());
+    for (const AMeasurementValue &value : values) {
+        if (distinct.isEmpty() || !isRepeat(distinct.constLast(), value))
+            distinct += value;
+        else if (std::isnan(distinct.constLast().level) || value.level > distinct.constLast().level)
+            distinct.last() = value;
+    }
+    return distinct;
+}
+
 bool isGap(const Values &values, int left)
 {
     const bool hasBefore = left > 0;
@@ -45,6 +64,13 @@ double edgeBefore(const Values &values, int i)
     return hertzOf(values.at(i - 1)) + spacing(values, i - 1) / 2;
 }
 
+// A finite level stays finite.
+float narrowed(double level)
+{
+    constexpr double kMost = std::numeric_limits<float>::max();
+    return static_cast<float>(std::isfinite(level) ? qBound(-kMost, level, kMost) : level);
+}
+
 // A level beats what is there if there is nothing.
 void raise(float *there, float level)
 {
@@ -64,8 +90,9 @@ LevelRaster::LevelRaster(const QSize &size, double beginHz, double endHz)
     , m_cache(nullptr)
 {}
 
-void LevelRaster::add(const QList<AMeasurementValue> &values, double beginRow, double endRow)
+void LevelRaster::add(const QList<AMeasurementValue> &sweep, double beginRow, double endRow)
 {
+    const Values values = withoutRepeats(sweep);
     std::fill(m_line.begin(), m_line.end(), kNone);
     int begin = 0;
     for (int i = 0; i + 1 < values.size(); ++i) {
@@ -91,12 +118,30 @@ void LevelRaster::add(const QList<AMeasurementValue> &values, double beginRow, d
     }
 }
 
-// Evenly spaced points, or nearly so: as many columns of the cache as pixels lie below them.
+// Whether no point lies half a pixel or more from where an even spacing has it.
+bool LevelRaster::isEven(const QList<AMeasurementValue> &values) const
+{
+    const double begin = columnOf(hertzOf(values.constFirst()));
+    const double step = (columnOf(hertzOf(values.constLast())) - begin) / std::max(1, values.size() - 1);
+    for (int i = 1; i + 1 < values.size(); ++i) {
+        if (std::fabs(columnOf(hertzOf(values.at(i))) - (begin + i * step)) >= 0.5)
+            return false;
+    }
+    return true;
+}
+
+// The columns of the cache are equal numbers of points, which are stretches of frequencies only if the points are
+// evenly spaced: as many of them as pixels lie below. Others are laid down point by point.
 void LevelRaster::addStretch(const QList<AMeasurementValue> &values)
 {
     const int n = values.size();
     if (n == 0)
         return;
+    if (!isEven(values)) {
+        for (int i = 0; i < n; ++i)
+            addCell(values.at(i), edgeBefore(values, i), edgeBefore(values, i + 1));
+        return;
+    }
     const double pixels = std::ceil(columnOf(edgeBefore(values, n)) - columnOf(edgeBefore(values, 0)));
     const int columns = std::min(n, static_cast<int>(qBound(1.0, pixels, static_cast<double>(m_size.width()))));
     m_cache.resize(columns);
@@ -115,11 +160,15 @@ void LevelRaster::addCell(const AMeasurementValue &value, double beginHz, double
         return;
     const double width = m_size.width();
     const bool isOneFrequency = m_columnsPerHz == 0.0;
-    const auto first = static_cast<int>(std::round(qBound(0.0, columnOf(beginHz), width - 1)));
-    const double behind = isOneFrequency ? width : std::round(qBound(0.0, columnOf(endHz), width));
-    const int end = std::max(first + 1, static_cast<int>(behind));
+    auto first = static_cast<int>(std::round(qBound(0.0, columnOf(beginHz), width - 1)));
+    auto end = static_cast<int>(isOneFrequency ? width : std::round(qBound(0.0, columnOf(endHz), width)));
+    if (end <= first) { // narrower than a column: that in which its own frequency lies
+        first = static_cast<int>(qBound(0.0, columnOf(hertzOf(value)), width - 1));
+        end = first + 1;
+    }
+    const float level = narrowed(value.level);
     for (auto column = static_cast<std::size_t>(first); column < static_cast<std::size_t>(end); ++column) {
-        raise(&m_line[column], static_cast<float>(value.level));
+        raise(&m_line[column], level);
         AMeasurementValue &highest = m_hold[column];
         if (highest.isEmpty() || value.level > highest.level)
             highest = value;

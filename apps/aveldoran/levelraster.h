@@ -20,9 +20,10 @@ public:
     LevelRaster(const QSize &size, double beginHz, double endHz);
 
     // Lays a sweep over what lies between two places of the time axis, in rows; over one row at least. The values are
-    // in one unit and in ascending frequency. Each covers what lies nearest to it; what lies far from all of them, as
-    // between two ranges that are measured in one sweep, stays free. NaN is no level.
-    void add(const QList<AMeasurementValue> &values, double beginRow, double endRow);
+    // in one unit and in ascending frequency. Each covers what lies nearest to it, of several at one frequency the
+    // highest; what lies far from all of them, as between two ranges that are measured in one sweep, stays free. NaN is
+    // no level.
+    void add(const QList<AMeasurementValue> &sweep, double beginRow, double endRow);
 
     QSize size() const { return m_size; }
     float level(int column, int row) const;                       // NaN where there is none
@@ -35,6 +36,7 @@ public:
     QVector<Plot::Point> maximumHold() const;
 
 private:
+    bool isEven(const QList<AMeasurementValue> &values) const;
     void addStretch(const QList<AMeasurementValue> &values);
     void addCell(const AMeasurementValue &value, double beginHz, double endHz);
     double hertzAt(std::size_t column) const;

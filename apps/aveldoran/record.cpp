@@ -48,7 +48,8 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
     const QCommandLineOption simulate(QStringLiteral("simulate"),
                                       QStringLiteral("With the simulated analyser; there is no other so far."));
     const QCommandLineOption gpx(QStringLiteral("gpx"), QStringLiteral("The track, whose points have times."), file);
-    const QCommandLineOption output(QStringLiteral("output"), QStringLiteral("The recording."),
+    const QCommandLineOption output(QStringLiteral("output"),
+                                    QStringLiteral("The recording. A file of any name; '.mdr' is usual."),
                                     QStringLiteral("FILE.mdr"));
     const QCommandLineOption interval(
         QStringLiteral("interval"),

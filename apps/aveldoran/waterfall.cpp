@@ -196,18 +196,27 @@ int decibelsFor(int unit)
     return decibels;
 }
 
-// How many levels have no number in that unit; those become NaN.
-qint64 convert(QList<AMeasurementValue> *values, int unit)
+// How many levels have no number in the unit that is drawn.
+struct Lost
 {
-    qint64 lost = 0;
+    qint64 byUnit = 0;
+    qint64 byLevel = 0; // below 0, while the unit converts
+};
+
+// Those without a number in the unit become NaN.
+void convert(QList<AMeasurementValue> *values, int unit, Lost *lost)
+{
     for (AMeasurementValue &value : *values) {
         if (value.unit == unit)
             continue;
-        const bool wasNumber = !std::isnan(value.level);
+        const AMeasurementValue before = value;
         value = value.convertTo(unit);
-        lost += wasNumber && std::isnan(value.level) ? 1 : 0;
+        if (std::isnan(before.level) || !std::isnan(value.level))
+            continue;
+        AMeasurementValue one = before;
+        one.level = 1.0;
+        ++(std::isnan(one.convertTo(unit).level) ? lost->byUnit : lost->byLevel);
     }
-    return lost;
 }
 
 RecordedTimes timesOf(const AMdrDocument &document)
@@ -235,7 +244,8 @@ struct LevelScale
     double lowest() const { return highest - dynamic; }
 };
 
-// From the highest level down to the noise, at multiples of a step. False if no level is a finite number.
+// From the highest level down to the noise, at multiples of a step; of a span that was asked for, down from the highest
+// level itself. False if no level is a finite number.
 bool chooseScale(const LevelRaster &raster, int dynamic, LevelScale *scale)
 {
     std::vector<float> levels;
@@ -249,10 +259,14 @@ bool chooseScale(const LevelRaster &raster, int dynamic, LevelScale *scale)
     const auto floor =
         levels.begin() + static_cast<std::ptrdiff_t>(static_cast<double>(levels.size() - 1) * kFloorShare);
     std::nth_element(levels.begin(), floor, levels.end());
-    scale->highest = rounded(*std::max_element(floor, levels.end()) + kHeadroom, std::ceil);
+    const auto highest = static_cast<double>(*std::max_element(floor, levels.end()));
+    if (dynamic > 0) {
+        *scale = {qBound(-kMostLevel, highest, kMostLevel), dynamic};
+        return true;
+    }
+    scale->highest = rounded(highest + kHeadroom, std::ceil);
     const double needed = scale->highest - rounded(*floor, std::floor);
-    scale->dynamic =
-        dynamic > 0 ? dynamic : static_cast<int>(qBound<double>(2 * kLevelStep, needed, kMostDefaultDynamic));
+    scale->dynamic = static_cast<int>(qBound<double>(2 * kLevelStep, needed, kMostDefaultDynamic));
     return true;
 }
 
@@ -337,9 +351,9 @@ int draw(const Options &options, const AMdrDocument &document, int exitStatus)
     LevelRaster raster(plot.waterfallSize(), extent.beginHz, extent.endHz);
     const double rows = raster.size().height();
     const double rowsPerMs = times.areAnAxis() ? rows / static_cast<double>(times.endMs() - times.beginMs()) : 0.0;
-    qint64 lost = 0;
+    Lost lost;
     const auto add = [&](ASweep &sweep, int number) {
-        lost += convert(&sweep.values, unit);
+        convert(&sweep.values, unit, &lost);
         if (times.areAnAxis())
             raster.add(sweep.values, static_cast<double>(times.beginMs(number) - times.beginMs()) * rowsPerMs,
                        static_cast<double>(times.endMs(number) - times.beginMs()) * rowsPerMs);
@@ -349,13 +363,14 @@ int draw(const Options &options, const AMdrDocument &document, int exitStatus)
     };
     if (!sweeps.forEach(QStringLiteral("drawing"), add))
         exitStatus = ExitFailed;
-    if (lost > 0) {
-        Console::error(QStringLiteral("%1: %2 levels are left out: their units don't convert to %3")
-                           .arg(options.recording)
-                           .arg(lost)
-                           .arg(unitName));
+    const auto reportLost = [&](qint64 count, const QString &reason) {
+        if (count == 0)
+            return;
+        Console::error(QStringLiteral("%1: %2 levels are left out: %3").arg(options.recording).arg(count).arg(reason));
         exitStatus = ExitFailed;
-    }
+    };
+    reportLost(lost.byUnit, QStringLiteral("their units don't convert to %1").arg(unitName));
+    reportLost(lost.byLevel, QStringLiteral("they are below 0, which is no number of %1").arg(unitName));
     LevelScale scale{};
     if (!chooseScale(raster, options.dynamic, &scale)) {
         Console::error(QStringLiteral("%1: the recording holds no levels").arg(options.recording));

@@ -30,6 +30,8 @@ private Q_SLOTS:
     void refusesAUnitOfAnotherFamily_data();
     void refusesAUnitOfAnotherFamily();
     void levelsOfOneValueNeedElevationZero();
+    void pointsThatCanNotBeDrawnAreLeftOut_data();
+    void pointsThatCanNotBeDrawnAreLeftOut();
     void levelsThatCanNotBeDrawnAreLeftOut_data();
     void levelsThatCanNotBeDrawnAreLeftOut();
     void refusesARecordingWithoutAnyLevel();
@@ -290,14 +292,42 @@ void TestDriveCommandInput::levelsOfOneValueNeedElevationZero()
     QCOMPARE(drive({recording, "--elevation", "0"}).exitStatus, 0);
 }
 
+void TestDriveCommandInput::pointsThatCanNotBeDrawnAreLeftOut_data()
+{
+    QTest::addColumn<QList<double>>("levels");
+    QTest::addColumn<int>("unit");
+    QTest::newRow("nothing of a power in decibels") << QList<double>{0.0, 1e-10} << kW;
+    QTest::newRow("a level that is none") << QList<double>{-70.0, std::nan("")} << 0;
+    QTest::newRow("a level without a bound") << QList<double>{-70.0, kInfinity} << 0;
+    QTest::newRow("a first level without a bound") << QList<double>{-kInfinity, -70.0} << 0;
+}
+
+void TestDriveCommandInput::pointsThatCanNotBeDrawnAreLeftOut()
+{
+    QFETCH(QList<double>, levels);
+    QFETCH(int, unit);
+    const QString recording =
+        saveRecording(path("a.mdr"), {positionedSweepAt(0, {-100.0, -50.0}), positionedSweepAt(1, levels, unit),
+                                      positionedSweepAt(2, {-80.0, -60.0})});
+    const Run result = drive({recording, "--unit", "dBm"});
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.exitStatus, 0);
+    QVERIFY2(result.output.endsWith("values: -100.00 dBm at 100 MHz to -50.00 dBm at 101 MHz\n" + path("drive.kml") +
+                                    ": points with levels that can't be drawn, left out: 1\n"),
+             qPrintable(result.output));
+    const Kml document(m_folder->read("drive.kml"));
+    QCOMPARE(document.heights("Maximum Values"), QList<double>({200.0, 120.0, 160.0}));
+    QCOMPARE(document.heights("Minimum Values"), QList<double>({0.0, 120.0, 80.0}));
+}
+
 void TestDriveCommandInput::levelsThatCanNotBeDrawnAreLeftOut_data()
 {
     QTest::addColumn<QList<double>>("levels");
     QTest::addColumn<int>("unit");
     const double nan = std::nan("");
-    QTest::newRow("nothing of a power in decibels") << QList<double>{0.0, 1e-9} << kW;
-    QTest::newRow("a level that is none") << QList<double>{-70.0, nan} << 0;
-    QTest::newRow("a level without a bound") << QList<double>{-70.0, kInfinity} << 0;
+    QTest::newRow("nothing of a power in decibels") << QList<double>{0.0, 0.0} << kW;
+    QTest::newRow("levels that are none") << QList<double>{nan, nan} << 0;
+    QTest::newRow("levels without a bound") << QList<double>{-kInfinity, kInfinity} << 0;
     QTest::newRow("a level of another family") << QList<double>{20.0, 30.0} << kdBuVPerMetre;
 }
 

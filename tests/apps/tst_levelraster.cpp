@@ -55,6 +55,10 @@ private Q_SLOTS:
     void noPeakIsEverLost();
     void gapsBetweenRangesStayFree();
     void pointsThatGrowFartherApartLeaveNoGap();
+    void pointsAtOneFrequencyAreOne_data();
+    void pointsAtOneFrequencyAreOne();
+    void unevenlySpacedPointsKeepTheirPixels();
+    void finiteLevelsStayFinite();
     void pointsInAnyOrderAreTaken();
     void theMaximumHoldKeepsFrequencies();
     void theMaximumHoldAscends();
@@ -194,6 +198,78 @@ void TestLevelRaster::pointsThatGrowFartherApartLeaveNoGap()
         QVERIFY(!std::isnan(raster.level(column, 0)));
     QCOMPARE(raster.level(299, 0), -40.0F);
     QCOMPARE(raster.level(0, 0), 0.0F);
+}
+
+void TestLevelRaster::pointsAtOneFrequencyAreOne_data()
+{
+    QTest::addColumn<int>("points");
+    QTest::addColumn<int>("frequencies");
+
+    QTest::newRow("each twice") << 22 << 11;
+    QTest::newRow("not equally often") << 501 << 11;
+    QTest::newRow("more frequencies than columns") << 3000 << 600;
+    QTest::newRow("two frequencies") << 100 << 2;
+    QTest::newRow("one frequency") << 100 << 1;
+}
+
+void TestLevelRaster::pointsAtOneFrequencyAreOne()
+{
+    QFETCH(int, points);
+    QFETCH(int, frequencies);
+    Values values;
+    for (int i = 0; i < points; ++i)
+        values += sweep(i * frequencies / points, 0, {i % 10 == 3 ? kNaN : -100.0 - i % 10});
+    values[points / 2].level = -10.0;
+    LevelRaster raster({100, 1}, 0, frequencies - 1);
+    raster.add(values, 0, 1);
+    int bright = 0;
+    for (int column = 0; column < 100; ++column) {
+        QVERIFY2(!std::isnan(raster.level(column, 0)), QByteArray::number(column));
+        bright += raster.level(column, 0) == -10.0F ? 1 : 0;
+    }
+    // The whole of its cell, at the ends half of it.
+    const double cell = frequencies > 1 ? 100.0 / (frequencies - 1) : 100.0;
+    QVERIFY(bright >= 1 && bright >= std::floor(cell / 2) && bright <= std::ceil(cell) + 1);
+}
+
+void TestLevelRaster::unevenlySpacedPointsKeepTheirPixels()
+{
+    constexpr int kPoints = 10000;
+    constexpr int kColumns = 1400;
+    Values values;
+    for (int i = 0; i < kPoints; ++i)
+        values += sweep(std::round(1e6 * std::pow(1000.0, i / (kPoints - 1.0))), 0, {-100.0});
+    QVector<int> peaks;
+    for (int i = 500; i < kPoints; i += 997)
+        peaks += i;
+    for (const int peak : qAsConst(peaks))
+        values[peak].level = -10.0;
+    LevelRaster raster({kColumns, 1}, 1e6, 1e9);
+    raster.add(values, 0, 1);
+    const auto placeOf = [&values](int i) {
+        return (values.at(i).frequency.floatValue(AFrequency::Hz) - 1e6) / (1e9 - 1e6) * kColumns;
+    };
+    QVector<bool> mayBeBright(kColumns);
+    for (const int peak : qAsConst(peaks)) {
+        const auto own = static_cast<int>(placeOf(peak));
+        QCOMPARE(raster.level(own, 0), -10.0F);
+        const auto left = static_cast<int>(placeOf(peak - 1));
+        const auto right = static_cast<int>(placeOf(peak + 1));
+        std::fill(mayBeBright.begin() + left, mayBeBright.begin() + right + 1, true); // up to its neighbours
+    }
+    for (int column = 0; column < kColumns; ++column) {
+        QVERIFY(!std::isnan(raster.level(column, 0)));
+        QVERIFY2(raster.level(column, 0) < -50 || mayBeBright[column], QByteArray::number(column));
+    }
+}
+
+void TestLevelRaster::finiteLevelsStayFinite()
+{
+    LevelRaster raster({2, 1}, 0, 20);
+    raster.add(sweep(5, 10, {1e300, -1e300}), 0, 1);
+    QCOMPARE(raster.level(0, 0), std::numeric_limits<float>::max());
+    QCOMPARE(raster.level(1, 0), std::numeric_limits<float>::lowest());
+    QCOMPARE(raster.highest().level, 1e300);
 }
 
 void TestLevelRaster::pointsInAnyOrderAreTaken()

@@ -9,6 +9,7 @@ private Q_SLOTS:
 
     void linearUnitsAreDrawnInDecibels();
     void levelsThatDoNotConvertAreLeftOut();
+    void negativePowersAreLeftOut();
     void unknownUnitsStandAsTheyAre();
     void tellsWhatItDrew();
 
@@ -57,6 +58,17 @@ void TestWaterfallCommand::levelsThatDoNotConvertAreLeftOut()
     const Picture partly(m_runs->path("a.png"));
     QVERIFY(partly.brightness(0.5, 0.5) >= 0xd0);
     QCOMPARE(partly.brightness(0.5, 0.9), -1);
+}
+
+void TestWaterfallCommand::negativePowersAreLeftOut()
+{
+    QVector<double> watts(11, 1e-3);
+    watts[5] = -1.0;
+    const Run result = m_runs->drawIt(m_runs->record({sweep(0, 100, 1, watts, kWatt)}));
+    QCOMPARE(result.exitStatus, 1);
+    QVERIFY2(result.errors.contains(": 1 levels are left out: they are below 0, which is no number of dB"),
+             qPrintable(result.errors));
+    QVERIFY(!result.errors.contains("convert"));
 }
 
 void TestWaterfallCommand::unknownUnitsStandAsTheyAre()

@@ -255,14 +255,19 @@ void TestWaterfallPicture::theDefaultScaleEndsAtTheNoise()
 void TestWaterfallPicture::theDynamicSetsTheLowerEnd()
 {
     const QList<ASweep> sweeps = {sweep(0, 100, 0.1, levels(101, {{20, -20}, {50, -35}, {70, -50}}))};
-    const Picture picture = m_runs->drawn(sweeps, {"--dynamic", "30"}); // from -15 to -45
-    COMPARE_NEAR(picture.brightness(0.5, 0.5), 0x30 + (0xff - 0x30) / 3.0, 3.0);
+    const Picture picture = m_runs->drawn(sweeps, {"--dynamic", "30"}); // from -20 to -50
+    COMPARE_NEAR(picture.brightness(0.2, 0.5), 0xff, 1.0);
+    COMPARE_NEAR(picture.brightness(0.5, 0.5), (0x30 + 0xff) / 2.0, 3.0);
     QCOMPARE(picture.brightness(0.7, 0.5), 0x30);
     QCOMPARE(picture.brightness(0.9, 0.5), 0x30);
-    for (const char *dynamic : {"1", "1000"}) {
-        const Picture extreme = m_runs->drawn(sweeps, {"--dynamic", QLatin1String(dynamic)});
-        QVERIFY(extreme.brightness(0.2, 0.5) >= extreme.brightness(0.5, 0.5));
+    for (const int dynamic : {1, 2, 5, 10}) {
+        const Picture narrow = m_runs->drawn(sweeps, {"--dynamic", QString::number(dynamic)});
+        QVERIFY2(narrow.brightness(0.2, 0.5) >= 0xe8, QByteArray::number(dynamic)); // one of ten steps from the end
+        QCOMPARE(narrow.brightness(0.5, 0.5), 0x30);
     }
+    const Picture wide = m_runs->drawn(sweeps, {"--dynamic", "1000"});
+    QVERIFY(wide.brightness(0.2, 0.5) > wide.brightness(0.5, 0.5));
+    QVERIFY(wide.brightness(0.5, 0.5) > wide.brightness(0.9, 0.5));
 }
 
 void TestWaterfallPicture::theMaximumHoldStandsAbove()

@@ -29,6 +29,7 @@ private Q_SLOTS:
     void whatIsRememberedIsGivenAsItStands_data();
     void whatIsRememberedIsGivenAsItStands();
     void askingRemembersNothing();
+    void aPatternLongerThanAnyPathHasNoDirectory();
     void hugeFiltersTakeTimeInProportion_data();
     void hugeFiltersTakeTimeInProportion();
 
@@ -225,6 +226,17 @@ void TestADesktopServices::askingRemembersNothing()
     ADesktopServices::getFilterLocation("XML (*.xml)", "/default");
     ADesktopServices::getFilterLocation("XML (*.xml)", QString());
     QCOMPARE(m_settings->remembered(), QStringList());
+}
+
+void TestADesktopServices::aPatternLongerThanAnyPathHasNoDirectory()
+{
+    constexpr int kLongest = 4096; // with its asterisk and dot
+    const QString extension(kLongest - 2, 'X');
+    m_settings->remember(extension, "/remembered");
+    m_settings->remember(extension + 'X', "/remembered");
+    const QString filter = QStringLiteral("Files (*.%1 *.xml)");
+    QCOMPARE(ADesktopServices::getFilterLocation(filter.arg(extension), "/default"), QStringLiteral("/remembered"));
+    QCOMPARE(ADesktopServices::getFilterLocation(filter.arg(extension + 'X'), "/default"), QStringLiteral("/default"));
 }
 
 void TestADesktopServices::hugeFiltersTakeTimeInProportion_data()

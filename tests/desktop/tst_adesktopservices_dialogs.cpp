@@ -29,6 +29,8 @@ struct Seen
     QStringList filters;
     QWidget *parent = nullptr;
     bool opens = false;
+    QString chosenFilter; // at first
+    int questions = 0;    // such as whether to replace a file
 };
 
 // A user in front of a dialog, who sees how it begins and then types a name, or cancels it if there is none to type.
@@ -52,6 +54,7 @@ private:
         if (!dialog) {
             auto *box = qobject_cast<QMessageBox *>(QApplication::activeModalWidget());
             QAbstractButton *yes = box ? box->button(QMessageBox::Yes) : nullptr; // to replace a file
+            seen.questions += yes ? 1 : 0;
             if (box)
                 (yes ? yes : box->button(QMessageBox::Ok))->click();
             return;
@@ -67,6 +70,7 @@ private:
         seen.name = name->text();
         seen.caption = dialog->windowTitle();
         seen.filters = dialog->nameFilters();
+        seen.chosenFilter = dialog->findChild<QComboBox *>(QStringLiteral("fileTypeCombo"))->currentText();
         seen.parent = dialog->parentWidget();
         seen.opens = dialog->acceptMode() == QFileDialog::AcceptOpen;
         if (m_typed.isEmpty()) {
@@ -114,6 +118,9 @@ private Q_SLOTS:
     void theDialogShowsWhatItIsGiven_data();
     void theDialogShowsWhatItIsGiven();
     void theChosenFilterIsTold();
+    void aFilterIsChosenBeforehand_data();
+    void aFilterIsChosenBeforehand();
+    void replacingAFileIsAsked();
     void aNameGetsNoExtension();
     void onlyExistingFilesAreOpened();
     void oddNamesAreChosen_data();
@@ -316,6 +323,32 @@ void TestADesktopServicesDialogs::theChosenFilterIsTold()
     const User user(file, "All files (*)");
     QCOMPARE(ADesktopServices::getFilename(false, nullptr, {}, QString(), kXml, &selected), file);
     QCOMPARE(selected, QStringLiteral("All files (*)"));
+}
+
+void TestADesktopServicesDialogs::aFilterIsChosenBeforehand_data()
+{
+    theDialogShowsWhatItIsGiven_data();
+}
+
+void TestADesktopServicesDialogs::aFilterIsChosenBeforehand()
+{
+    QFETCH(bool, open);
+    const QString file = m_settings->makeDirectory("data") + "/a.txt";
+    if (open)
+        m_settings->makeFile("data/a.txt");
+    QString selected = QStringLiteral("All files (*)");
+    const User user(file);
+    QCOMPARE(ADesktopServices::getFilename(open, nullptr, {}, QString(), kXml, &selected), file);
+    QCOMPARE(user.seen.chosenFilter, QStringLiteral("All files (*)"));
+    QCOMPARE(selected, QStringLiteral("All files (*)"));
+}
+
+void TestADesktopServicesDialogs::replacingAFileIsAsked()
+{
+    const QString file = (m_settings->makeDirectory("data"), m_settings->makeFile("data/a.xml"));
+    const User user(file);
+    QCOMPARE(ADesktopServices::getFilename(false, nullptr, {}, QString(), kXml, nullptr), file);
+    QCOMPARE(user.seen.questions, 1);
 }
 
 void TestADesktopServicesDialogs::aNameGetsNoExtension()

@@ -194,7 +194,7 @@ void TestColorLookupTable::everyLevelOfTheRangeHasItsEntry_data()
 {
     QTest::addColumn<int>("dynamic");
 
-    for (const int dynamic : {1, 2, 3, 80, 100, 997, 1000, 1001, 1500, 2000, 123457, 1000000000})
+    for (const int dynamic : {1, 2, 3, 80, 100, 997, 1000, 1001, 1500, 1609, 2000, 123457, 1000000000})
         QTest::addRow("%d", dynamic) << dynamic;
 }
 
@@ -209,9 +209,12 @@ void TestColorLookupTable::everyLevelOfTheRangeHasItsEntry()
         QVERIFY2(isEntry(static_cast<float>(middle), i), QByteArray::number(i));
     }
     QVERIFY(isEntry(0.0F, 0));
-    const float justBelow =
-        dynamic <= 1000 ? std::nextafter(static_cast<float>(dynamic), 0.0F) : static_cast<float>(dynamic * (1 - 1e-6));
-    QVERIFY(isEntry(justBelow, m - 1));
+    const float top = static_cast<float>(dynamic);
+    if (dynamic <= 1000)
+        QVERIFY(isEntry(std::nextafter(top, 0.0F), m - 1));
+    QVERIFY(isEntry(static_cast<float>(dynamic * (1 - 1e-6)), m - 1));
+    QCOMPARE(table.colorAt(std::nextafter(top, 0.0F)), table.at(m - 1)); // rounding may lift it
+    QCOMPARE(table.colorAt(top), table.at(m - 1));
 }
 
 void TestColorLookupTable::theLevelIsCutInSinglePrecision()
@@ -279,14 +282,17 @@ void TestColorLookupTable::rebuildTakesItsOwnColors()
     table.rebuild(10, table.end(), table.begin());
     QCOMPARE(table.begin(), kYellow);
     QCOMPARE(table.end(), kBlue);
+    QCOMPARE(entriesOf(table), entriesOf(AColorLookupTable(nullptr, 10, kYellow, kBlue)));
     const QColor first = table.at(0);
     const QColor second = table.at(9);
     table.rebuild(500, table.at(0), table.at(9));
     QCOMPARE(table.begin(), first);
     QCOMPARE(table.end(), second);
     QCOMPARE(entriesOf(table), entriesOf(AColorLookupTable(nullptr, 500, first, second)));
+    const QColor third = table.at(499);
+    const QColor fourth = table.at(0);
     table.createColorLookupTable(table.at(499), table.at(0), 1000);
-    QCOMPARE(table.count(), 1000);
+    QCOMPARE(entriesOf(table), entriesOf(AColorLookupTable(nullptr, 1000, third, fourth)));
 }
 
 void TestColorLookupTable::theSignalComesWhenAllIsDone()
