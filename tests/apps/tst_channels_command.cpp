@@ -296,7 +296,8 @@ void TestChannelsCommand::refusesWrongUsage_data()
     QTest::newRow("unknown command") << QStringList{"chanels"} << "unknown command 'chanels'";
     QTest::newRow("no path") << QStringList{"channels"} << "a profile file or directory is missing";
     QTest::newRow("unknown option") << QStringList{"channels", "--expnd", "."} << "unknown option '--expnd'";
-    QTest::newRow("unknown format") << QStringList{"channels", "--format", "yaml", "."} << "unknown format 'yaml'";
+    QTest::newRow("unknown format") << QStringList{"channels", "--format", "yaml", "."}
+                                    << "--format expects text, json or xml, not 'yaml'";
 }
 
 void TestChannelsCommand::refusesWrongUsage()
@@ -317,7 +318,7 @@ void TestChannelsCommand::helps()
     const Run command = run({"channels", "--help"});
     QCOMPARE(command.exitStatus, 0);
     QVERIFY(command.output.contains("--expand"));
-    QVERIFY(command.output.contains("Example:"));
+    QVERIFY(command.output.contains("Examples:\n  aveldoran channels "));
     const Run version = run({"--version"});
     QCOMPARE(version.exitStatus, 0);
     QVERIFY(version.output.startsWith("aveldoran "));

@@ -140,7 +140,7 @@ void TestLimitsCommand::namesWhatItCanNotRead_data()
 {
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<QString>("error");
-    QTest::newRow("missing") << QByteArray() << "does not exist";
+    QTest::newRow("missing") << QByteArray() << "can't be read: No such file or directory";
     QTest::newRow("no XML") << QByteArray("Hello") << "Could not parse file";
     QTest::newRow("no limits") << QByteArray("<calibrations/>") << "holds no limits";
 }
