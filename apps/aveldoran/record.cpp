@@ -169,11 +169,10 @@ int runRecord(const QStringList &arguments)
     }
     const double sweeps = track.constLast().seconds * 1000.0 / options.intervalMs + 1.0;
     if (sweeps > kMaxSweeps) {
-        Console::error(
-            QStringLiteral("%1: %2 sweeps would be recorded, expected at most %3; give a longer --interval")
-                .arg(options.gpx)
-                .arg(sweeps, 0, 'f', 0)
-                .arg(kMaxSweeps));
+        Console::error(QStringLiteral("%1: %2 sweeps would be recorded, expected at most %3; give a longer --interval")
+                           .arg(options.gpx)
+                           .arg(sweeps, 0, 'f', 0)
+                           .arg(kMaxSweeps));
         return ExitFailed;
     }
     const int count = static_cast<int>(sweeps);
