@@ -60,7 +60,7 @@ QVector<PlotLegend::Cell> PlotLegend::cells() const
     for (int i = 0; i < grid.shown; ++i)
         cells.append({metrics().elidedText(m_entries[i].name, Qt::ElideMiddle, m_widest + 1.0), placeOf(i), i});
     if (grid.shown < m_entries.size())
-        cells.append({QStringLiteral("and %L1 more").arg(m_entries.size() - grid.shown), placeOf(grid.shown), -1});
+        cells.append({QStringLiteral("and %1 more").arg(m_entries.size() - grid.shown), placeOf(grid.shown), -1});
     return cells;
 }
 
