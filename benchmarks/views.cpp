@@ -41,62 +41,150 @@ void paintViewport(benchmark::State &state, Draw draw)
         for (int row = 0; row < kRows; ++row) {
             for (int column = 0; column < kColumns; ++column) {
                 option.rect = QRect(column * kCellWidth, row * kCellHeight, kCellWidth, kCellHeight);
-                draw(&painter, option, row, column);
+                draw(&painter, option, row * kColumns + column);
             }
         }
     }
     state.SetItemsProcessed(state.iterations() * kRows * kColumns);
 }
 
-using Value = std::function<QVariant(int row, int column)>;
+using Value = std::function<QVariant(int number)>; // of the cell with that number
 
 void paintCells(benchmark::State &state, const QAbstractItemDelegate &delegate, const Value &value)
 {
     QStandardItemModel model(kRows, kColumns);
     for (int row = 0; row < kRows; ++row) {
         for (int column = 0; column < kColumns; ++column)
-            model.setData(model.index(row, column), value(row, column));
+            model.setData(model.index(row, column), value(row * kColumns + column));
     }
-    paintViewport(state, [&](QPainter *painter, const QStyleOptionViewItem &option, int row, int column) {
-        delegate.paint(painter, option, model.index(row, column));
+    paintViewport(state, [&](QPainter *painter, const QStyleOptionViewItem &option, int i) {
+        delegate.paint(painter, option, model.index(i / kColumns, i % kColumns));
     });
 }
 
-int number(int row, int column)
+// --- what the cells say, by their number ---
+
+using Text = QString (*)(int number);
+
+QString plainText(int number)
 {
-    return row * kColumns + column;
+    return QStringLiteral("text %1").arg(number);
 }
 
-QVariant plainText(int row, int column)
+QString yesNoText(int number)
 {
-    return QStringLiteral("text %1").arg(number(row, column));
+    return number % 3 == 0 ? QStringLiteral("Yes") : QStringLiteral("No");
 }
 
-QVariant yesNo(int row, int column)
+QString onOffText(int number)
 {
-    return number(row, column) % 3 == 0 ? QStringLiteral("Yes") : QStringLiteral("No");
+    return number % 3 == 0 ? QStringLiteral("On") : QStringLiteral("Off");
 }
 
-QVariant truth(int row, int column)
+QString frequencyText(int number)
 {
-    return number(row, column) % 3 == 0;
+    return QStringLiteral("%1.920000 MHz").arg(400 + number);
 }
 
-QString frequencyText(int row, int column)
+QString filterText(int number)
 {
-    return QStringLiteral("%1.920000 MHz").arg(400 + number(row, column));
+    static const QStringList kLabels = {
+        QStringLiteral("Full"),    QStringLiteral("3 MHz"),   QStringLiteral("1 MHz"),   QStringLiteral("300 kHz"),
+        QStringLiteral("100 kHz"), QStringLiteral("30 kHz"),  QStringLiteral("10 kHz"),  QStringLiteral("3 kHz"),
+        QStringLiteral("1 kHz"),   QStringLiteral("120 kHz"), QStringLiteral("9 kHz"),   QStringLiteral("200 Hz"),
+        QStringLiteral("5 MHz"),   QStringLiteral("200 kHz"), QStringLiteral("1500 kHz")};
+    return kLabels.at(number % kLabels.size());
 }
 
-// --- the generic delegates ---
-
-void plainTexts(benchmark::State &state)
+QString keyText(int number)
 {
-    paintCells(state, QStyledItemDelegate(), plainText);
+    return QStringLiteral("%1 dB").arg(number % 6 * 10);
+}
+
+QString numberText(int number)
+{
+    return QString::number(number);
+}
+
+QString megahertzText(int number)
+{
+    return QStringLiteral("%1 MHz").arg(number);
+}
+
+QVariant truth(int number)
+{
+    return number % 3 == 0;
+}
+
+QVariant megahertz(int number)
+{
+    return 400.92 + number;
+}
+
+// --- the peers ---
+
+void plainCells(benchmark::State &state, Text text)
+{
+    paintCells(state, QStyledItemDelegate(), text);
+}
+
+// The bare style, as little as an application can do to have a control drawn.
+template<typename Draw>
+void bareControls(benchmark::State &state, Text text, Draw draw)
+{
+    QStringList texts;
+    for (int i = 0; i < kRows * kColumns; ++i)
+        texts << text(i);
+    paintViewport(state, [&](QPainter *painter, const QStyleOptionViewItem &option, int i) {
+        draw(painter, option, texts.at(i), i);
+    });
+}
+
+void bareCheckBoxes(benchmark::State &state, Text text)
+{
+    bareControls(state, text, [](QPainter *painter, const QStyleOptionViewItem &option, const QString &label, int i) {
+        QStyleOptionButton box;
+        box.rect = option.rect;
+        box.state = QStyle::State_Enabled | (truth(i).toBool() ? QStyle::State_On : QStyle::State_Off);
+        box.text = label;
+        QApplication::style()->drawControl(QStyle::CE_CheckBox, &box, painter);
+    });
+}
+
+void bareSpinBoxes(benchmark::State &state, Text text)
+{
+    bareControls(state, text, [](QPainter *painter, const QStyleOptionViewItem &option, const QString &label, int) {
+        QStyleOptionSpinBox box;
+        box.rect = option.rect;
+        box.state = option.state | QStyle::State_ReadOnly;
+        box.frame = true;
+        QApplication::style()->drawComplexControl(QStyle::CC_SpinBox, &box, painter);
+        QApplication::style()->drawItemText(painter, option.rect, Qt::AlignCenter, QPalette(), true, label);
+    });
+}
+
+void bareComboBoxes(benchmark::State &state, Text text)
+{
+    bareControls(state, text, [](QPainter *painter, const QStyleOptionViewItem &option, const QString &label, int) {
+        QStyleOptionComboBox box;
+        box.rect = option.rect;
+        box.state = option.state | QStyle::State_ReadOnly;
+        box.currentText = label;
+        QApplication::style()->drawComplexControl(QStyle::CC_ComboBox, &box, painter);
+        QApplication::style()->drawControl(QStyle::CE_ComboBoxLabel, &box, painter);
+    });
+}
+
+// --- the delegates ---
+
+void megahertzPeer(benchmark::State &state)
+{
+    paintCells(state, QStyledItemDelegate(), megahertz);
 }
 
 void megahertzCells(benchmark::State &state)
 {
-    paintCells(state, ADoubleSpinBoxDelegate(), plainText);
+    paintCells(state, ADoubleSpinBoxDelegate(), megahertz);
 }
 
 void choiceCells(benchmark::State &state)
@@ -109,11 +197,6 @@ void unselectedCells(benchmark::State &state)
     paintCells(state, ARemoveSelectionDelegate(true), plainText);
 }
 
-void yesNoTexts(benchmark::State &state)
-{
-    paintCells(state, QStyledItemDelegate(), yesNo);
-}
-
 void booleanCells(benchmark::State &state)
 {
     paintCells(state, ABooleanItemDelegate(QStringLiteral("Yes"), QStringLiteral("No")), truth);
@@ -124,146 +207,83 @@ void checkBoxCells(benchmark::State &state)
     paintCells(state, ACheckBoxItemDelegate(), truth);
 }
 
-// The bare style, as little as an application can do to have a check box drawn.
-void bareCheckBoxes(benchmark::State &state)
-{
-    paintViewport(state, [](QPainter *painter, const QStyleOptionViewItem &option, int row, int column) {
-        QStyleOptionButton box;
-        box.rect = option.rect;
-        box.state = QStyle::State_Enabled | (truth(row, column).toBool() ? QStyle::State_On : QStyle::State_Off);
-        box.text = yesNo(row, column).toString();
-        QApplication::style()->drawControl(QStyle::CE_CheckBox, &box, painter);
-    });
-}
-
-// --- frequencies ---
-
-void frequencyTexts(benchmark::State &state)
-{
-    paintCells(state, QStyledItemDelegate(), frequencyText);
-}
-
 void frequencyCells(benchmark::State &state)
 {
     paintCells(state, AFrequencyDelegate(), frequencyText);
 }
 
-void drawBareSpinBox(QPainter *painter, const QStyleOptionViewItem &option, const QString &text)
-{
-    QStyleOptionSpinBox box;
-    box.rect = option.rect;
-    box.state = option.state | QStyle::State_ReadOnly;
-    box.frame = true;
-    QApplication::style()->drawComplexControl(QStyle::CC_SpinBox, &box, painter);
-    QApplication::style()->drawItemText(painter, option.rect, Qt::AlignCenter, QPalette(), true, text);
-}
-
-void bareSpinBoxes(benchmark::State &state)
-{
-    QStringList texts;
-    for (int i = 0; i < kRows * kColumns; ++i)
-        texts << frequencyText(0, i);
-    paintViewport(state, [&texts](QPainter *painter, const QStyleOptionViewItem &option, int row, int column) {
-        drawBareSpinBox(painter, option, texts.at(number(row, column)));
-    });
-}
-
-// --- variables: as many value cells, all of one variable ---
-
+// As many value cells, all of one variable.
 void variableCells(benchmark::State &state, const QVariant &name, const Value &value)
 {
     const AVeldoranVariableDelegate delegate;
     QStandardItemModel model(kRows * kColumns, 2);
     for (int i = 0; i < model.rowCount(); ++i) {
         model.setData(model.index(i, 0), name);
-        model.setData(model.index(i, 1), value(0, i));
+        model.setData(model.index(i, 1), value(i));
     }
-    paintViewport(state, [&](QPainter *painter, const QStyleOptionViewItem &option, int row, int column) {
-        delegate.paint(painter, option, model.index(number(row, column), 1));
+    paintViewport(state, [&](QPainter *painter, const QStyleOptionViewItem &option, int i) {
+        delegate.paint(painter, option, model.index(i, 1));
     });
 }
 
 void variableFilters(benchmark::State &state)
 {
-    variableCells(state, "VideoFilter", [](int, int i) { return i % 15; });
+    variableCells(state, "VideoFilter", [](int i) { return i % 15; });
 }
 
 void variableKeys(benchmark::State &state)
 {
-    variableCells(state, "Attenuator", [](int, int i) { return i % 6 * 10; });
+    variableCells(state, "Attenuator", [](int i) { return i % 6 * 10; });
 }
 
 void variableSwitches(benchmark::State &state)
 {
-    variableCells(state, "NoiseFloorCorrection", [](int, int i) { return i % 2; });
-}
-
-void variableNumbers(benchmark::State &state)
-{
-    variableCells(state, "LevelOffset", [](int, int i) { return i; }); // the last of the table
+    variableCells(state, "NoiseFloorCorrection", truth);
 }
 
 void variableFrequencies(benchmark::State &state)
 {
-    variableCells(state, "StartFrequency", [](int, int i) { return i; });
+    variableCells(state, "StartFrequency", [](int i) { return i; });
+}
+
+void variableNumbers(benchmark::State &state)
+{
+    variableCells(state, "LevelOffset", [](int i) { return i; }); // the last of the table
 }
 
 void variableNumbersById(benchmark::State &state)
 {
-    variableCells(state, 53, [](int, int i) { return i; });
+    variableCells(state, 53, [](int i) { return i; });
 }
 
-void filterTexts(benchmark::State &state)
-{
-    paintCells(state, QStyledItemDelegate(),
-               [](int row, int column) { return QStringLiteral("%1 kHz").arg(number(row, column) % 15); });
-}
-
-void bareComboBoxes(benchmark::State &state)
-{
-    paintViewport(state, [](QPainter *painter, const QStyleOptionViewItem &option, int row, int column) {
-        QStyleOptionComboBox box;
-        box.rect = option.rect;
-        box.state = option.state | QStyle::State_ReadOnly;
-        box.currentText = QStringLiteral("%1 kHz").arg(number(row, column) % 15);
-        QApplication::style()->drawComplexControl(QStyle::CC_ComboBox, &box, painter);
-        QApplication::style()->drawControl(QStyle::CE_ComboBoxLabel, &box, painter);
-    });
-}
-
-void numberTexts(benchmark::State &state)
-{
-    paintCells(state, QStyledItemDelegate(), [](int row, int column) { return QString::number(number(row, column)); });
-}
-
-void bareNumberSpinBoxes(benchmark::State &state)
-{
-    paintViewport(state, [](QPainter *painter, const QStyleOptionViewItem &option, int row, int column) {
-        drawBareSpinBox(painter, option, QString::number(number(row, column)));
-    });
-}
-
-BENCHMARK(plainTexts)->Unit(benchmark::kMicrosecond);
 BENCHMARK(megahertzCells)->Unit(benchmark::kMicrosecond);
+BENCHMARK(megahertzPeer)->Unit(benchmark::kMicrosecond);
 BENCHMARK(choiceCells)->Unit(benchmark::kMicrosecond);
 BENCHMARK(unselectedCells)->Unit(benchmark::kMicrosecond);
-BENCHMARK(yesNoTexts)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(plainCells, text, plainText)->Unit(benchmark::kMicrosecond);
 BENCHMARK(booleanCells)->Unit(benchmark::kMicrosecond);
 BENCHMARK(checkBoxCells)->Unit(benchmark::kMicrosecond);
-BENCHMARK(bareCheckBoxes)->Unit(benchmark::kMicrosecond);
-BENCHMARK(frequencyTexts)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(plainCells, yesNo, yesNoText)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(bareCheckBoxes, yesNo, yesNoText)->Unit(benchmark::kMicrosecond);
 BENCHMARK(frequencyCells)->Unit(benchmark::kMicrosecond);
-BENCHMARK(bareSpinBoxes)->Unit(benchmark::kMicrosecond);
-BENCHMARK(filterTexts)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(plainCells, frequency, frequencyText)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(bareSpinBoxes, frequency, frequencyText)->Unit(benchmark::kMicrosecond);
 BENCHMARK(variableFilters)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(plainCells, filter, filterText)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(bareComboBoxes, filter, filterText)->Unit(benchmark::kMicrosecond);
 BENCHMARK(variableKeys)->Unit(benchmark::kMicrosecond);
-BENCHMARK(bareComboBoxes)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(plainCells, key, keyText)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(bareComboBoxes, key, keyText)->Unit(benchmark::kMicrosecond);
 BENCHMARK(variableSwitches)->Unit(benchmark::kMicrosecond);
-BENCHMARK(numberTexts)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(plainCells, onOff, onOffText)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(bareCheckBoxes, onOff, onOffText)->Unit(benchmark::kMicrosecond);
+BENCHMARK(variableFrequencies)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(plainCells, megahertz, megahertzText)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(bareSpinBoxes, megahertz, megahertzText)->Unit(benchmark::kMicrosecond);
 BENCHMARK(variableNumbers)->Unit(benchmark::kMicrosecond);
 BENCHMARK(variableNumbersById)->Unit(benchmark::kMicrosecond);
-BENCHMARK(variableFrequencies)->Unit(benchmark::kMicrosecond);
-BENCHMARK(bareNumberSpinBoxes)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(plainCells, number, numberText)->Unit(benchmark::kMicrosecond);
+BENCHMARK_CAPTURE(bareSpinBoxes, number, numberText)->Unit(benchmark::kMicrosecond);
 
 } // namespace
 

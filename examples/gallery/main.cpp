@@ -16,6 +16,7 @@
 #include <QtWidgets/QTabWidget>
 #include <QtWidgets/QTableView>
 
+#include <algorithm>
 #include <cstring>
 
 namespace {
@@ -100,14 +101,21 @@ int main(int argc, char **argv)
     parser.process(application);
 
     QTextStream errors(stderr);
+    if (!parser.positionalArguments().isEmpty()) {
+        errors << parser.positionalArguments().constFirst() << ": no such argument is expected\n";
+        return 2;
+    }
     if (!QDir(parser.value(data)).exists(QStringLiteral("profiles"))) {
         errors << parser.value(data) << ": no example data, expected a directory with \"profiles\"\n";
         return 1;
     }
-    QObject::connect(ADataManager::instance(), &ADataManager::error,
-                     [](const QString &text) { QTextStream(stderr) << text << '\n'; });
-
     int status = 0;
+    QObject::connect(ADataManager::instance(), &ADataManager::error, [&](const QString &text) {
+        errors << text << '\n';
+        errors.flush();
+        status = 1;
+    });
+
     {
         QTabWidget window;
         window.setWindowTitle(Gallery::tr("Gallery"));
@@ -115,7 +123,7 @@ int main(int argc, char **argv)
         fillWindow(&window, parser.value(data));
         window.show();
         if (!parser.isSet(screenshot)) {
-            status = QApplication::exec();
+            status = std::max(status, QApplication::exec());
         } else if (!pictureOf(&window).save(parser.value(screenshot), "PNG")) {
             errors << parser.value(screenshot) << ": can't be written\n";
             status = 1;
