@@ -369,7 +369,8 @@ void TestLogoCommand::leavesItsInputsAlone()
     // A name without its suffix names another file, even if there is none.
     const Run result = run(kDevice + QStringList{"--background", path("background"), "--output", background});
     QCOMPARE(result.exitStatus, 1);
-    QCOMPARE(result.errors, QStringLiteral("aveldoran: %1: No such file or directory\n").arg(path("background")));
+    QCOMPARE(result.errors,
+             QStringLiteral("aveldoran: %1: can't be read: No such file or directory\n").arg(path("background")));
 }
 
 void TestLogoCommand::leavesSettingsOfTheUserAlone()
@@ -565,9 +566,10 @@ void TestLogoCommand::helps()
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitStatus, 0);
     QVERIFY(result.output.startsWith("Usage: aveldoran logo "));
-    for (const char *text : {"--calibrated", "--model, --firmware and --serial are\nrequired", "--background wide.pbm",
-                             "--settings wide.ini", "--options 0x13", "A lit pixel is black in a picture file",
-                             "the user are neither read nor written"})
+    for (const char *text :
+         {"--calibrated", "--model, --firmware and --serial are\nrequired", "--background examples/data/logos/wide.pbm",
+          "--settings examples/data/logos/wide.ini", "--options 0x13", "A lit pixel is black in a picture file",
+          "of the user are neither read nor written"})
         QVERIFY2(result.output.contains(text), text);
     QVERIFY(run({"--help"}).output.contains("logo"));
 }
