@@ -445,7 +445,8 @@ void TestMarkersCommand::refusesWrongUsage_data()
     QTest::newRow("no trace") << QStringList{} << "expected one trace file, found 0";
     QTest::newRow("two traces") << QStringList{"a.csv", "b.csv"} << "expected one trace file, found 2";
     QTest::newRow("unknown option") << QStringList{"--maxx", "1", "a.csv"} << "unknown option '--maxx'";
-    QTest::newRow("unknown format") << QStringList{"--format", "xml", "a.csv"} << "unknown format 'xml'";
+    QTest::newRow("unknown format") << QStringList{"--format", "xml", "a.csv"}
+                                    << "--format expects text or json, not 'xml'";
     QTest::newRow("a count in words") << QStringList{"--max", "all", "a.csv"}
                                       << "--max expects a whole number from 0 to 100, not 'all'";
     QTest::newRow("a negative count") << QStringList{"--min=-1", "a.csv"}

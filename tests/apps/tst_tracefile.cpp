@@ -191,7 +191,7 @@ void TestTraceFile::everyUnitIsReadByItsName()
 
 void TestTraceFile::refusesOneLineWithoutAnEnd()
 {
-    const QString tooLong = QStringLiteral("error: 1: the line is longer than %L1 bytes").arg(kMaxTraceLineBytes);
+    const QString tooLong = QStringLiteral("error: 1: the line is longer than %1 bytes").arg(kMaxTraceLineBytes);
     QCOMPARE(pointsOf(QByteArray(10000000, ' ')), tooLong);
     QCOMPARE(pointsOf("5;1" + QByteArray(kMaxTraceLineBytes - 2, ' ')), tooLong);
     QCOMPARE(pointsOf("5;1" + QByteArray(kMaxTraceLineBytes - 3, ' ')), QStringLiteral("5 Hz 1 dBm"));
