@@ -5,6 +5,7 @@
 #include <QtCore/QStandardPaths>
 #include <QtTest/QtTest>
 
+#include <algorithm>
 #include <memory>
 
 using Location = ADesktopServices::StandardLocation;
@@ -279,15 +280,18 @@ void TestADesktopServices::hugeFiltersTakeTimeInProportion()
     QFETCH(QString, after);
     const auto milliseconds = [&](int characters) {
         const QString filter = before + unit.repeated(characters / unit.size()) + after;
-        QElapsedTimer timer;
-        timer.start();
-        const bool isDefault = ADesktopServices::getFilterLocation(filter, "/default") == QLatin1String("/default");
-        return isDefault ? timer.nsecsElapsed() * 1e-6 : 1e9;
+        double fastest = 1e9;
+        for (int run = 0; run < 5; ++run) {
+            QElapsedTimer timer;
+            timer.start();
+            const bool isDefault = ADesktopServices::getFilterLocation(filter, "/default") == QLatin1String("/default");
+            fastest = std::min(fastest, isDefault ? timer.nsecsElapsed() * 1e-6 : 1e9);
+        }
+        return fastest;
     };
-    milliseconds(100000);
     const double few = milliseconds(100000);
     const double many = milliseconds(1000000);
-    QVERIFY2(many < 40 * few + 1000, qPrintable(QStringLiteral("%1 ms, %2 ms").arg(few).arg(many)));
+    QVERIFY2(many < 40 * few + 1, qPrintable(QStringLiteral("%1 ms, %2 ms").arg(few).arg(many)));
 }
 
 QTEST_GUILESS_MAIN(TestADesktopServices)

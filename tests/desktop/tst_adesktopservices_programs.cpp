@@ -22,6 +22,7 @@ private Q_SLOTS:
     void programsAreStartedByTheWrapper_data();
     void programsAreStartedByTheWrapper();
     void theWrapperItselfIsStartedAsItIs();
+    void aMissingWrapperIsNotTold();
     void argumentsThatTheSystemRefusesAreDropped();
 
     void filesWithArgumentsGoToXdgOpen_data();
@@ -106,6 +107,18 @@ void TestADesktopServicesPrograms::theWrapperItselfIsStartedAsItIs()
     QCOMPARE(waitForRecord(), QStringList{wrapper});
     QTest::qWait(100);
     QVERIFY(!QFile::exists(recordFile())); // it was started once
+}
+
+void TestADesktopServicesPrograms::aMissingWrapperIsNotTold()
+{
+    const QString wrapper = QCoreApplication::applicationDirPath() + "/ToolWrapper";
+    const QString away = wrapper + ".away";
+    QVERIFY(QFile::rename(wrapper, away));
+    ADesktopServices::executeAApplication("Analyser", {"x"});
+    ADesktopServices::executeAApplication("ToolWrapper", {"Analyser"});
+    QVERIFY(QFile::rename(away, wrapper));
+    QTest::qWait(100);
+    QVERIFY(!QFile::exists(recordFile()));
 }
 
 void TestADesktopServicesPrograms::argumentsThatTheSystemRefusesAreDropped()
