@@ -97,7 +97,7 @@ QString swallowedOption(const QVector<KnownOption> &options, const QStringList &
 QString problemOf(const QCommandLineParser &parser, const QVector<KnownOption> &options, const QStringList &arguments,
                   const QStringList &repeatable)
 {
-    const QString swallowed = swallowedOption(options, arguments);
+    QString swallowed = swallowedOption(options, arguments);
     if (!swallowed.isEmpty())
         return swallowed;
     const QStringList given = parser.optionNames();

@@ -55,7 +55,8 @@ QVector<PlotLegend::Cell> PlotLegend::cells() const
     const Grid grid = this->grid();
     const double left = (PlotLook::kLayoutWidth - grid.columns * grid.columnWidth + kColumnGap) / 2;
     const auto placeOf = [&](int index) {
-        return QPointF(left + index / grid.rows * grid.columnWidth, index % grid.rows * kRowHeight);
+        const int column = index / grid.rows;
+        return QPointF(left + column * grid.columnWidth, index % grid.rows * kRowHeight);
     };
     for (int i = 0; i < grid.shown; ++i)
         cells.append({metrics().elidedText(m_entries[i].name, Qt::ElideMiddle, m_widest + 1.0), placeOf(i), i});
