@@ -15,10 +15,9 @@ RecordedTimes::RecordedTimes(qint64 firstMs, const QVector<qint64> &endsMs)
     if (!areForward())
         return;
     // Three in four intervals are no longer than the usual one, so neither pauses nor sweeps at equal times make it.
-    QVector<qint64> intervals;
-    intervals.reserve(m_endsMs.size() - 1);
-    for (int i = 1; i < m_endsMs.size(); ++i)
-        intervals += m_endsMs[i] - m_endsMs[i - 1];
+    QVector<qint64> intervals(m_endsMs.size() - 1);
+    for (int i = 0; i < intervals.size(); ++i)
+        intervals[i] = m_endsMs[i + 1] - m_endsMs[i];
     const auto usual = intervals.begin() + (intervals.size() - 1) * 3 / 4;
     std::nth_element(intervals.begin(), usual, intervals.end());
     m_usualMs = std::max<qint64>(*usual, 1);
