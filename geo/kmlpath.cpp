@@ -6,7 +6,7 @@
 
 #include <QtCore/QStringBuilder>
 
-#include <cstring>
+#include <cmath>
 
 namespace {
 
@@ -134,8 +134,10 @@ const QString &KmlPointTexts::time(const AGeoData &point)
 
 const KmlPointTexts::Height &KmlPointTexts::height(const AGeoData &point)
 {
-    // Equal bits: 0 and -0 have texts of their own.
-    if (m_height.bottom.isEmpty() || std::memcmp(&m_height.altitude, &point.altitude, sizeof point.altitude) != 0)
+    // 0 and -0 are equal and have texts of their own.
+    const bool isSame =
+        m_height.altitude == point.altitude && std::signbit(m_height.altitude) == std::signbit(point.altitude);
+    if (m_height.bottom.isEmpty() || !isSame)
         m_height = heightTexts(point.altitude);
     return m_height;
 }
