@@ -139,6 +139,24 @@ QString AMdrDocument::Private::unreadableText() const
                                                  : file->errorString();
 }
 
+template<typename Record>
+bool AMdrDocument::Private::readRecord(const Entry &entry, const std::vector<Record> &inMemory, Record *record,
+                                       QString *errorText)
+{
+    if (isWaiting(entry))
+        writeWaiting();
+    if (!entry.isInFile) {
+        *record = inMemory[static_cast<std::size_t>(entry.at)];
+        return true;
+    }
+    if (!openEntry(entry, errorText))
+        return false;
+    if (input.read(record) && input.endChunk())
+        return true;
+    setText(errorText, unreadableText());
+    return false;
+}
+
 bool AMdrDocument::load(const QString &fileName, QString *errorText)
 {
     finishRecording();
@@ -165,43 +183,17 @@ bool AMdrDocument::load(const QString &fileName, QString *errorText)
 
 bool AMdrDocument::readSweep(int record, ASweep *sweep, QString *errorText) const
 {
-    if (!d->has(record, SweepRecord)) {
-        setText(errorText, AMdrDocument::tr("The recording has no such sweep"));
-        return false;
-    }
-    const Private::Entry &entry = d->entries[static_cast<std::size_t>(record)];
-    if (d->isWaiting(entry))
-        d->writeWaiting();
-    if (!entry.isInFile) {
-        *sweep = d->sweepsInMemory[static_cast<std::size_t>(entry.at)];
-        return true;
-    }
-    if (!d->openEntry(entry, errorText))
-        return false;
-    if (d->input.read(sweep) && d->input.endChunk())
-        return true;
-    setText(errorText, d->unreadableText());
+    if (d->has(record, SweepRecord))
+        return d->readRecord(d->entries[static_cast<std::size_t>(record)], d->sweepsInMemory, sweep, errorText);
+    setText(errorText, AMdrDocument::tr("The recording has no such sweep"));
     return false;
 }
 
 bool AMdrDocument::readGeoData(int record, AGeoData *geoData, QString *errorText) const
 {
-    if (!d->has(record, GeoDataRecord)) {
-        setText(errorText, AMdrDocument::tr("The recording has no such position record"));
-        return false;
-    }
-    const Private::Entry &entry = d->entries[static_cast<std::size_t>(record)];
-    if (d->isWaiting(entry))
-        d->writeWaiting();
-    if (!entry.isInFile) {
-        *geoData = d->geoDataInMemory[static_cast<std::size_t>(entry.at)];
-        return true;
-    }
-    if (!d->openEntry(entry, errorText))
-        return false;
-    if (d->input.read(geoData) && d->input.endChunk())
-        return true;
-    setText(errorText, d->unreadableText());
+    if (d->has(record, GeoDataRecord))
+        return d->readRecord(d->entries[static_cast<std::size_t>(record)], d->geoDataInMemory, geoData, errorText);
+    setText(errorText, AMdrDocument::tr("The recording has no such position record"));
     return false;
 }
 

@@ -47,6 +47,8 @@ struct AMdrDocument::Private
     bool indexChunk(quint32 type, qint64 at, quint64 chunksBefore, bool *isEnd);
 
     bool openEntry(const Entry &entry, QString *errorText) const;
+    template<typename Record>
+    bool readRecord(const Entry &entry, const std::vector<Record> &inMemory, Record *record, QString *errorText);
     QString unreadableText() const;
     bool copyChunk(const Entry &entry, MdrFormat::Output *to, QString *errorText) const;
     bool writeEntry(const Entry &entry, MdrFormat::Output *to, QString *errorText) const;
