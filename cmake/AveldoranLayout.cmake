@@ -24,6 +24,7 @@ set(AVELDORAN_PRIVATE_HEADERS
     core/orientation.h
     core/peaksuppression.h
     core/recordeddevice.h
+    core/regularfile.h
     core/xmldocument.h
     core/xmltagguard.h
     datamanager/adatamanager_p.h

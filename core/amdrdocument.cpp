@@ -1,6 +1,6 @@
 #include "core/amdrdocument_p.h"
 
-#include "core/xmldocument.h"
+#include "core/regularfile.h"
 
 #include <utility>
 

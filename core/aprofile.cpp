@@ -1,6 +1,7 @@
 #include "core/aprofile.h"
 
 #include "core/atomicfile.h"
+#include "core/regularfile.h"
 #include "core/xmldocument.h"
 
 #include <QtCore/QBuffer>
@@ -146,7 +147,7 @@ QList<AProfile *> AProfile::fromPath(const QString &path)
 {
     const QFileInfo info(path);
     if (!info.isDir())
-        return info.exists() ? QList<AProfile *>{fromFile(path)} : QList<AProfile *>();
+        return fileExists(path) ? QList<AProfile *>{fromFile(path)} : QList<AProfile *>();
 
     const QFileInfoList files =
         QDir(path).entryInfoList({QStringLiteral("*.profile")}, QDir::Files | QDir::CaseSensitive, QDir::Name);

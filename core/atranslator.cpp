@@ -18,8 +18,10 @@ ATranslator::ATranslator(QObject *parent)
 
 QStringList ATranslator::languages()
 {
+    const QStringList files = QDir(directory()).entryList({QStringLiteral("aveldoran_*.qm")}, QDir::Files, QDir::Name);
     QStringList codes;
-    for (const QString &file : QDir(directory()).entryList({QStringLiteral("aveldoran_*.qm")}, QDir::Files, QDir::Name))
+    codes.reserve(files.size());
+    for (const QString &file : files)
         codes += file.section(QLatin1Char('_'), 1).section(QLatin1Char('.'), 0, 0);
     return codes;
 }

@@ -2,6 +2,7 @@
 
 #include "core/atomicfile.h"
 #include "core/coretext.h"
+#include "core/regularfile.h"
 #include "core/xmldocument.h"
 
 #include <QtCore/QFile>

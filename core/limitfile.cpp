@@ -1,6 +1,6 @@
 #include "core/alimit.h"
 #include "core/boundedxmlreader.h"
-#include "core/xmldocument.h"
+#include "core/regularfile.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>

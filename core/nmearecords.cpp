@@ -16,7 +16,7 @@ constexpr int kStragglerMs = 60 * 1000;
 constexpr int kMaximumQuality = 8;
 constexpr int kQualityUnknown = 1;
 
-const qint64 kUnixEpoch = QDate(1970, 1, 1).toJulianDay();
+constexpr qint64 kUnixEpoch = 2440588; // 1970-01-01 as a Julian day
 
 // The time of a sentence that has one.
 bool timeOf(const Nmea::Sentence &sentence, int *msOfDay) noexcept

@@ -3,7 +3,7 @@
 #include "core/calibrationfile.h"
 #include "core/coretext.h"
 #include "core/emu.h"
-#include "core/xmldocument.h"
+#include "core/regularfile.h"
 
 #include <QtCore/QFile>
 

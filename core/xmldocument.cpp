@@ -3,8 +3,6 @@
 #include "core/boundedxmlreader.h"
 #include "core/coretext.h"
 
-#include <QtCore/QFile>
-#include <QtCore/QFileInfo>
 #include <QtCore/QXmlStreamReader>
 #include <QtCore/QXmlStreamWriter>
 
@@ -191,20 +189,6 @@ int xmlCharacterLength(const QString &text, int at)
 }
 
 } // namespace
-
-bool openRegularFile(QFile *file, QString *errorText)
-{
-    const QFileInfo info(file->fileName());
-    if (info.exists() && !info.isFile() && !info.isDir()) { // opening a pipe would wait for its other end
-        *errorText = CoreText::tr("Not a regular file");
-        return false;
-    }
-    if (!file->open(QIODevice::ReadOnly)) {
-        *errorText = file->errorString();
-        return false;
-    }
-    return true;
-}
 
 QDomDocument readXmlDocument(QIODevice *device, XmlError *error)
 {

@@ -16,10 +16,6 @@ struct XmlError
     qint64 column = 0;
 };
 
-// Opens a regular file for reading. False with *errorText set for anything else: a missing or unreadable file, a
-// directory, a pipe.
-bool openRegularFile(class QFile *file, QString *errorText);
-
 // Parses a whole XML document as it is read, without holding its text: damage early in a large file costs little.
 // The document type is dropped, and so is white space that only indents elements. On failure the document is null and
 // *error says where.

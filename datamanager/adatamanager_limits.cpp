@@ -36,9 +36,13 @@ int addLimitTree(ADataManager *manager, const QString &path, ScannedDirectories 
 
 bool ADataManager::addLimitFile(const QString &filename)
 {
+    // Before it is read, so that no change in between is missed.
+    const bool isNewlyWatched = !filename.isEmpty() && d->watcher.addPath(filename);
     QList<const ALimit *> limits;
     QString message;
     if (!ALimit::readAll(filename, limits, &message)) {
+        if (isNewlyWatched)
+            d->watcher.removePath(filename);
         Q_EMIT error(message);
         return false;
     }

@@ -1,9 +1,8 @@
 #include "datamanager/adatamanager.h"
 
 #include "core/alimit.h"
+#include "core/regularfile.h"
 #include "datamanager/adatamanager_p.h"
-
-#include <QtCore/QFile>
 
 #include <algorithm>
 
@@ -27,7 +26,7 @@ ACalibrationData::CalibrationType listedType(const QMap<ACalibrationData::Calibr
 
 void ADataManager::updateFile(QString filename) // NOLINT(performance-unnecessary-value-param): a slot's signature
 {
-    const bool missing = !QFile(filename).exists();
+    const bool missing = !fileExists(filename);
 
     // calibrationsByLabel stays as it is, deliberately: an object whose file has gone is still found by its label, and
     // what a changed file holds shows there after the next load only.
@@ -40,10 +39,11 @@ void ADataManager::updateFile(QString filename) // NOLINT(performance-unnecessar
                 d->calibrationFilesByType[type].remove(filename);
                 d->calibrationFilesByType[ACalibrationData::AllTypes].remove(filename);
             } else {
+                watchFile(
+                    filename); // a file that is replaced takes its watch along; first, so that no change is missed
                 QList<ACalibrationData> &objects = d->calibrationsByFile[filename];
                 objects.clear(); // and empty if the file can't be read
                 ACalibrationData::readAll(filename, objects, type);
-                watchFile(filename); // a file that is replaced takes its watch along
             }
             Q_EMIT calibrationDataChanged(type);
         }

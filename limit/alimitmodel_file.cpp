@@ -1,6 +1,7 @@
 #include "limit/alimitmodel.h"
 
 #include "core/boundeddom.h"
+#include "core/regularfile.h"
 #include "core/xmldocument.h"
 
 #include <QtCore/QDir>
@@ -168,7 +169,7 @@ private:
 bool ALimitModel::loadFromFile(const QString &fileName)
 {
     QFile file(fileName);
-    if (!file.exists()) {
+    if (!fileExists(fileName)) {
         Q_EMIT loadError(tr("File '%1' does not exist").arg(fileName));
         return false;
     }

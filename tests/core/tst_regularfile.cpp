@@ -1,0 +1,126 @@
+#include "core/regularfile.h"
+
+#include <QtCore/QFile>
+#include <QtCore/QTemporaryDir>
+#include <QtTest/QtTest>
+
+#include <atomic>
+#include <cstdio>
+#include <thread>
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+class TestRegularFile : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void cleanup();
+
+    void existence();
+    void aFileThatIsReplacedExists();
+    void openingFiles();
+    void openingWhatIsNoFile_data();
+    void openingWhatIsNoFile();
+
+private:
+    QString path(const QString &name) const { return m_directory.filePath(name); }
+    void write(const QString &name) const;
+
+    QTemporaryDir m_directory;
+};
+
+void TestRegularFile::initTestCase()
+{
+    QVERIFY(m_directory.isValid());
+    write("file");
+    QCOMPARE(::symlink("file", QFile::encodeName(path("link")).constData()), 0);
+    QCOMPARE(::symlink("nothing", QFile::encodeName(path("dangling")).constData()), 0);
+    QCOMPARE(::mkfifo(QFile::encodeName(path("pipe")).constData(), 0600), 0);
+}
+
+void TestRegularFile::cleanup()
+{
+    QFile::remove(path("replaced"));
+}
+
+void TestRegularFile::write(const QString &name) const
+{
+    QFile file(path(name));
+    QVERIFY(file.open(QIODevice::WriteOnly) && file.write("content") == 7);
+}
+
+void TestRegularFile::existence()
+{
+    QVERIFY(fileExists(path("file")));
+    QVERIFY(fileExists(path("link")));
+    QVERIFY(fileExists(path("pipe")));
+    QVERIFY(fileExists(m_directory.path()));
+    QVERIFY(!fileExists(path("dangling")));
+    QVERIFY(!fileExists(path("nothing")));
+    QVERIFY(!fileExists(path("file/below")));
+    QVERIFY(!fileExists(QString()));
+}
+
+void TestRegularFile::aFileThatIsReplacedExists()
+{
+    const QByteArray name = QFile::encodeName(path("replaced"));
+    const QByteArray next = QFile::encodeName(path("next"));
+    write("replaced");
+    std::atomic<bool> done{false};
+    std::atomic<int> failures{0};
+    std::thread other([&] {
+        while (!done) {
+            std::FILE *const file = std::fopen(next.constData(), "w");
+            if (!file || std::fclose(file) != 0 || std::rename(next.constData(), name.constData()) != 0)
+                ++failures;
+        }
+    });
+    int missing = 0;
+    for (int i = 0; i < 50000; ++i)
+        missing += fileExists(path("replaced")) ? 0 : 1;
+    done = true;
+    other.join();
+    QCOMPARE(failures.load(), 0);
+    QCOMPARE(missing, 0);
+}
+
+void TestRegularFile::openingFiles()
+{
+    for (const char *name : {"file", "link"}) {
+        QFile file(path(name));
+        QString reason = "unchanged";
+        QVERIFY(openRegularFile(&file, &reason));
+        QCOMPARE(reason, QString("unchanged"));
+        QCOMPARE(file.openMode(), QIODevice::ReadOnly);
+        QCOMPARE(file.readAll(), QByteArray("content"));
+    }
+}
+
+void TestRegularFile::openingWhatIsNoFile_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QString>("reason");
+
+    QTest::newRow("missing") << path("nothing") << "No such file or directory";
+    QTest::newRow("dangling link") << path("dangling") << "No such file or directory";
+    QTest::newRow("pipe") << path("pipe") << "Not a regular file";
+    QTest::newRow("device") << "/dev/zero"
+                            << "Not a regular file";
+    QTest::newRow("directory") << m_directory.path() << "file to open is a directory";
+}
+
+void TestRegularFile::openingWhatIsNoFile()
+{
+    QFETCH(QString, name);
+    QFile file(name);
+    QString reason;
+    QVERIFY(!openRegularFile(&file, &reason));
+    QTEST(reason, "reason");
+    QVERIFY(!file.isOpen());
+}
+
+QTEST_GUILESS_MAIN(TestRegularFile)
+#include "tst_regularfile.moc"
