@@ -147,7 +147,7 @@ QList<AProfile *> AProfile::fromPath(const QString &path)
 {
     const QFileInfo info(path);
     if (!info.isDir())
-        return fileExists(path) ? QList<AProfile *>{fromFile(path)} : QList<AProfile *>();
+        return QFile::exists(path) ? QList<AProfile *>{fromFile(path)} : QList<AProfile *>();
 
     const QFileInfoList files =
         QDir(path).entryInfoList({QStringLiteral("*.profile")}, QDir::Files | QDir::CaseSensitive, QDir::Name);

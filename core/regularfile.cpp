@@ -5,13 +5,6 @@
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 
-#include <unistd.h>
-
-bool fileExists(const QString &fileName)
-{
-    return QFile::exists(fileName) || ::access(QFile::encodeName(fileName).constData(), F_OK) == 0;
-}
-
 bool openRegularFile(QFile *file, QString *errorText)
 {
     const QFileInfo info(file->fileName());

@@ -1,8 +1,9 @@
 #include "datamanager/adatamanager.h"
 
 #include "core/alimit.h"
-#include "core/regularfile.h"
 #include "datamanager/adatamanager_p.h"
+
+#include <QtCore/QFile>
 
 #include <algorithm>
 
@@ -26,7 +27,8 @@ ACalibrationData::CalibrationType listedType(const QMap<ACalibrationData::Calibr
 
 void ADataManager::updateFile(QString filename) // NOLINT(performance-unnecessary-value-param): a slot's signature
 {
-    const bool missing = !fileExists(filename);
+    // Not QFile(filename).exists(), which says no of a file that another process is just replacing.
+    const bool missing = !QFile::exists(filename);
 
     // calibrationsByLabel stays as it is, deliberately: an object whose file has gone is still found by its label, and
     // what a changed file holds shows there after the next load only.

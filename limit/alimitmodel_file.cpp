@@ -169,7 +169,7 @@ private:
 bool ALimitModel::loadFromFile(const QString &fileName)
 {
     QFile file(fileName);
-    if (!fileExists(fileName)) {
+    if (!QFile::exists(fileName)) {
         Q_EMIT loadError(tr("File '%1' does not exist").arg(fileName));
         return false;
     }

@@ -4,10 +4,6 @@
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 
-#include <atomic>
-#include <cstdio>
-#include <thread>
-
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -17,10 +13,7 @@ class TestRegularFile : public QObject
 
 private Q_SLOTS:
     void initTestCase();
-    void cleanup();
 
-    void existence();
-    void aFileThatIsReplacedExists();
     void openingFiles();
     void openingWhatIsNoFile_data();
     void openingWhatIsNoFile();
@@ -41,50 +34,10 @@ void TestRegularFile::initTestCase()
     QCOMPARE(::mkfifo(QFile::encodeName(path("pipe")).constData(), 0600), 0);
 }
 
-void TestRegularFile::cleanup()
-{
-    QFile::remove(path("replaced"));
-}
-
 void TestRegularFile::write(const QString &name) const
 {
     QFile file(path(name));
     QVERIFY(file.open(QIODevice::WriteOnly) && file.write("content") == 7);
-}
-
-void TestRegularFile::existence()
-{
-    QVERIFY(fileExists(path("file")));
-    QVERIFY(fileExists(path("link")));
-    QVERIFY(fileExists(path("pipe")));
-    QVERIFY(fileExists(m_directory.path()));
-    QVERIFY(!fileExists(path("dangling")));
-    QVERIFY(!fileExists(path("nothing")));
-    QVERIFY(!fileExists(path("file/below")));
-    QVERIFY(!fileExists(QString()));
-}
-
-void TestRegularFile::aFileThatIsReplacedExists()
-{
-    const QByteArray name = QFile::encodeName(path("replaced"));
-    const QByteArray next = QFile::encodeName(path("next"));
-    write("replaced");
-    std::atomic<bool> done{false};
-    std::atomic<int> failures{0};
-    std::thread other([&] {
-        while (!done) {
-            std::FILE *const file = std::fopen(next.constData(), "w");
-            if (!file || std::fclose(file) != 0 || std::rename(next.constData(), name.constData()) != 0)
-                ++failures;
-        }
-    });
-    int missing = 0;
-    for (int i = 0; i < 50000; ++i)
-        missing += fileExists(path("replaced")) ? 0 : 1;
-    done = true;
-    other.join();
-    QCOMPARE(failures.load(), 0);
-    QCOMPARE(missing, 0);
 }
 
 void TestRegularFile::openingFiles()
