@@ -1,8 +1,8 @@
 # Installs the libraries with their public headers, the package AveldoranData for find_package, and files for pkg-config.
-# Everything refers to its own place, so that an installed tree can be moved. Read after all targets are complete.
+# Everything refers to its own place, so that an installed tree can be moved. Read after both libraries are complete, and
+# before the programs, whose run path it sets.
 # The components core, data, development and tools are the Debian packages (AveldoranPackages.cmake).
 
-include(AveldoranLayout)
 include(CMakePackageConfigHelpers)
 
 set(aveldoran_package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/AveldoranData)
@@ -26,13 +26,12 @@ install(TARGETS aveldorandata
     EXPORT AveldoranDataTargets
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT data NAMELINK_COMPONENT development)
 
-# Programs, whose folder comes later, look for the libraries from their own place too.
+# Programs look for the libraries from their own place too.
 cmake_path(RELATIVE_PATH CMAKE_INSTALL_FULL_LIBDIR BASE_DIRECTORY ${CMAKE_INSTALL_FULL_BINDIR} OUTPUT_VARIABLE bin_to_lib)
 set(CMAKE_INSTALL_RPATH "$ORIGIN/${bin_to_lib}")
 
 foreach(folder IN LISTS AVELDORAN_FOLDERS)
-    file(GLOB headers CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/${folder}/*.h)
-    list(REMOVE_ITEM headers ${AVELDORAN_PRIVATE_HEADERS})
+    aveldoran_public_headers(${folder} headers)
     install(FILES ${headers} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/aveldoran/${folder}
         COMPONENT development)
 endforeach()

@@ -1,8 +1,10 @@
-# What lies where: the folders of the libraries, and the headers in them that are not installed. The tests of the layout
-# read it too, so it only sets variables.
+# What lies where: the folders of both libraries and of libaveldorandata alone, and the headers in them that are not
+# installed. The tests of the layout read it too, so it makes nothing.
 
+set(AVELDORAN_DATA_FOLDERS
+    datamanager channel marker geo bootlogo limit calibration views display desktop)
 set(AVELDORAN_FOLDERS
-    core datamanager channel marker geo bootlogo limit calibration views display desktop)
+    core ${AVELDORAN_DATA_FOLDERS})
 
 # A header that says "Private to" stands in this list, every other one is public.
 set(AVELDORAN_PRIVATE_HEADERS
@@ -30,11 +32,18 @@ set(AVELDORAN_PRIVATE_HEADERS
     datamanager/adatamanager_p.h
     datamanager/filenames.h
     datamanager/oldcalibrationfile.h
+    datamanager/scanneddirectories.h
     geo/elementmaker.h
     geo/kmlpath.h
     geo/waypoint.h
-    datamanager/scanneddirectories.h
     marker/aspectrummarkerlist_p.h
     views/editorlook.h
     views/filtertable.h
 )
+
+# The headers of a folder that are installed, as seen from the root.
+function(aveldoran_public_headers folder result)
+    file(GLOB headers CONFIGURE_DEPENDS RELATIVE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/${folder}/*.h)
+    list(REMOVE_ITEM headers ${AVELDORAN_PRIVATE_HEADERS})
+    set(${result} ${headers} PARENT_SCOPE)
+endfunction()

@@ -1,4 +1,4 @@
-# Language, warnings and sanitizers: what holds for every target of the project.
+# Language, build type, warnings, library directory and sanitizers: what holds for every target of the project.
 
 set(CMAKE_CXX_STANDARD 17)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)

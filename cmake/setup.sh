@@ -4,7 +4,6 @@
 export LC_ALL=C.UTF-8
 
 logs=build/logs
-program=build/release/apps/aveldoran/aveldoran
 
 library_packages=(cmake g++ libqwt-qt5-dev libudev-dev ninja-build qtbase5-dev
     qttools5-dev-tools)
