@@ -39,10 +39,7 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
         QStringLiteral("at"),
         QStringLiteral("Print the gains at this frequency too, such as '145 MHz'; in hertz if it has no unit."),
         QStringLiteral("FREQ"));
-    const QCommandLineOption plot(QStringLiteral("plot"),
-                                  QStringLiteral("Draw the gains over frequency into a PNG file."),
-                                  QStringLiteral("FILE.png"));
-    parser.addOptions({at, plot});
+    parser.addOptions({at, plotOption(QStringLiteral("Draw the gains over frequency into a PNG file."))});
     parser.addPositionalArgument(
         QStringLiteral("PATH"),
         QStringLiteral("A calibration file, or a directory of them (%1), which is read with all below it.")
@@ -53,14 +50,9 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
 
     *exitStatus = ExitUsage;
     options->hasFrequency = parser.isSet(at);
-    options->paths = parser.positionalArguments();
-    if (options->paths.isEmpty()) {
-        CommandLine::usageError(kCommand, QStringLiteral("a calibration file is missing"));
-        return false;
-    }
-    return readFrequencyOption(parser, kCommand, QStringLiteral("at"), &options->frequency) &&
-           readOutputOption(parser, kCommand, QStringLiteral("plot"), options->paths, {QStringLiteral(".png")},
-                            &options->picture);
+    return readArguments(parser, kCommand, QStringLiteral("calibration file"), &options->paths) &&
+           readFrequencyOption(parser, kCommand, QStringLiteral("at"), &options->frequency) &&
+           readPlotOption(parser, kCommand, options->paths, &options->picture);
 }
 
 bool readFile(const QString &fileName, QList<ACalibrationData> *objects)
@@ -68,12 +60,9 @@ bool readFile(const QString &fileName, QList<ACalibrationData> *objects)
     if (!canBeRead(fileName))
         return false;
     Console::progress(QStringLiteral("reading %1").arg(fileName));
-    QString errorText;
-    const bool isRead = ACalibrationData::readAll(fileName, *objects, ACalibrationData::AnyType, &errorText);
-    Console::clearProgress();
-    if (!isRead)
-        Console::error(errorText);
-    return isRead;
+    return Console::attempt([&](QString *errorText) {
+        return ACalibrationData::readAll(fileName, *objects, ACalibrationData::AnyType, errorText);
+    });
 }
 
 bool readPath(const QString &path, QList<ACalibrationData> *objects)
@@ -96,7 +85,7 @@ bool readPath(const QString &path, QList<ACalibrationData> *objects)
 
 QString nameOf(const ACalibrationData &object)
 {
-    return object.label().isEmpty() ? QStringLiteral("-") : Console::oneLine(object.label());
+    return Console::oneLineOrDash(object.label());
 }
 
 QString unitOf(const ACalibrationData &object)
@@ -132,7 +121,7 @@ void printObject(const ACalibrationData &object, const Options &options)
         return;
     }
     line += level.size() == 1 ? QStringLiteral("  1 entry") : QStringLiteral("  %1 entries").arg(level.size());
-    line += QStringLiteral("  %1 - %2").arg(shortFrequency(level.firstKey()), shortFrequency(level.lastKey()));
+    line += QStringLiteral("  ") + rangeText(level.firstKey(), level.lastKey());
     double least = 0.0;
     double highest = 0.0;
     if (gainRange(object, &least, &highest)) {
@@ -214,12 +203,7 @@ bool draw(const QList<ACalibrationData> &objects, const Options &options)
     std::sort(marked.begin(), marked.end());
     for (int i = 0; i < marked.size(); ++i)
         plot.addMarker(atHz, marked.at(i), i == 0 ? shortFrequency(options.frequency) : QString(), Plot::AbovePoint);
-    QString errorText;
-    const bool saved = plot.save(options.picture, &errorText);
-    Console::clearProgress();
-    if (!saved)
-        Console::error(errorText);
-    return saved;
+    return Console::attempt([&](QString *errorText) { return plot.save(options.picture, errorText); });
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #include "apps/aveldoran/commands.h"
 #include "apps/aveldoran/console.h"
 #include "apps/aveldoran/inputfile.h"
+#include "apps/aveldoran/jsonlist.h"
 #include "apps/aveldoran/options.h"
 #include "apps/aveldoran/plantext.h"
 #include "apps/aveldoran/planxml.h"
@@ -13,7 +14,7 @@
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QHash>
-#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
 #include <QtCore/QLoggingCategory>
 #include <QtCore/QSet>
 
@@ -216,7 +217,7 @@ int depthOf(const AChannelInfo *range)
 
 void print(const AChannelInfo::FlatList &plan, const Options &options)
 {
-    QString separator = QStringLiteral("[\n");
+    JsonList json;
     for (const auto &[range, level] : plan) {
         const int depth = depthOf(range);
         if (depth < 0)
@@ -226,15 +227,14 @@ void print(const AChannelInfo::FlatList &plan, const Options &options)
             QJsonObject object = rangeAsJson(*range, depth);
             if (options.stacked)
                 object[QStringLiteral("level")] = shownLevel;
-            Console::write(separator + QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)));
-            separator = QStringLiteral(",\n");
+            json.add(object);
         } else {
             const QString prefix = options.stacked ? QStringLiteral("%1  ").arg(shownLevel, 3) : QString();
             Console::write(prefix + rangeAsText(*range, depth));
         }
     }
     if (options.format == Format::Json)
-        Console::write(separator == QLatin1String("[\n") ? QStringLiteral("[]\n") : QStringLiteral("\n]\n"));
+        json.end();
 }
 
 void printAsXml(AChannelInfo *group)

@@ -73,6 +73,16 @@ void remark(const QString &text)
     std::fprintf(stderr, "%s\n", text.toLocal8Bit().constData());
 }
 
+bool attempt(const std::function<bool(QString *errorText)> &operation)
+{
+    QString errorText;
+    const bool succeeded = operation(&errorText);
+    clearProgress();
+    if (!succeeded)
+        error(errorText);
+    return succeeded;
+}
+
 void clearProgress()
 {
     if (progressIsShown)
@@ -103,6 +113,11 @@ QString oneLine(const QString &text)
             c = QChar::ReplacementCharacter;
     }
     return line;
+}
+
+QString oneLineOrDash(const QString &text)
+{
+    return text.isEmpty() ? QStringLiteral("-") : oneLine(text);
 }
 
 } // namespace Console

@@ -2,6 +2,8 @@
 
 #include <QtCore/QString>
 
+#include <functional>
+
 // What all subcommands say to the user, in one manner.
 namespace Console {
 
@@ -18,6 +20,9 @@ void progress(const QString &text);
 void progressBar(const QString &text, qint64 done, qint64 total);
 void clearProgress();
 
+// Does what may fail with a text for the user, which is then reported as an error. The progress ends with it.
+bool attempt(const std::function<bool(QString *errorText)> &operation);
+
 // A line on standard error that is no error.
 void remark(const QString &text);
 
@@ -27,5 +32,6 @@ bool finish();
 
 // A text on one line, without characters that a terminal would act on.
 QString oneLine(const QString &text);
+QString oneLineOrDash(const QString &text); // "-" for an empty one
 
 } // namespace Console

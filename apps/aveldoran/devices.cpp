@@ -1,6 +1,7 @@
 #include "apps/aveldoran/commandline.h"
 #include "apps/aveldoran/commands.h"
 #include "apps/aveldoran/console.h"
+#include "apps/aveldoran/jsonlist.h"
 #include "apps/aveldoran/options.h"
 #include "apps/aveldoran/texttable.h"
 
@@ -10,7 +11,6 @@
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QEventLoop>
 #include <QtCore/QJsonArray>
-#include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 
 namespace {
@@ -67,21 +67,15 @@ QString hexadecimal(unsigned short id)
     return QStringLiteral("%1").arg(id, 4, 16, QLatin1Char('0'));
 }
 
-QString textOrDash(const QString &text)
-{
-    const QString line = Console::oneLine(text);
-    return line.isEmpty() ? QStringLiteral("-") : line;
-}
-
 QStringList rowOf(const AVeldoranChipInformation &chip)
 {
     const bool isLocated = chip.location != 0;
-    return {textOrDash(kindsOf(chip).join(QLatin1Char(','))),
+    return {Console::oneLineOrDash(kindsOf(chip).join(QLatin1Char(','))),
             hexadecimal(chip.vendorId) + QLatin1Char(':') + hexadecimal(chip.productId),
             isLocated ? QString::number(chip.location / 256) : QStringLiteral("-"),
             isLocated ? QString::number(chip.location % 256) : QStringLiteral("-"),
-            textOrDash(chip.name),
-            textOrDash(chip.description)};
+            Console::oneLineOrDash(chip.name.simplified()),
+            Console::oneLineOrDash(chip.description.simplified())};
 }
 
 void printText(const AVeldoranDeviceList &list, bool all)
@@ -121,13 +115,10 @@ QJsonObject chipAsJson(const AVeldoranChipInformation &chip)
 
 void printJson(const AVeldoranDeviceList &list)
 {
-    QString separator = QStringLiteral("[\n");
-    for (int i = 0; i < list.count(); ++i) {
-        const QJsonDocument document(chipAsJson(list.at(i)));
-        Console::write(separator + QString::fromUtf8(document.toJson(QJsonDocument::Compact)));
-        separator = QStringLiteral(",\n");
-    }
-    Console::write(list.count() == 0 ? QStringLiteral("[]\n") : QStringLiteral("\n]\n"));
+    JsonList json;
+    for (int i = 0; i < list.count(); ++i)
+        json.add(chipAsJson(list.at(i)));
+    json.end();
 }
 
 } // namespace

@@ -326,13 +326,10 @@ bool writeDocument(const QDomDocument &document, const Options &options)
         return false;
     }
     Console::progress(QStringLiteral("writing %1").arg(options.output));
-    QString errorText;
-    const bool isWritten = writeOutputFile(
-        options.output, [&document](QIODevice *device) { return writeKml(document, device); }, &errorText);
-    Console::clearProgress();
-    if (!isWritten)
-        Console::error(errorText);
-    return isWritten;
+    return Console::attempt([&](QString *errorText) {
+        return writeOutputFile(
+            options.output, [&document](QIODevice *device) { return writeKml(document, device); }, errorText);
+    });
 }
 
 void tell(const Options &options, const QString &text)

@@ -50,10 +50,7 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
         QStringLiteral("rewrite"),
         QStringLiteral("Write the limits of one file anew, as a limit editor does: without descriptions."),
         QStringLiteral("FILE.xml"));
-    const QCommandLineOption plot(QStringLiteral("plot"),
-                                  QStringLiteral("Draw the limits, and the trace, into a PNG file."),
-                                  QStringLiteral("FILE.png"));
-    parser.addOptions({check, rewrite, plot});
+    parser.addOptions({check, rewrite, plotOption(QStringLiteral("Draw the limits, and the trace, into a PNG file."))});
     parser.addPositionalArgument(
         QStringLiteral("PATH"),
         QStringLiteral("A limit file, or a directory of them (*.xml); directories below it are not read."),
@@ -62,11 +59,8 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
         return false;
 
     *exitStatus = ExitUsage;
-    options->files = parser.positionalArguments();
-    if (options->files.isEmpty()) {
-        CommandLine::usageError(kCommand, QStringLiteral("a limit file is missing"));
+    if (!readArguments(parser, kCommand, QStringLiteral("limit file"), &options->files))
         return false;
-    }
     if (parser.isSet(rewrite) && (options->files.size() != 1 || QFileInfo(options->files.constFirst()).isDir())) {
         CommandLine::usageError(kCommand, QStringLiteral("--rewrite expects one limit file"));
         return false;
@@ -75,9 +69,8 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
     return readFileOption(parser, kCommand, QStringLiteral("check"), &options->traceFile) &&
            readOutputOption(parser, kCommand, QStringLiteral("rewrite"), {options->traceFile}, {},
                             &options->rewritten) &&
-           readOutputOption(parser, kCommand, QStringLiteral("plot"),
-                            options->files + QStringList{options->traceFile, options->rewritten},
-                            {QStringLiteral(".png")}, &options->picture);
+           readPlotOption(parser, kCommand, options->files + QStringList{options->traceFile, options->rewritten},
+                          &options->picture);
 }
 
 // The limits of all files, with the file of each.
@@ -94,11 +87,8 @@ struct Limits
         if (!canBeRead(fileName))
             return false;
         Console::progress(QStringLiteral("reading %1").arg(fileName));
-        QString errorText;
-        const bool isRead = ALimit::readAll(fileName, all, &errorText);
-        Console::clearProgress();
-        if (!isRead)
-            Console::error(errorText);
+        const bool isRead =
+            Console::attempt([&](QString *errorText) { return ALimit::readAll(fileName, all, errorText); });
         while (files.size() < all.size())
             files.append(fileName);
         return isRead;
@@ -123,18 +113,13 @@ private:
 
 QString nameOf(const ALimit &limit)
 {
-    return limit.name().isEmpty() ? QStringLiteral("-") : Console::oneLine(limit.name());
+    return Console::oneLineOrDash(limit.name());
 }
 
 QString unitOf(const ALimit &limit)
 {
     const emu_entry *unit = emu_find(limit.unitId());
     return unit ? QString::fromUcs4(unit->name) : QStringLiteral("unit %1").arg(Console::oneLine(limit.unit()));
-}
-
-QString rangeText(const AFrequency &begin, const AFrequency &end)
-{
-    return shortFrequency(begin) + QStringLiteral(" - ") + shortFrequency(end);
 }
 
 QString numberText(double value)
@@ -271,11 +256,8 @@ bool rewrite(const QString &fileName, const QString &target)
         return false;
     }
     QDir().mkpath(QFileInfo(target).absolutePath()); // what becomes of it, the writing tells
-    QString errorText;
-    if (!writeOutputFile(target, source.readAll(), &errorText)) {
-        Console::error(errorText);
+    if (!Console::attempt([&](QString *errorText) { return writeOutputFile(target, source.readAll(), errorText); }))
         return false;
-    }
     Console::write(QStringLiteral("%1: written; limits: %2, pieces: %3, descriptions left out: %4\n")
                        .arg(Console::oneLine(target), QString::number(model.rowCount()),
                             QString::number(countPieces(model)), QString::number(countDescriptions(model))));
@@ -306,11 +288,9 @@ bool draw(const Limits &limits, const Trace *trace, const Options &options)
                            .arg(nameOf(*limit), unitOf(*limit), QString::fromUcs4(emu_find(unit)->name)));
         complete = false;
     }
-    QString errorText;
-    const bool saved = drawLimits(Console::oneLine(title), drawn, trace, unit, picture, &errorText);
-    Console::clearProgress();
-    if (!saved)
-        Console::error(errorText);
+    const bool saved = Console::attempt([&](QString *errorText) {
+        return drawLimits(Console::oneLine(title), drawn, trace, unit, picture, errorText);
+    });
     return saved && complete;
 }
 
@@ -332,13 +312,8 @@ int runLimits(const QStringList &arguments)
     Trace trace;
     if (hasTrace) {
         Console::progress(QStringLiteral("reading %1").arg(options.traceFile));
-        QString errorText;
-        const bool isRead = readTraceFile(options.traceFile, &trace, &errorText);
-        Console::clearProgress();
-        if (!isRead) {
-            Console::error(errorText);
+        if (!Console::attempt([&](QString *errorText) { return readTraceFile(options.traceFile, &trace, errorText); }))
             return ExitFailed;
-        }
         complete = checkTrace(limits, trace) && complete;
     } else {
         printList(limits);

@@ -100,12 +100,8 @@ void addOptions(QCommandLineParser *parser)
 
 bool readText(const QCommandLineParser &parser, const QString &name, QString *text)
 {
-    if (!parser.isSet(name)) {
-        CommandLine::usageError(kCommand, QStringLiteral("--%1 is missing").arg(name));
-        return false;
-    }
     *text = parser.value(name);
-    return true;
+    return requireOption(parser, kCommand, name);
 }
 
 bool refuse(const QString &option, const char *expected, const QString &found)
@@ -370,11 +366,7 @@ bool encode(const ABootlogoData &logo, const Options &options, QByteArray *conte
 
 bool writeFile(const QString &name, const QByteArray &content)
 {
-    QString errorText;
-    if (writeOutputFile(name, content, &errorText))
-        return true;
-    Console::error(errorText);
-    return false;
+    return Console::attempt([&](QString *errorText) { return writeOutputFile(name, content, errorText); });
 }
 
 } // namespace

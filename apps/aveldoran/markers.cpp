@@ -1,6 +1,7 @@
 #include "apps/aveldoran/commandline.h"
 #include "apps/aveldoran/commands.h"
 #include "apps/aveldoran/console.h"
+#include "apps/aveldoran/jsonlist.h"
 #include "apps/aveldoran/options.h"
 #include "apps/aveldoran/plantext.h"
 #include "apps/aveldoran/plot.h"
@@ -13,7 +14,6 @@
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QFileInfo>
 #include <QtCore/QJsonArray>
-#include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 
 #include <cmath>
@@ -68,11 +68,8 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
         QStringLiteral("How far peaks of one kind lie apart at least; in hertz if it has no unit."), frequency);
     const QCommandLineOption reference(QStringLiteral("reference"),
                                        QStringLiteral("Show all others as differences to the Nth marker."), number);
-    const QCommandLineOption format = formatOption();
-    const QCommandLineOption plot(QStringLiteral("plot"),
-                                  QStringLiteral("Draw the trace with its markers into a PNG file."),
-                                  QStringLiteral("FILE.png"));
-    parser.addOptions({max, min, at, spacing, reference, format, plot});
+    parser.addOptions({max, min, at, spacing, reference, formatOption(),
+                       plotOption(QStringLiteral("Draw the trace with its markers into a PNG file."))});
     parser.addPositionalArgument(QStringLiteral("TRACE.csv"), QStringLiteral("The trace: frequencies and levels."));
     if (!CommandLine::parse(&parser, kCommand, arguments, exitStatus, at.names()))
         return false;
@@ -109,8 +106,7 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
     }
     return readNumberOption(parser, kCommand, QStringLiteral("reference"), 1, count, &options->reference) &&
            readFormatOption(parser, kCommand, &options->asJson) &&
-           readOutputOption(parser, kCommand, QStringLiteral("plot"), {options->traceFile}, {QStringLiteral(".png")},
-                            &options->picture);
+           readPlotOption(parser, kCommand, {options->traceFile}, &options->picture);
 }
 
 void setMarkers(const Trace &trace, const Options &options, ASpectrumMarkerList *list)
@@ -230,13 +226,10 @@ QJsonObject markerAsJson(const ASpectrumMarker &marker, const emu_entry *unit)
 
 void printJson(const Trace &trace, const Markers &markers)
 {
-    QString separator = QStringLiteral("[\n");
-    for (const ASpectrumMarker *marker : markers) {
-        const QJsonObject object = markerAsJson(*marker, emu_find(trace.unit));
-        Console::write(separator + QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)));
-        separator = QStringLiteral(",\n");
-    }
-    Console::write(QStringLiteral("\n]\n"));
+    JsonList json;
+    for (const ASpectrumMarker *marker : markers)
+        json.add(markerAsJson(*marker, emu_find(trace.unit)));
+    json.end();
 }
 
 bool drawPicture(const Trace &trace, const Markers &markers, const Options &options)
@@ -256,12 +249,7 @@ bool drawPicture(const Trace &trace, const Markers &markers, const Options &opti
                            labelItems(*marker, unit).join(QLatin1Char(' ')).trimmed(),
                            marker->type() == ASpectrumMarker::TypeMin ? Plot::BelowPoint : Plot::AbovePoint);
     }
-    QString errorText;
-    const bool saved = plot.save(options.picture, &errorText);
-    Console::clearProgress();
-    if (!saved)
-        Console::error(errorText);
-    return saved;
+    return Console::attempt([&](QString *errorText) { return plot.save(options.picture, errorText); });
 }
 
 } // namespace
@@ -275,12 +263,8 @@ int runMarkers(const QStringList &arguments)
 
     Console::progress(QStringLiteral("reading %1").arg(options.traceFile));
     Trace trace;
-    QString errorText;
-    if (!readTraceFile(options.traceFile, &trace, &errorText)) {
-        Console::error(errorText);
+    if (!Console::attempt([&](QString *errorText) { return readTraceFile(options.traceFile, &trace, errorText); }))
         return ExitFailed;
-    }
-    Console::clearProgress();
 
     ASpectrumMarkerList list;
     setMarkers(trace, options, &list);

@@ -29,6 +29,14 @@ bool isSameFile(const QString &one, const QString &other)
 
 } // namespace
 
+bool requireOption(const QCommandLineParser &parser, const char *command, const QString &option)
+{
+    if (parser.isSet(option))
+        return true;
+    CommandLine::usageError(command, QStringLiteral("--%1 is missing").arg(option));
+    return false;
+}
+
 bool readNumberOption(const QCommandLineParser &parser, const char *command, const QString &option, int least, int most,
                       int *number)
 {
@@ -128,6 +136,16 @@ bool readOutputOption(const QCommandLineParser &parser, const char *command, con
     return true;
 }
 
+QCommandLineOption plotOption(const QString &description)
+{
+    return {QStringLiteral("plot"), description, QStringLiteral("FILE.png")};
+}
+
+bool readPlotOption(const QCommandLineParser &parser, const char *command, const QStringList &others, QString *fileName)
+{
+    return readOutputOption(parser, command, QStringLiteral("plot"), others, {QStringLiteral(".png")}, fileName);
+}
+
 QString listText(const QStringList &names)
 {
     if (names.size() < 2)
@@ -144,6 +162,15 @@ bool readOneArgument(const QCommandLineParser &parser, const char *command, cons
     }
     *argument = arguments.constFirst();
     return true;
+}
+
+bool readArguments(const QCommandLineParser &parser, const char *command, const QString &what, QStringList *arguments)
+{
+    *arguments = parser.positionalArguments();
+    if (!arguments->isEmpty())
+        return true;
+    CommandLine::usageError(command, QStringLiteral("a %1 is missing").arg(what));
+    return false;
 }
 
 bool readNoArgument(const QCommandLineParser &parser, const char *command)

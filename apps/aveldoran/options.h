@@ -11,6 +11,9 @@ class QCommandLineParser;
 // Values of options that several subcommands have. False, with an error in the name of the command, for a value that
 // makes no sense; what is not given is left as it is.
 
+// Unlike the others, false for what is not given.
+bool requireOption(const QCommandLineParser &parser, const char *command, const QString &option);
+
 // Decimal digits alone.
 bool readNumberOption(const QCommandLineParser &parser, const char *command, const QString &option, int least, int most,
                       int *number);
@@ -36,9 +39,15 @@ bool readFilesOption(const QCommandLineParser &parser, const char *command, cons
 bool readOutputOption(const QCommandLineParser &parser, const char *command, const QString &option,
                       const QStringList &others, const QStringList &suffixes, QString *fileName);
 
+// The option of the commands that draw what they print.
+QCommandLineOption plotOption(const QString &description);
+bool readPlotOption(const QCommandLineParser &parser, const char *command, const QStringList &others,
+                    QString *fileName);
+
 // "one, two or three".
 QString listText(const QStringList &names);
 
 // What a command needs as arguments that are no options.
 bool readOneArgument(const QCommandLineParser &parser, const char *command, const QString &what, QString *argument);
+bool readArguments(const QCommandLineParser &parser, const char *command, const QString &what, QStringList *arguments);
 bool readNoArgument(const QCommandLineParser &parser, const char *command);

@@ -62,12 +62,16 @@ QString shortFrequency(const AFrequency &frequency)
     return number + QLatin1Char(' ') + numberAndUnit.last();
 }
 
+QString rangeText(const AFrequency &begin, const AFrequency &end)
+{
+    return shortFrequency(begin) + QStringLiteral(" - ") + shortFrequency(end);
+}
+
 QString rangeAsText(const AChannelInfo &range, int depth)
 {
     const QString indent(depth * kIndent, QLatin1Char(' '));
-    const QString label = range.label().isEmpty() ? QStringLiteral("-") : Console::oneLine(range.label());
-    const QString edges =
-        shortFrequency(range.beginFrequency()) + QStringLiteral(" - ") + shortFrequency(range.endFrequency());
+    const QString label = Console::oneLineOrDash(range.label());
+    const QString edges = rangeText(range.beginFrequency(), range.endFrequency());
     QString text = (indent + label).leftJustified(kLabelWidth) + QStringLiteral("  ") +
                    edges.leftJustified(kRangeWidth) + QStringLiteral("  ") +
                    AChannelInfo::mapTypeToString(range.type());

@@ -77,10 +77,8 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
     if (!readNoArgument(parser, kCommand))
         return false;
     for (const QCommandLineOption &needed : {simulate, gpx, output}) {
-        if (!parser.isSet(needed)) {
-            CommandLine::usageError(kCommand, QStringLiteral("--%1 is missing").arg(needed.names().constFirst()));
+        if (!requireOption(parser, kCommand, needed.names().constFirst()))
             return false;
-        }
     }
     options->withPositions = !parser.isSet(noPositions);
     constexpr int kHourMs = 3600 * 1000;

@@ -99,13 +99,9 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
         return false;
 
     *exitStatus = ExitUsage;
-    if (!readOneArgument(parser, kCommand, QStringLiteral("recording"), &options->recording))
-        return false;
-    if (!parser.isSet(output)) {
-        CommandLine::usageError(kCommand, QStringLiteral("--output is missing"));
-        return false;
-    }
-    return readOutputOption(parser, kCommand, QStringLiteral("output"), {options->recording}, {QStringLiteral(".png")},
+    return readOneArgument(parser, kCommand, QStringLiteral("recording"), &options->recording) &&
+           requireOption(parser, kCommand, QStringLiteral("output")) &&
+           readOutputOption(parser, kCommand, QStringLiteral("output"), {options->recording}, {QStringLiteral(".png")},
                             &options->output) &&
            readNumberOption(parser, kCommand, QStringLiteral("width"), kLeastWidth, kMostWidth, &options->width) &&
            readNumberOption(parser, kCommand, QStringLiteral("dynamic"), 1, kMostDynamic, &options->dynamic) &&
@@ -384,11 +380,8 @@ int draw(const Options &options, const AMdrDocument &document, int exitStatus)
     plot.setLevels(scale.lowest(), scale.highest, colors);
     plot.setWaterfall(imageOf(raster, scale, table));
     plot.setCurve(QStringLiteral("Maximum hold"), raster.maximumHold());
-    QString errorText;
-    if (!plot.save(options.output, &errorText)) {
-        Console::error(errorText);
+    if (!Console::attempt([&](QString *errorText) { return plot.save(options.output, errorText); }))
         return ExitFailed;
-    }
     printSummary(options, document, extent, times, raster.highest(), unitName);
     return Console::finish() ? exitStatus : ExitFailed;
 }

@@ -2,11 +2,11 @@
 #include "apps/aveldoran/commands.h"
 #include "apps/aveldoran/console.h"
 #include "apps/aveldoran/driveprocessor.h"
+#include "apps/aveldoran/jsonlist.h"
 #include "apps/aveldoran/options.h"
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QJsonArray>
-#include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 
 #include <cmath>
@@ -38,12 +38,8 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
         return false;
 
     *exitStatus = ExitUsage;
-    options->files = parser.positionalArguments();
-    if (options->files.isEmpty()) {
-        CommandLine::usageError(kCommand, QStringLiteral("a position file is missing"));
-        return false;
-    }
-    return readFormatOption(parser, kCommand, &options->asJson);
+    return readArguments(parser, kCommand, QStringLiteral("position file"), &options->files) &&
+           readFormatOption(parser, kCommand, &options->asJson);
 }
 
 QString formatName(DriveProcessor::Format format)
@@ -170,7 +166,7 @@ int runWaypoints(const QStringList &arguments)
         return exitStatus;
 
     bool complete = true;
-    QString separator = QStringLiteral("[\n");
+    JsonList json;
     for (const QString &file : qAsConst(options.files)) {
         DriveProcessor processor;
         const DriveProcessor::Source source = processor.read(file, DriveProcessor::AnyFormat);
@@ -181,15 +177,12 @@ int runWaypoints(const QStringList &arguments)
         if (source.waypoints == 0)
             continue;
         const WaypointSummary summary = processor.summary();
-        if (!options.asJson) {
+        if (options.asJson)
+            json.add(asJson(file, source, summary));
+        else
             printText(file, source, summary);
-            continue;
-        }
-        const QJsonObject object = asJson(file, source, summary);
-        Console::write(separator + QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)));
-        separator = QStringLiteral(",\n");
     }
     if (options.asJson)
-        Console::write(separator == QLatin1String("[\n") ? QStringLiteral("[]\n") : QStringLiteral("\n]\n"));
+        json.end();
     return Console::finish() && complete && !Console::hasWarned() ? ExitDone : ExitFailed;
 }

@@ -1,11 +1,10 @@
 #pragma once
 
+#include "apps/folder.h"
+
 #include <core/amdrdocument.h>
 #include <core/asimulateddevice.h>
 
-#include <QtCore/QDir>
-#include <QtCore/QFile>
-#include <QtCore/QTemporaryDir>
 #include <QtXml/QDomDocument>
 
 #include <memory>
@@ -16,28 +15,6 @@ inline const QString kGpx = QStringLiteral(AVELDORAN_EXAMPLES_DIR "/data/drives/
 inline const QString kNmea = QStringLiteral(AVELDORAN_EXAMPLES_DIR "/data/drives/harbour-round.nmea");
 constexpr int kGpxPoints = 427;
 constexpr int kNmeaRecords = 447;
-
-class Folder
-{
-public:
-    QString path(const QString &name) const { return m_directory.filePath(name); }
-    QString write(const QString &name, const QByteArray &content) const
-    {
-        QFile file(path(name));
-        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-            qFatal("could not write %s", qPrintable(file.fileName()));
-        return file.fileName();
-    }
-    QByteArray read(const QString &name) const
-    {
-        QFile file(path(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("(none)");
-    }
-    QStringList names() const { return QDir(m_directory.path()).entryList(QDir::Files); }
-
-private:
-    QTemporaryDir m_directory;
-};
 
 inline QByteArray contentOf(const QString &fileName)
 {

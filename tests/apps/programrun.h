@@ -32,6 +32,14 @@ inline Run run(const QStringList &arguments, const QString &standardOutput = {},
             QString::fromUtf8(process.readAllStandardError())};
 }
 
+inline QProcessEnvironment environmentWithoutDisplay()
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    for (const char *name : {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY", "XDG_RUNTIME_DIR"})
+        environment.remove(QLatin1String(name));
+    return environment;
+}
+
 // With its standard error on a terminal.
 inline Run runOnTerminal(const QStringList &arguments)
 {

@@ -1,10 +1,12 @@
+#include "apps/commandchecks.h"
+#include "apps/folder.h"
+#include "apps/pixels.h"
 #include "apps/programrun.h"
 
 #include <core/acalibrationdata.h>
 
 #include <QtTest/QtTest>
 
-#include <QtCore/QTemporaryDir>
 #include <QtGui/QImage>
 
 namespace {
@@ -20,12 +22,7 @@ constexpr char kObjects[] = "caldata 1\n"
 
 int countColoured(const QImage &image)
 {
-    int count = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x)
-            count += image.pixelColor(x, y).hsvSaturation() > 100 ? 1 : 0;
-    }
-    return count;
+    return countPixelsIf(image, [](const QColor &color) { return color.hsvSaturation() > 100; });
 }
 
 } // namespace
@@ -35,7 +32,7 @@ class TestCalibrationCommand : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init() { m_directory = std::make_unique<QTemporaryDir>(); }
+    void init() { m_folder = std::make_unique<Folder>(); }
 
     void listsObjectsByType();
     void tellsTheGainAtAFrequency();
@@ -54,22 +51,12 @@ private Q_SLOTS:
     void helps();
 
 private:
-    QString path(const QString &name) const { return m_directory->filePath(name); }
-    QString write(const QString &name, const QByteArray &content) const
-    {
-        QDir().mkpath(QFileInfo(path(name)).path());
-        QFile file(path(name));
-        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-            qFatal("could not write %s", qPrintable(file.fileName()));
-        return file.fileName();
-    }
-
-    std::unique_ptr<QTemporaryDir> m_directory;
+    std::unique_ptr<Folder> m_folder;
 };
 
 void TestCalibrationCommand::listsObjectsByType()
 {
-    const Run result = run({"calibration", write("a", kObjects)});
+    const Run result = run({"calibration", m_folder->write("a", kObjects)});
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitStatus, 0);
     QCOMPARE(result.output, QString("Antennas\n"
@@ -84,7 +71,7 @@ void TestCalibrationCommand::listsObjectsByType()
 
 void TestCalibrationCommand::tellsTheGainAtAFrequency()
 {
-    const Run result = run({"calibration", "--at", "1.5 GHz", write("a", kObjects)});
+    const Run result = run({"calibration", "--at", "1.5 GHz", m_folder->write("a", kObjects)});
     QCOMPARE(result.exitStatus, 0);
     const QStringList lines = result.output.split('\n');
     QVERIFY(lines.at(1).endsWith("14 dBi; at 1500 MHz: 8 dBi"));
@@ -95,11 +82,11 @@ void TestCalibrationCommand::tellsTheGainAtAFrequency()
 
 void TestCalibrationCommand::readsDirectoriesAndThoseBelowThem()
 {
-    write("all/b.xml", "<calibrations><calibration label='b' type='cable'/></calibrations>");
-    write("all/a.offsets", "label;type;frequency;gain\na;cable;1;2\n");
-    write("all/sub/c.caldata", "[cable] c\n");
-    write("all/readme.txt", "text");
-    const Run result = run({"calibration", path("all")});
+    m_folder->write("all/b.xml", "<calibrations><calibration label='b' type='cable'/></calibrations>");
+    m_folder->write("all/a.offsets", "label;type;frequency;gain\na;cable;1;2\n");
+    m_folder->write("all/sub/c.caldata", "[cable] c\n");
+    m_folder->write("all/readme.txt", "text");
+    const Run result = run({"calibration", m_folder->path("all")});
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.output, QString("Cables\n  a  1 entry  1 Hz - 1 Hz  2 dB\n  b  no entries\n  c  no entries\n"));
 }
@@ -108,13 +95,11 @@ void TestCalibrationCommand::readsDirectoriesAndThoseBelowThem()
 void TestCalibrationCommand::writesNoCalibrationFile()
 {
     const QByteArray first = "[cable] x # not a remark\n1 MHz 5 # a remark\n";
-    const QString firstName = write("a.caldata", first);
-    write("b.caldata", "[cable] x # not a remark\n1 MHz 6\n");
-    QCOMPARE(run({"calibration", m_directory->path()}).exitStatus, 0);
-    QFile file(firstName);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(file.readAll(), first);
-    QCOMPARE(QDir(m_directory->path()).entryList(QDir::Files | QDir::Hidden).size(), 2);
+    m_folder->write("a.caldata", first);
+    m_folder->write("b.caldata", "[cable] x # not a remark\n1 MHz 6\n");
+    QCOMPARE(run({"calibration", m_folder->path()}).exitStatus, 0);
+    QCOMPARE(m_folder->read("a.caldata"), first);
+    QCOMPARE(m_folder->names().size(), 2);
 }
 
 void TestCalibrationCommand::namesWhatItCanNotRead_data()
@@ -135,10 +120,10 @@ void TestCalibrationCommand::namesWhatItCanNotRead()
 {
     QFETCH(QString, name);
     QFETCH(QString, error);
-    write("garbage.xml", "garbage");
-    write("bad.caldata", "[cable] bad\n1 MHz five\n");
-    QVERIFY(QDir().mkdir(path("empty")));
-    const Run result = run({"calibration", path(name), write("good.caldata", "[cable] good\n")});
+    m_folder->write("garbage.xml", "garbage");
+    m_folder->write("bad.caldata", "[cable] bad\n1 MHz five\n");
+    QVERIFY(QDir().mkdir(m_folder->path("empty")));
+    const Run result = run({"calibration", m_folder->path(name), m_folder->write("good.caldata", "[cable] good\n")});
     QCOMPARE(result.exitStatus, 1);
     QVERIFY2(result.errors.startsWith("aveldoran: ") && result.errors.contains(error), qPrintable(result.errors));
     QCOMPARE(result.output, QString("Cables\n  good  no entries\n"));
@@ -146,7 +131,7 @@ void TestCalibrationCommand::namesWhatItCanNotRead()
 
 void TestCalibrationCommand::keepsTerminalControlOutOfItsOutput()
 {
-    const Run result = run({"calibration", write("a", "[cable] \"a\\u001b[31m\\nb\"\n[cable]\n")});
+    const Run result = run({"calibration", m_folder->write("a", "[cable] \"a\\u001b[31m\\nb\"\n[cable]\n")});
     QCOMPARE(result.exitStatus, 0);
     QVERIFY(!result.output.contains(QChar(0x1b)));
     QCOMPARE(result.output.count('\n'), 3);
@@ -191,11 +176,11 @@ void TestCalibrationCommand::listsTheExamples()
 
 void TestCalibrationCommand::drawsTheExamples()
 {
-    const Run result = run({"calibration", "--plot", path("a.png"), kExamples});
+    const Run result = run({"calibration", "--plot", m_folder->path("a.png"), kExamples});
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitStatus, 0);
-    QVERIFY(countColoured(QImage(path("a.png"))) > 2000);
-    const Run nowhere = run({"calibration", "--plot", path("missing/a.png"), kExamples});
+    QVERIFY(countColoured(QImage(m_folder->path("a.png"))) > 2000);
+    const Run nowhere = run({"calibration", "--plot", m_folder->path("missing/a.png"), kExamples});
     QCOMPARE(nowhere.exitStatus, 1);
     QVERIFY(nowhere.errors.contains("missing/a.png: can't be written"));
 }
@@ -203,19 +188,16 @@ void TestCalibrationCommand::drawsTheExamples()
 void TestCalibrationCommand::marksTheFrequencyInItsPicture()
 {
     const auto countMarker = [this](const QStringList &options) {
-        if (run(QStringList{"calibration", "--plot", path("a.png")} + options + QStringList{path("a")}).exitStatus != 0)
+        if (run(QStringList{"calibration", "--plot", m_folder->path("a.png")} + options +
+                QStringList{m_folder->path("a")})
+                .exitStatus != 0)
             return -1;
-        const QImage image(path("a.png"));
-        int count = 0;
-        for (int y = 0; y < image.height(); ++y) {
-            for (int x = 0; x < image.width(); ++x) {
-                const QColor color = image.pixelColor(x, y); // a dark red, as no curve has
-                count += color.red() > 100 && color.green() < 60 && color.blue() < 90 ? 1 : 0;
-            }
-        }
-        return count;
+        const QImage image(m_folder->path("a.png"));
+        return countPixelsIf(image, [](const QColor &color) { // a dark red, as no curve has
+            return color.red() > 100 && color.green() < 60 && color.blue() < 90;
+        });
     };
-    write("a", kObjects);
+    m_folder->write("a", kObjects);
     QCOMPARE(countMarker({}), 0);
     QVERIFY(countMarker({"--at", "20 MHz"}) > 100); // the cable
     QVERIFY(countMarker({"--at", "3 GHz"}) > 100);  // the horn
@@ -237,39 +219,35 @@ void TestCalibrationCommand::drawsWhateverIsInAFile_data()
 void TestCalibrationCommand::drawsWhateverIsInAFile()
 {
     QFETCH(QByteArray, content);
-    const Run result = run({"calibration", "--at", "0", "--plot", path("a.png"), write("a", content)});
+    const Run result =
+        run({"calibration", "--at", "0", "--plot", m_folder->path("a.png"), m_folder->write("a", content)});
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitStatus, 0);
-    QVERIFY(!QImage(path("a.png")).isNull());
+    QVERIFY(!QImage(m_folder->path("a.png")).isNull());
 }
 
 void TestCalibrationCommand::refusesWrongUsage_data()
 {
-    QTest::addColumn<QStringList>("arguments");
-    QTest::newRow("no file") << QStringList{};
-    QTest::newRow("unknown option") << QStringList{"--gain", "a"};
-    QTest::newRow("no frequency") << QStringList{"--at", "high", "a"};
-    QTest::newRow("empty frequency") << QStringList{"--at", "", "a"};
-    QTest::newRow("no PNG") << QStringList{"--plot", "a.jpg", "a"};
-    QTest::newRow("empty picture") << QStringList{"--plot", "", "a"};
+    addWrongUsageColumns();
+    QTest::newRow("no file") << QStringList{} << "calibration: a calibration file is missing";
+    QTest::newRow("unknown option") << QStringList{"--gain", "a"} << "unknown option '--gain'";
+    QTest::newRow("no frequency") << QStringList{"--at", "high", "a"}
+                                  << "--at expects a frequency such as '100 MHz', not 'high'";
+    QTest::newRow("empty frequency") << QStringList{"--at", "", "a"}
+                                     << "--at expects a frequency such as '100 MHz', not ''";
+    QTest::newRow("no PNG") << QStringList{"--plot", "a.jpg", "a"}
+                            << "--plot expects the name of a file that ends in .png, not 'a.jpg'";
+    QTest::newRow("empty picture") << QStringList{"--plot", "", "a"} << "--plot expects the name of a file, not ''";
 }
 
 void TestCalibrationCommand::refusesWrongUsage()
 {
-    QFETCH(QStringList, arguments);
-    const Run result = run(QStringList{"calibration"} + arguments);
-    QCOMPARE(result.exitStatus, 2);
-    QCOMPARE(result.output, QString());
-    QVERIFY(result.errors.startsWith("aveldoran: "));
+    verifyRefused({"calibration"});
 }
 
 void TestCalibrationCommand::helps()
 {
-    const Run help = run({"calibration", "--help"});
-    QCOMPARE(help.exitStatus, 0);
-    for (const char *option : {"--at", "--plot"})
-        QVERIFY(help.output.contains(option));
-    QVERIFY(run({"--help"}).output.contains("calibration "));
+    verifyHelps("calibration", {"--at", "--plot"});
 }
 
 QTEST_GUILESS_MAIN(TestCalibrationCommand)

@@ -1,3 +1,5 @@
+#include "apps/commandchecks.h"
+#include "apps/folder.h"
 #include "apps/programrun.h"
 
 #include <QtTest/QtTest>
@@ -5,7 +7,6 @@
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
-#include <QtCore/QTemporaryDir>
 
 #include <unistd.h>
 
@@ -41,7 +42,7 @@ class TestChannelsCommand : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
+    void init() { m_folder = std::make_unique<Folder>(); }
 
     void printsThePlanIndentedByDepth();
     void expandsDefinitions();
@@ -64,28 +65,12 @@ private Q_SLOTS:
     void helps();
 
 private:
-    QString write(const QString &name, const QByteArray &content);
-
-    std::unique_ptr<QTemporaryDir> m_directory;
+    std::unique_ptr<Folder> m_folder;
 };
-
-void TestChannelsCommand::init()
-{
-    m_directory = std::make_unique<QTemporaryDir>();
-    QVERIFY(m_directory->isValid());
-}
-
-QString TestChannelsCommand::write(const QString &name, const QByteArray &content)
-{
-    QFile file(m_directory->filePath(name));
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        qFatal("could not write %s", qPrintable(file.fileName()));
-    return file.fileName();
-}
 
 void TestChannelsCommand::printsThePlanIndentedByDepth()
 {
-    const Run result = run({"channels", write("a.profile", kPlan)});
+    const Run result = run({"channels", m_folder->write("a.profile", kPlan)});
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitStatus, 0);
     const QString expected = QStringLiteral(
@@ -100,7 +85,7 @@ void TestChannelsCommand::printsThePlanIndentedByDepth()
 
 void TestChannelsCommand::expandsDefinitions()
 {
-    const Run result = run({"channels", "--expand", write("a.profile", kPlan)});
+    const Run result = run({"channels", "--expand", m_folder->write("a.profile", kPlan)});
     QCOMPARE(result.exitStatus, 0);
     const QStringList lines = result.output.split('\n');
     QCOMPARE(lines.size(), 4 + 6 + 1);
@@ -113,7 +98,7 @@ void TestChannelsCommand::expandsDefinitions()
 
 void TestChannelsCommand::printsStackingLevels()
 {
-    const Run result = run({"channels", "--stacked", write("a.profile", kPlan)});
+    const Run result = run({"channels", "--stacked", m_folder->write("a.profile", kPlan)});
     QCOMPARE(result.exitStatus, 0);
     QStringList levels;
     for (const QString &line : result.output.split('\n', Qt::SkipEmptyParts)) {
@@ -130,7 +115,7 @@ void TestChannelsCommand::saysWhenRangesFindNoLevel()
     for (int i = 0; i < 60; ++i)
         ranges += "<range label=\"r\"><begin>1</begin><end>2</end></range>";
     const QString file =
-        write("a.profile", "<profile id=\"a\"><end>3</end><channels>" + ranges + "</channels></profile>");
+        m_folder->write("a.profile", "<profile id=\"a\"><end>3</end><channels>" + ranges + "</channels></profile>");
     const Run result = run({"channels", "--stacked", file});
     QCOMPARE(result.exitStatus, 1);
     QCOMPARE(result.output.count('\n'), 1 + 49);
@@ -139,7 +124,7 @@ void TestChannelsCommand::saysWhenRangesFindNoLevel()
 
 void TestChannelsCommand::printsJson()
 {
-    const Run result = run({"channels", "--stacked", "--format", "json", write("a.profile", kPlan)});
+    const Run result = run({"channels", "--stacked", "--format", "json", m_folder->write("a.profile", kPlan)});
     QCOMPARE(result.exitStatus, 0);
     const QJsonArray ranges = QJsonDocument::fromJson(result.output.toUtf8()).array();
     QCOMPARE(ranges.size(), 4);
@@ -165,10 +150,10 @@ void TestChannelsCommand::printsJson()
 
 void TestChannelsCommand::readsDirectories()
 {
-    write("b.profile", QByteArray(kPlan).replace("id=\"plan\"", "id=\"b\""));
-    write("a.profile", kPlan);
-    write("c.txt", "no profile");
-    const Run result = run({"channels", m_directory->path()});
+    m_folder->write("b.profile", QByteArray(kPlan).replace("id=\"plan\"", "id=\"b\""));
+    m_folder->write("a.profile", kPlan);
+    m_folder->write("c.txt", "no profile");
+    const Run result = run({"channels", m_folder->path()});
     QCOMPARE(result.exitStatus, 0);
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.output.count("Test plan"), 2);
@@ -192,7 +177,7 @@ void TestChannelsCommand::namesEachFileThatGivesNoProfile()
 {
     QFETCH(QByteArray, content);
     QFETCH(QString, reason);
-    const QString file = write("bad.profile", content);
+    const QString file = m_folder->write("bad.profile", content);
     const Run result = run({"channels", file});
     QCOMPARE(result.exitStatus, 1);
     QCOMPARE(result.output, QString());
@@ -200,25 +185,25 @@ void TestChannelsCommand::namesEachFileThatGivesNoProfile()
     QVERIFY2(result.errors.contains(reason), qPrintable(result.errors));
     QCOMPARE(result.errors.count('\n'), 1);
 
-    const Run missing = run({"channels", m_directory->filePath("missing.profile")});
+    const Run missing = run({"channels", m_folder->path("missing.profile")});
     QCOMPARE(missing.exitStatus, 1);
     QCOMPARE(missing.errors, QStringLiteral("aveldoran: %1: can't be read: No such file or directory\n")
-                                 .arg(m_directory->filePath("missing.profile")));
+                                 .arg(m_folder->path("missing.profile")));
 }
 
 void TestChannelsCommand::namesTheBadFilesOfADirectoryAndPrintsTheRest()
 {
-    write("a.profile", kPlan);
-    write("b.profile", "nonsense");
-    QVERIFY(QDir(m_directory->path()).mkdir("c.profile"));
-    QVERIFY(QFile::link(m_directory->filePath("nowhere"), m_directory->filePath("d.profile")));
-    const Run result = run({"channels", m_directory->path()});
+    m_folder->write("a.profile", kPlan);
+    m_folder->write("b.profile", "nonsense");
+    QVERIFY(QDir(m_folder->path()).mkdir("c.profile"));
+    QVERIFY(QFile::link(m_folder->path("nowhere"), m_folder->path("d.profile")));
+    const Run result = run({"channels", m_folder->path()});
     QCOMPARE(result.exitStatus, 1);
     QVERIFY(result.output.startsWith("Test plan"));
-    QVERIFY(result.errors.contains(m_directory->filePath("b.profile") + ": no valid profile: Line 1"));
+    QVERIFY(result.errors.contains(m_folder->path("b.profile") + ": no valid profile: Line 1"));
     QCOMPARE(result.errors.count('\n'), 1);
 
-    const QTemporaryDir empty;
+    const Folder empty;
     const Run nothing = run({"channels", empty.path()});
     QCOMPARE(nothing.exitStatus, 1);
     QCOMPARE(nothing.errors,
@@ -227,9 +212,9 @@ void TestChannelsCommand::namesTheBadFilesOfADirectoryAndPrintsTheRest()
 
 void TestChannelsCommand::passesOverAProfileThatALaterOneReplaces()
 {
-    write("a.profile", kPlan);
-    write("b.profile", kPlan);
-    const Run result = run({"channels", m_directory->path()});
+    m_folder->write("a.profile", kPlan);
+    m_folder->write("b.profile", kPlan);
+    const Run result = run({"channels", m_folder->path()});
     QCOMPARE(result.exitStatus, 0);
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.output.count("Test plan"), 1);
@@ -237,21 +222,21 @@ void TestChannelsCommand::passesOverAProfileThatALaterOneReplaces()
 
 void TestChannelsCommand::refusesToExpandMoreThanTenMillionChannels()
 {
-    const Run refused = run({"channels", "--expand", write("a.profile", planWithCount("10000001"))});
+    const Run refused = run({"channels", "--expand", m_folder->write("a.profile", planWithCount("10000001"))});
     QCOMPARE(refused.exitStatus, 1);
     QCOMPARE(refused.output, QString());
     QVERIFY2(refused.errors.contains("at most"), qPrintable(refused.errors));
 
-    const Run absurd = run({"channels", "--expand", write("a.profile", planWithCount("2000000000"))});
+    const Run absurd = run({"channels", "--expand", m_folder->write("a.profile", planWithCount("2000000000"))});
     QCOMPARE(absurd.exitStatus, 1);
 }
 
 void TestChannelsCommand::saysThatAPlanWasCutShort()
 {
     const QByteArray mirrors = QByteArray("<mirror>0</mirror>").repeated(32);
-    const QString file =
-        write("a.profile", "<profile id=\"wild\"><end>100</end><channels><range><comment>" + QByteArray(1000000, 'x') +
-                               "</comment>" + mirrors + "</range></channels></profile>");
+    const QString file = m_folder->write("a.profile", "<profile id=\"wild\"><end>100</end><channels><range><comment>" +
+                                                          QByteArray(1000000, 'x') + "</comment>" + mirrors +
+                                                          "</range></channels></profile>");
     const Run result = run({"channels", file});
     QCOMPARE(result.exitStatus, 1);
     QVERIFY2(result.errors.startsWith("aveldoran: channel section of profile 'wild': its mirrors ask for more"),
@@ -261,37 +246,34 @@ void TestChannelsCommand::saysThatAPlanWasCutShort()
 
 void TestChannelsCommand::takesOnlyTheSuffixInSmallLetters()
 {
-    write("ONE.PROFILE", kPlan);
-    const Run result = run({"channels", m_directory->path()});
+    m_folder->write("ONE.PROFILE", kPlan);
+    const Run result = run({"channels", m_folder->path()});
     QCOMPARE(result.exitStatus, 1);
     QVERIFY2(result.errors.contains("no profile files"), qPrintable(result.errors));
 }
 
 void TestChannelsCommand::printsAnAbsurdCountUnexpanded()
 {
-    const Run result = run({"channels", write("a.profile", planWithCount("2000000000"))});
+    const Run result = run({"channels", m_folder->write("a.profile", planWithCount("2000000000"))});
     QCOMPARE(result.exitStatus, 0);
     QVERIFY(result.output.contains("2000000000 channels from 1 MHz"));
 }
 
 void TestChannelsCommand::keepsTerminalControlOutOfItsOutput()
 {
-    const QString file = write("a.profile", QByteArray(kPlan).replace("Test plan", "Two\nlines &#x9b;2J"));
+    const QString file = m_folder->write("a.profile", QByteArray(kPlan).replace("Test plan", "Two\nlines &#x9b;2J"));
     const Run result = run({"channels", file});
     QVERIFY(result.output.startsWith(QStringLiteral("Two lines ") + QChar(QChar::ReplacementCharacter) + "2J"));
 }
 
 void TestChannelsCommand::reportsOutputThatCanNotBeWritten()
 {
-    const Run result = run({"channels", write("a.profile", kPlan)}, "/dev/full");
-    QCOMPARE(result.exitStatus, 1);
-    QVERIFY2(result.errors.startsWith("aveldoran: standard output: can't be written: "), qPrintable(result.errors));
+    verifyReportsFullDisk({"channels", m_folder->write("a.profile", kPlan)});
 }
 
 void TestChannelsCommand::refusesWrongUsage_data()
 {
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("reason");
+    addWrongUsageColumns();
     QTest::newRow("no command") << QStringList() << "a command is missing";
     QTest::newRow("unknown command") << QStringList{"chanels"} << "unknown command 'chanels'";
     QTest::newRow("no path") << QStringList{"channels"} << "a profile file or directory is missing";
@@ -302,23 +284,12 @@ void TestChannelsCommand::refusesWrongUsage_data()
 
 void TestChannelsCommand::refusesWrongUsage()
 {
-    QFETCH(QStringList, arguments);
-    QFETCH(QString, reason);
-    const Run result = run(arguments);
-    QCOMPARE(result.exitStatus, 2);
-    QCOMPARE(result.output, QString());
-    QVERIFY2(result.errors.contains(reason), qPrintable(result.errors));
+    verifyRefused({});
 }
 
 void TestChannelsCommand::helps()
 {
-    const Run program = run({"--help"});
-    QCOMPARE(program.exitStatus, 0);
-    QVERIFY(program.output.contains("channels"));
-    const Run command = run({"channels", "--help"});
-    QCOMPARE(command.exitStatus, 0);
-    QVERIFY(command.output.contains("--expand"));
-    QVERIFY(command.output.contains("Examples:\n  aveldoran channels "));
+    verifyHelps("channels", {"--expand", "Examples:\n  aveldoran channels "});
     const Run version = run({"--version"});
     QCOMPARE(version.exitStatus, 0);
     QVERIFY(version.output.startsWith("aveldoran "));

@@ -1,5 +1,7 @@
 #include "core/aprofile.h"
 
+#include "apps/commandchecks.h"
+#include "apps/folder.h"
 #include "apps/programrun.h"
 #include "channel/efisfiles.h"
 #include "channel/randomtree.h"
@@ -7,7 +9,6 @@
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
-#include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 #include <QtXml/QDomDocument>
 
@@ -55,7 +56,7 @@ class TestChannelsCommandFiles : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
+    void init() { m_folder = std::make_unique<Folder>(); }
 
     void thePlanAsXmlReadsBackAsTheSamePlan();
     void randomTreesComeBackThroughTheCommand();
@@ -78,31 +79,16 @@ private Q_SLOTS:
     void wrongUsageIsRefused();
 
 private:
-    QString write(const QString &name, const QByteArray &content);
-
-    std::unique_ptr<QTemporaryDir> m_directory;
+    std::unique_ptr<Folder> m_folder;
 };
-
-void TestChannelsCommandFiles::init()
-{
-    m_directory = std::make_unique<QTemporaryDir>();
-    QVERIFY(m_directory->isValid());
-}
-
-QString TestChannelsCommandFiles::write(const QString &name, const QByteArray &content)
-{
-    QFile file(m_directory->filePath(name));
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        qFatal("could not write %s", qPrintable(file.fileName()));
-    return file.fileName();
-}
 
 void TestChannelsCommandFiles::thePlanAsXmlReadsBackAsTheSamePlan()
 {
-    const QString file = write("a.profile", profileFile("a", "<color>red</color><channels start='1 MHz' count='3'/>"
-                                                             "<range label='b' type='provider' selectable='1'>"
-                                                             "<begin>5</begin><end>6</end><comment>&lt;c&gt;</comment>"
-                                                             "</range>"));
+    const QString file =
+        m_folder->write("a.profile", profileFile("a", "<color>red</color><channels start='1 MHz' count='3'/>"
+                                                      "<range label='b' type='provider' selectable='1'>"
+                                                      "<begin>5</begin><end>6</end><comment>&lt;c&gt;</comment>"
+                                                      "</range>"));
     const Run result = run({"channels", "--format", "xml", file});
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitStatus, 0);
@@ -131,7 +117,7 @@ void TestChannelsCommandFiles::randomTreesComeBackThroughTheCommand()
         profile.setLabel(tree->label(), QString());
         QDomDocument document;
         profile.setChannelData(tree->toDomNode(&document));
-        const QString file = m_directory->filePath(QStringLiteral("%1.profile").arg(i));
+        const QString file = m_folder->path(QStringLiteral("%1.profile").arg(i));
         QVERIFY(profile.saveToFile(file));
         arguments.append(file);
         expected->appendChild(tree.release());
@@ -146,9 +132,9 @@ void TestChannelsCommandFiles::randomTreesComeBackThroughTheCommand()
         QVERIFY2(*root->child(0)->child(row) == *expected->child(row), qPrintable(QString::number(row)));
 
     // The output is itself the section of a profile.
-    const QString again = write("again.profile", "<profile id=\"again\"><channels>" +
-                                                     result.output.mid(result.output.indexOf("<Range>")).toUtf8() +
-                                                     "</channels></profile>");
+    const QString again = m_folder->write(
+        "again.profile", "<profile id=\"again\"><channels>" +
+                             result.output.mid(result.output.indexOf("<Range>")).toUtf8() + "</channels></profile>");
     const Run second = run({"channels", "--format", "xml", again});
     QCOMPARE(second.errors, QString());
     const Tree secondRoot = readDocument(second.output.toUtf8());
@@ -157,8 +143,9 @@ void TestChannelsCommandFiles::randomTreesComeBackThroughTheCommand()
 
 void TestChannelsCommandFiles::thePlanAsXmlHoldsAllProfilesInOneRange()
 {
-    const QString b = write("b.profile", profileFile("b", ""));
-    const QString a = write("a.profile", profileFile("a", "<range label='c'><begin>1</begin><end>2</end></range>"));
+    const QString b = m_folder->write("b.profile", profileFile("b", ""));
+    const QString a =
+        m_folder->write("a.profile", profileFile("a", "<range label='c'><begin>1</begin><end>2</end></range>"));
     const Run result = run({"channels", "--format", "xml", b, a});
     QDomDocument document;
     QVERIFY(document.setContent(result.output));
@@ -187,8 +174,8 @@ void TestChannelsCommandFiles::aPlanWithoutAnythingIsAnEmptyRange()
 
 void TestChannelsCommandFiles::mirrorsAreWrittenAsTheirCopies()
 {
-    const QString file = write("a.profile", profileFile("a", "<range label='m'><begin>1</begin><end>2</end>"
-                                                             "<mirror>45 MHz</mirror></range>"));
+    const QString file = m_folder->write("a.profile", profileFile("a", "<range label='m'><begin>1</begin><end>2</end>"
+                                                                       "<mirror>45 MHz</mirror></range>"));
     const Run result = run({"channels", "--format", "xml", file});
     QVERIFY(!result.output.contains("mirror"));
     QCOMPARE(efisfiles::outline(readDocument(result.output.toUtf8()).get()),
@@ -198,7 +185,7 @@ void TestChannelsCommandFiles::mirrorsAreWrittenAsTheirCopies()
 void TestChannelsCommandFiles::expandedChannelsAreWrittenByTheirType()
 {
     const QString file =
-        write("a.profile", profileFile("a", "<channels start='1 MHz' width='1 MHz' first='7' count='2'/>"));
+        m_folder->write("a.profile", profileFile("a", "<channels start='1 MHz' width='1 MHz' first='7' count='2'/>"));
     const Run result = run({"channels", "--expand", "--format", "xml", file});
     QCOMPARE(result.output.count("type=\"autochannel\""), 2);
     QVERIFY(!result.output.contains("<channels"));
@@ -209,8 +196,9 @@ void TestChannelsCommandFiles::expandedChannelsAreWrittenByTheirType()
 void TestChannelsCommandFiles::aQuarterOfAMillionChannelsAreExpandedAsXml()
 {
     const QByteArray section = "<channels start='1 MHz' width='1 Hz' count='%1'/>";
-    const Run refused = run({"channels", "--expand", "--format", "xml",
-                             write("a.profile", profileFile("a", QByteArray(section).replace("%1", "250001")))});
+    const Run refused =
+        run({"channels", "--expand", "--format", "xml",
+             m_folder->write("a.profile", profileFile("a", QByteArray(section).replace("%1", "250001")))});
     QCOMPARE(refused.exitStatus, 1);
     QCOMPARE(refused.output, QString());
     QVERIFY2(refused.errors.contains("at most 250000 are expanded"), qPrintable(refused.errors));
@@ -218,8 +206,8 @@ void TestChannelsCommandFiles::aQuarterOfAMillionChannelsAreExpandedAsXml()
 
 void TestChannelsCommandFiles::anExportIsARangeNamedAfterItsFile()
 {
-    const QString file = write("ECA table.2026.csv",
-                               "header\n" + oneWay("87.5 - 108 MHz", "UKW – FM") + twoWay("935-960", "890-915", "GSM"));
+    const QString file = m_folder->write("ECA table.2026.csv", "header\n" + oneWay("87.5 - 108 MHz", "UKW – FM") +
+                                                                   twoWay("935-960", "890-915", "GSM"));
     const Run result = run({"channels", "--efis", file});
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitStatus, 0);
@@ -235,9 +223,9 @@ void TestChannelsCommandFiles::anExportIsARangeNamedAfterItsFile()
 
 void TestChannelsCommandFiles::exportsStandBesideProfiles()
 {
-    const QString profile = write("p.profile", profileFile("p", ""));
-    const QString a = write("a.csv", oneWay("5-6", "x"));
-    const QString b = write("b.csv", oneWay("7-8", "y"));
+    const QString profile = m_folder->write("p.profile", profileFile("p", ""));
+    const QString a = m_folder->write("a.csv", oneWay("5-6", "x"));
+    const QString b = m_folder->write("b.csv", oneWay("7-8", "y"));
     const Run result = run({"channels", "--stacked", "--efis", b, profile, "--efis", a});
     QCOMPARE(result.exitStatus, 0);
     QStringList lines;
@@ -253,7 +241,7 @@ void TestChannelsCommandFiles::anExportAsXmlReadsBackAsTheSamePlan()
         content += (i % 3 == 0 ? oneWay(QByteArray::number(i) + '-' + QByteArray::number(i + 2), "n")
                                : twoWay(QByteArray::number(i) + '-' + QByteArray::number(i + 1),
                                         QByteArray::number(i * 40) + " - 9000 MHz", QByteArray::number(i)));
-    const Run result = run({"channels", "--format", "xml", "--efis", write("e.csv", content)});
+    const Run result = run({"channels", "--format", "xml", "--efis", m_folder->write("e.csv", content)});
     QCOMPARE(result.errors, QString());
     const efisfiles::Import import = efisfiles::importFrom(content);
     QVERIFY(import.result);
@@ -266,7 +254,7 @@ void TestChannelsCommandFiles::anExportAsXmlReadsBackAsTheSamePlan()
 void TestChannelsCommandFiles::namesThatXmlCanNotHoldAreCleaned()
 {
     const QByteArray name = QByteArray("a\0\x01\x1b<&>\t\xef\xbf\xbe\xf0\x9f\x93\xa1z", 17);
-    const QString file = write("e.csv", oneWay("5-6", name));
+    const QString file = m_folder->write("e.csv", oneWay("5-6", name));
     const Run xml = run({"channels", "--format", "xml", "--efis", file});
     QCOMPARE(xml.exitStatus, 0);
     const Tree root = readDocument(xml.output.toUtf8());
@@ -280,7 +268,7 @@ void TestChannelsCommandFiles::namesThatXmlCanNotHoldAreCleaned()
 
 void TestChannelsCommandFiles::anExportAsJson()
 {
-    const Run result = run({"channels", "--format", "json", "--efis", write("e.csv", oneWay("5-6", "ä"))});
+    const Run result = run({"channels", "--format", "json", "--efis", m_folder->write("e.csv", oneWay("5-6", "ä"))});
     const QJsonArray ranges = QJsonDocument::fromJson(result.output.toUtf8()).array();
     QCOMPARE(ranges.size(), 2);
     QCOMPARE(ranges.at(1).toObject(), QJsonObject({{"depth", 1},
@@ -313,21 +301,19 @@ void TestChannelsCommandFiles::filesThatGiveNothingAreNamed()
 {
     QFETCH(QString, file);
     QFETCH(QString, reason);
-    write("empty.csv", "");
-    write("expired.csv", line("no", "5-6", "", "a", day(-2), day(-1)));
-    write("utf16.csv", QByteArray("\xff\xfen\0o\0;\0", 8).repeated(100));
-    QCOMPARE(::mkfifo(QFile::encodeName(m_directory->filePath("fifo")).constData(), 0600), 0);
-    const QString name = QDir(m_directory->path()).absoluteFilePath(file);
+    m_folder->write("empty.csv", "");
+    m_folder->write("expired.csv", line("no", "5-6", "", "a", day(-2), day(-1)));
+    m_folder->write("utf16.csv", QByteArray("\xff\xfen\0o\0;\0", 8).repeated(100));
+    QCOMPARE(::mkfifo(QFile::encodeName(m_folder->path("fifo")).constData(), 0600), 0);
+    const QString name = QDir(m_folder->path()).absoluteFilePath(file);
     const Run result = run({"channels", "--efis", name});
-    QCOMPARE(result.exitStatus, 1);
-    QCOMPARE(result.output, QString());
-    QCOMPARE(result.errors, QStringLiteral("aveldoran: %1: %2\n").arg(name, reason));
+    verifyFailed(result, QStringLiteral("%1: %2").arg(name, reason));
 }
 
 void TestChannelsCommandFiles::goodFilesArePrintedBesideBadOnes()
 {
-    const QString good = write("good.csv", oneWay("5-6", "a"));
-    const QString bad = write("bad.csv", "");
+    const QString good = m_folder->write("good.csv", oneWay("5-6", "a"));
+    const QString bad = m_folder->write("bad.csv", "");
     for (const QStringList &order : {QStringList{good, bad}, QStringList{bad, good}}) {
         const Run result = run({"channels", "--efis", order.first(), "--efis", order.last()});
         QCOMPARE(result.exitStatus, 1);
@@ -339,8 +325,7 @@ void TestChannelsCommandFiles::goodFilesArePrintedBesideBadOnes()
 
 void TestChannelsCommandFiles::wrongUsageIsRefused_data()
 {
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("reason");
+    addWrongUsageColumns();
     QTest::newRow("nothing to read") << QStringList{"--format", "xml"} << "a profile file or directory is missing";
     QTest::newRow("no file") << QStringList{"--efis"} << "missing value after '--efis'";
     QTest::newRow("unknown format") << QStringList{"--format", "XML", "."}
@@ -351,12 +336,7 @@ void TestChannelsCommandFiles::wrongUsageIsRefused_data()
 
 void TestChannelsCommandFiles::wrongUsageIsRefused()
 {
-    QFETCH(QStringList, arguments);
-    QFETCH(QString, reason);
-    const Run result = run(QStringList{"channels"} + arguments);
-    QCOMPARE(result.exitStatus, 2);
-    QCOMPARE(result.output, QString());
-    QVERIFY2(result.errors.contains(reason), qPrintable(result.errors));
+    verifyRefused({"channels"});
 }
 
 QTEST_GUILESS_MAIN(TestChannelsCommandFiles)

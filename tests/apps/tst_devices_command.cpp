@@ -1,3 +1,5 @@
+#include "apps/commandchecks.h"
+#include "apps/folder.h"
 #include "apps/programrun.h"
 #include "core/usbtestbed.h"
 
@@ -6,7 +8,6 @@
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
-#include <QtCore/QTemporaryDir>
 
 #include <memory>
 
@@ -119,14 +120,10 @@ void TestDevicesCommand::saysThatNothingIsAttached()
 void TestDevicesCommand::knowsTheChipsOfTheSetting()
 {
     m_bed->plug("1-1", "067b", "2303", 4, "P1", "Receiver");
-    const QTemporaryDir directory;
-    QVERIFY(QDir(directory.path()).mkpath("Aveldoran"));
-    QFile settings(directory.filePath("Aveldoran/aveldoran.conf"));
-    QVERIFY(settings.open(QIODevice::WriteOnly));
-    settings.write("[Devices]\nUsbIds=067b:2303=gpslogger, 067b:2303=generator\n");
-    settings.close();
+    const Folder folder;
+    folder.write("Aveldoran/aveldoran.conf", "[Devices]\nUsbIds=067b:2303=gpslogger, 067b:2303=generator\n");
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("XDG_CONFIG_HOME", directory.path());
+    environment.insert("XDG_CONFIG_HOME", folder.path());
     const Run result = run({"devices"}, {}, environment);
     QCOMPARE(result.exitStatus, 0);
     QCOMPARE(result.output.section('\n', 1),
@@ -156,38 +153,26 @@ void TestDevicesCommand::keepsTerminalControlOutOfItsOutput()
 
 void TestDevicesCommand::reportsOutputThatCanNotBeWritten()
 {
-    const Run result = run({"devices"}, "/dev/full");
-    QCOMPARE(result.exitStatus, 1);
-    QVERIFY2(result.errors.startsWith("aveldoran: standard output: can't be written: "), qPrintable(result.errors));
+    verifyReportsFullDisk({"devices"});
 }
 
 void TestDevicesCommand::refusesWrongUsage_data()
 {
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("reason");
-    QTest::newRow("an argument") << QStringList{"devices", "x"} << "devices: expected no argument, found 'x'";
-    QTest::newRow("unknown option") << QStringList{"devices", "--al"} << "unknown option '--al'";
-    QTest::newRow("unknown format") << QStringList{"devices", "--format", "xml"}
+    addWrongUsageColumns();
+    QTest::newRow("an argument") << QStringList{"x"} << "devices: expected no argument, found 'x'";
+    QTest::newRow("unknown option") << QStringList{"--al"} << "unknown option '--al'";
+    QTest::newRow("unknown format") << QStringList{"--format", "xml"}
                                     << "devices: --format expects text or json, not 'xml'";
 }
 
 void TestDevicesCommand::refusesWrongUsage()
 {
-    QFETCH(QStringList, arguments);
-    QFETCH(QString, reason);
-    const Run result = run(arguments);
-    QCOMPARE(result.exitStatus, 2);
-    QCOMPARE(result.output, QString());
-    QVERIFY2(result.errors.contains(reason), qPrintable(result.errors));
+    verifyRefused({"devices"});
 }
 
 void TestDevicesCommand::helps()
 {
-    QVERIFY(run({"--help"}).output.contains("devices"));
-    const Run command = run({"devices", "--help"});
-    QCOMPARE(command.exitStatus, 0);
-    QVERIFY(command.output.contains("--all"));
-    QVERIFY(command.output.contains("Example:"));
+    verifyHelps("devices", {"--all", "Example:"});
 }
 
 QTEST_GUILESS_MAIN(TestDevicesCommand)

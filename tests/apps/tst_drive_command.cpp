@@ -1,3 +1,4 @@
+#include "apps/commandchecks.h"
 #include "apps/drivefiles.h"
 #include "apps/programrun.h"
 
@@ -457,26 +458,19 @@ void TestDriveCommand::refusesOutputs()
     QCOMPARE(mkfifo(qPrintable(path("pipe.kml")), 0600), 0);
     const QString recording = saveRecording(path("a.mdr"), {positionedSweepAt(0, {-100.0, -50.0})});
     const Run result = run({"drive", recording, "--output", path(name)});
-    QCOMPARE(result.exitStatus, 1);
-    QCOMPARE(result.output, QString());
-    QCOMPARE(result.errors, "aveldoran: " + path(name) + ": can't be written: " + reason + "\n");
+    verifyFailed(result, path(name) + ": can't be written: " + reason);
 }
 
 void TestDriveCommand::reportsOutputThatCanNotBeWritten()
 {
     const QString recording = saveRecording(path("a.mdr"), {positionedSweepAt(0, {-100.0, -50.0})});
-    const Run result = run({"drive", recording}, "/dev/full");
-    QCOMPARE(result.exitStatus, 1);
-    QCOMPARE(result.errors, QString("aveldoran: standard output: can't be written: No space left on device\n"));
-    const Run summary = run({"drive", recording, "--output", path("a.kml")}, "/dev/full");
-    QCOMPARE(summary.exitStatus, 1);
-    QVERIFY(summary.errors.startsWith("aveldoran: standard output: can't be written: "));
+    verifyReportsFullDisk({"drive", recording});
+    verifyReportsFullDisk({"drive", recording, "--output", path("a.kml")});
 }
 
 void TestDriveCommand::refusesWrongUsage_data()
 {
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("reason");
+    addWrongUsageColumns();
     QTest::newRow("no recording") << QStringList{} << "drive: expected one recording, found 0";
     QTest::newRow("two recordings") << QStringList{"a.mdr", "b.mdr"} << "drive: expected one recording, found 2";
     QTest::newRow("an unknown option") << QStringList{"a.mdr", "--fast"} << "unknown option '--fast'";
@@ -505,23 +499,12 @@ void TestDriveCommand::refusesWrongUsage_data()
 
 void TestDriveCommand::refusesWrongUsage()
 {
-    QFETCH(QStringList, arguments);
-    QFETCH(QString, reason);
-    const Run result = run(QStringList{"drive"} + arguments);
-    QCOMPARE(result.exitStatus, 2);
-    QCOMPARE(result.output, QString());
-    QVERIFY2(result.errors.contains(reason), qPrintable(result.errors));
-    QCOMPARE(result.errors.count('\n'), 1);
+    verifyRefused({"drive"});
 }
 
 void TestDriveCommand::helps()
 {
-    const Run result = run({"drive", "--help"});
-    QCOMPARE(result.errors, QString());
-    QCOMPARE(result.exitStatus, 0);
-    QVERIFY(result.output.startsWith("Usage: aveldoran drive "));
-    QVERIFY(result.output.contains("--tolerance"));
-    QVERIFY(run({"--help"}).output.contains("  drive "));
+    verifyHelps("drive", {"--tolerance"});
 }
 
 QTEST_GUILESS_MAIN(TestDriveCommand)

@@ -1,3 +1,4 @@
+#include "apps/commandchecks.h"
 #include "apps/drivefiles.h"
 #include "apps/programrun.h"
 
@@ -42,6 +43,7 @@ private:
     {
         return run(QStringList{"drive", "--output", path("drive.kml")} + arguments);
     }
+    void verifyLeftOut(const QString &what, const QList<double> &maxima, const QList<double> &minima);
     bool isWritten() const { return QFile::exists(path("drive.kml")); }
 
     std::unique_ptr<Folder> m_folder;
@@ -134,9 +136,7 @@ void TestDriveCommandInput::refusesRecordings()
     document.addGeoData(positionAt(0));
     QVERIFY(document.save(path("positions.mdr")));
     const Run result = drive({path(name), "--gpx", kGpx});
-    QCOMPARE(result.exitStatus, 1);
-    QCOMPARE(result.output, QString());
-    QCOMPARE(result.errors, "aveldoran: " + path(name) + ": " + reason + "\n");
+    verifyFailed(result, path(name) + ": " + reason);
     QVERIFY(!isWritten());
 }
 
@@ -145,10 +145,7 @@ void TestDriveCommandInput::aRecordingWithoutPositionsNeedsATrack()
     m_folder->write("drive.kml", "old");
     const QString recording = saveRecording(path("a.mdr"), {sweepAt(0, kLevels), sweepAt(1, kLevels)});
     const Run alone = drive({recording});
-    QCOMPARE(alone.exitStatus, 1);
-    QCOMPARE(alone.output, QString());
-    QCOMPARE(alone.errors,
-             "aveldoran: " + recording + ": no sweep has a position; name a track with --gpx or --nmea\n");
+    verifyFailed(alone, recording + ": no sweep has a position; name a track with --gpx or --nmea");
     QCOMPARE(m_folder->read("drive.kml"), QByteArray("old"));
     QCOMPARE(drive({recording, "--gpx", kGpx}).exitStatus, 0);
 }
@@ -221,9 +218,7 @@ void TestDriveCommandInput::refusesTracks()
     m_folder->write("wpt.gpx", "<gpx><wpt lat=\"1\" lon=\"2\"/></gpx>");
     const QString recording = saveRecording(path("a.mdr"), positionedSweeps(2));
     const Run result = drive({recording, option, path(name)});
-    QCOMPARE(result.exitStatus, 1);
-    QCOMPARE(result.output, QString());
-    QCOMPARE(result.errors, "aveldoran: " + path(name) + reason + "\n");
+    verifyFailed(result, path(name) + reason);
     QVERIFY(!isWritten());
 }
 
@@ -292,6 +287,25 @@ void TestDriveCommandInput::levelsOfOneValueNeedElevationZero()
     QCOMPARE(drive({recording, "--elevation", "0"}).exitStatus, 0);
 }
 
+// Draws the row's sweep between two others; what is left out of it is told in that way, once.
+void TestDriveCommandInput::verifyLeftOut(const QString &what, const QList<double> &maxima, const QList<double> &minima)
+{
+    QFETCH(QList<double>, levels);
+    QFETCH(int, unit);
+    const QString recording =
+        saveRecording(path("a.mdr"), {positionedSweepAt(0, {-100.0, -50.0}), positionedSweepAt(1, levels, unit),
+                                      positionedSweepAt(2, {-80.0, -60.0})});
+    const Run result = drive({recording, "--unit", "dBm"});
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.exitStatus, 0);
+    QVERIFY2(result.output.endsWith("values: -100.00 dBm at 100 MHz to -50.00 dBm at 101 MHz\n" + path("drive.kml") +
+                                    ": " + what + ", left out: 1\n"),
+             qPrintable(result.output));
+    const Kml document(m_folder->read("drive.kml"));
+    QCOMPARE(document.heights("Maximum Values"), maxima);
+    QCOMPARE(document.heights("Minimum Values"), minima);
+}
+
 void TestDriveCommandInput::pointsThatCanNotBeDrawnAreLeftOut_data()
 {
     QTest::addColumn<QList<double>>("levels");
@@ -304,20 +318,7 @@ void TestDriveCommandInput::pointsThatCanNotBeDrawnAreLeftOut_data()
 
 void TestDriveCommandInput::pointsThatCanNotBeDrawnAreLeftOut()
 {
-    QFETCH(QList<double>, levels);
-    QFETCH(int, unit);
-    const QString recording =
-        saveRecording(path("a.mdr"), {positionedSweepAt(0, {-100.0, -50.0}), positionedSweepAt(1, levels, unit),
-                                      positionedSweepAt(2, {-80.0, -60.0})});
-    const Run result = drive({recording, "--unit", "dBm"});
-    QCOMPARE(result.errors, QString());
-    QCOMPARE(result.exitStatus, 0);
-    QVERIFY2(result.output.endsWith("values: -100.00 dBm at 100 MHz to -50.00 dBm at 101 MHz\n" + path("drive.kml") +
-                                    ": points with levels that can't be drawn, left out: 1\n"),
-             qPrintable(result.output));
-    const Kml document(m_folder->read("drive.kml"));
-    QCOMPARE(document.heights("Maximum Values"), QList<double>({200.0, 120.0, 160.0}));
-    QCOMPARE(document.heights("Minimum Values"), QList<double>({0.0, 120.0, 80.0}));
+    verifyLeftOut("points with levels that can't be drawn", {200.0, 120.0, 160.0}, {0.0, 120.0, 80.0});
 }
 
 void TestDriveCommandInput::levelsThatCanNotBeDrawnAreLeftOut_data()
@@ -333,20 +334,7 @@ void TestDriveCommandInput::levelsThatCanNotBeDrawnAreLeftOut_data()
 
 void TestDriveCommandInput::levelsThatCanNotBeDrawnAreLeftOut()
 {
-    QFETCH(QList<double>, levels);
-    QFETCH(int, unit);
-    const QString recording =
-        saveRecording(path("a.mdr"), {positionedSweepAt(0, {-100.0, -50.0}), positionedSweepAt(1, levels, unit),
-                                      positionedSweepAt(2, {-80.0, -60.0})});
-    const Run result = drive({recording, "--unit", "dBm"});
-    QCOMPARE(result.errors, QString());
-    QCOMPARE(result.exitStatus, 0);
-    QVERIFY2(result.output.endsWith("values: -100.00 dBm at 100 MHz to -50.00 dBm at 101 MHz\n" + path("drive.kml") +
-                                    ": sweeps with levels or a place that can't be drawn, left out: 1\n"),
-             qPrintable(result.output));
-    const Kml document(m_folder->read("drive.kml"));
-    QCOMPARE(document.heights("Maximum Values"), QList<double>({200.0, 160.0}));
-    QCOMPARE(document.heights("Minimum Values"), QList<double>({0.0, 80.0}));
+    verifyLeftOut("sweeps with levels or a place that can't be drawn", {200.0, 160.0}, {0.0, 80.0});
 }
 
 void TestDriveCommandInput::refusesARecordingWithoutAnyLevel()

@@ -1,8 +1,10 @@
+#include "apps/commandchecks.h"
+#include "apps/folder.h"
+#include "apps/pixels.h"
 #include "apps/programrun.h"
 
 #include <QtTest/QtTest>
 
-#include <QtCore/QTemporaryDir>
 #include <QtGui/QImage>
 
 #include <unistd.h>
@@ -20,16 +22,6 @@ constexpr char kMask[] = "<data><limit name='Mask' begin='100000000' end='200000
                          " endValue='-70' interpolation='1'/>"
                          "<level frequency='190000000'>-60</level></limit></data>";
 
-int countPixels(const QImage &image, QRgb color)
-{
-    int count = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x)
-            count += (image.pixel(x, y) & RGB_MASK) == (color & RGB_MASK) ? 1 : 0;
-    }
-    return count;
-}
-
 } // namespace
 
 class TestLimitsCommand : public QObject
@@ -37,7 +29,7 @@ class TestLimitsCommand : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
+    void init() { m_folder = std::make_unique<Folder>(); }
 
     void listsLimitsWithTheirPieces();
     void readsDirectories();
@@ -72,39 +64,20 @@ private Q_SLOTS:
     void helps();
 
 private:
-    QString path(const QString &name) const { return m_directory->filePath(name); }
-    QString write(const QString &name, const QByteArray &content) const
-    {
-        QFile file(path(name));
-        if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-            qFatal("could not write %s", qPrintable(file.fileName()));
-        return file.fileName();
-    }
-    QByteArray read(const QString &name) const
-    {
-        QFile file(path(name));
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
     Run check(const QByteArray &trace, const QByteArray &limits = kMask) const
     {
-        return run({"limits", "--check", write("trace.csv", trace), write("mask.xml", limits)});
+        return run({"limits", "--check", m_folder->write("trace.csv", trace), m_folder->write("mask.xml", limits)});
     }
 
-    std::unique_ptr<QTemporaryDir> m_directory;
+    std::unique_ptr<Folder> m_folder;
 };
-
-void TestLimitsCommand::init()
-{
-    m_directory = std::make_unique<QTemporaryDir>();
-    QVERIFY(m_directory->isValid());
-}
 
 void TestLimitsCommand::listsLimitsWithTheirPieces()
 {
-    const QString mask = write("mask.xml", kMask);
-    const QString other = write("other.xml", "<data><limit end='1000' measureunit='99'/>"
-                                             "<limit name='Field'><section beginValue='1' endValue='2'"
-                                             " interpolation='2'/></limit></data>");
+    const QString mask = m_folder->write("mask.xml", kMask);
+    const QString other = m_folder->write("other.xml", "<data><limit end='1000' measureunit='99'/>"
+                                                       "<limit name='Field'><section beginValue='1' endValue='2'"
+                                                       " interpolation='2'/></limit></data>");
     const Run result = run({"limits", mask, other});
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitStatus, 0);
@@ -131,7 +104,7 @@ void TestLimitsCommand::readsDirectories()
         QVERIFY2(result.output.contains(QLatin1String(name)), name);
     QVERIFY(result.output.indexOf("en55032-conducted.xml") < result.output.indexOf("tv-broadcast-masks.xml"));
 
-    const Run empty = run({"limits", m_directory->path()});
+    const Run empty = run({"limits", m_folder->path()});
     QCOMPARE(empty.exitStatus, 1);
     QVERIFY(empty.errors.contains("no limit files (*.xml) in this directory"));
 }
@@ -149,10 +122,10 @@ void TestLimitsCommand::namesWhatItCanNotRead()
 {
     QFETCH(QByteArray, content);
     QFETCH(QString, error);
-    const QString bad = path("bad.xml");
+    const QString bad = m_folder->path("bad.xml");
     if (!content.isEmpty())
-        write("bad.xml", content);
-    const Run result = run({"limits", bad, write("mask.xml", kMask)});
+        m_folder->write("bad.xml", content);
+    const Run result = run({"limits", bad, m_folder->write("mask.xml", kMask)});
     QCOMPARE(result.exitStatus, 1);
     QVERIFY2(result.errors.contains(error) && result.errors.contains(bad), qPrintable(result.errors));
     QVERIFY(result.output.contains("Mask"));
@@ -160,9 +133,9 @@ void TestLimitsCommand::namesWhatItCanNotRead()
 
 void TestLimitsCommand::keepsTerminalControlOutOfItsOutput()
 {
-    const Run result = run({"limits", write("a.xml", "<data><limit name='a&#10;b\xc2\x9b"
-                                                     "31mc' measureunit='&#10;x'>"
-                                                     "<description>d&#10;e</description></limit></data>")});
+    const Run result = run({"limits", m_folder->write("a.xml", "<data><limit name='a&#10;b\xc2\x9b"
+                                                               "31mc' measureunit='&#10;x'>"
+                                                               "<description>d&#10;e</description></limit></data>")});
     QCOMPARE(result.exitStatus, 0);
     QVERIFY2(result.output.contains(QStringLiteral("  a b\ufffd31mc  ")), qPrintable(result.output));
     QVERIFY(!result.output.contains(QChar(0x9b)));
@@ -231,8 +204,9 @@ void TestLimitsCommand::gapsAndInfinitiesInATrace()
 
 void TestLimitsCommand::unitsOfDifferentFamiliesAreRefused()
 {
-    const Run result = run({"limits", "--check", write("trace.csv", "100 MHz;-90\n"), write("mask.xml", kMask),
-                            QLatin1String(kExamples) + "/en55032-radiated-above-1ghz.xml"});
+    const Run result =
+        run({"limits", "--check", m_folder->write("trace.csv", "100 MHz;-90\n"), m_folder->write("mask.xml", kMask),
+             QLatin1String(kExamples) + "/en55032-radiated-above-1ghz.xml"});
     QCOMPARE(result.exitStatus, 1);
     QCOMPARE(result.output, QString("  Mask: kept; points compared: 1\n"));
     QCOMPARE(result.errors.count('\n'), 4);
@@ -265,7 +239,7 @@ void TestLimitsCommand::findsTheCarriersOfTheExampleTrace()
 
 void TestLimitsCommand::namesATraceThatCanNotBeRead()
 {
-    const Run missing = run({"limits", "--check", path("missing.csv"), write("mask.xml", kMask)});
+    const Run missing = run({"limits", "--check", m_folder->path("missing.csv"), m_folder->write("mask.xml", kMask)});
     QCOMPARE(missing.exitStatus, 1);
     QVERIFY(missing.errors.contains("missing.csv: can't be read"));
     const Run bad = check("100 MHz;loud\n");
@@ -275,12 +249,12 @@ void TestLimitsCommand::namesATraceThatCanNotBeRead()
 
 void TestLimitsCommand::rewritesAsAnEditorDoes()
 {
-    const Run result = run({"limits", "--rewrite", path("new/out.xml"), write("mask.xml", kMask)});
+    const Run result = run({"limits", "--rewrite", m_folder->path("new/out.xml"), m_folder->write("mask.xml", kMask)});
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitStatus, 0);
     QVERIFY2(result.output.endsWith("new/out.xml: written; limits: 1, pieces: 3, descriptions left out: 1\n"),
              qPrintable(result.output));
-    QCOMPARE(read("new/out.xml"),
+    QCOMPARE(m_folder->read("new/out.xml"),
              QByteArray("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<data>\n"
                         "    <limit name=\"Mask\" begin=\"100000000\" end=\"200000000\" measureunit=\"0\""
                         " color=\"#00aa00\">\n"
@@ -294,24 +268,26 @@ void TestLimitsCommand::rewritesAsAnEditorDoes()
 
 void TestLimitsCommand::rewritesAFileOntoItself()
 {
-    const QString name = write("mask.xml", kMask);
+    const QString name = m_folder->write("mask.xml", kMask);
     QCOMPARE(run({"limits", "--rewrite", name, name}).exitStatus, 0);
-    const QByteArray once = read("mask.xml");
+    const QByteArray once = m_folder->read("mask.xml");
     QVERIFY(once.startsWith("<?xml") && once.contains("Mask"));
     QCOMPARE(run({"limits", "--rewrite", name, name}).exitStatus, 0);
-    QCOMPARE(read("mask.xml"), once);
+    QCOMPARE(m_folder->read("mask.xml"), once);
 }
 
 void TestLimitsCommand::aFailedRewriteLeavesTheOldFile()
 {
-    write("out.xml", "old");
-    const Run unreadable = run({"limits", "--rewrite", path("out.xml"), write("bad.xml", "<data>")});
+    m_folder->write("out.xml", "old");
+    const Run unreadable =
+        run({"limits", "--rewrite", m_folder->path("out.xml"), m_folder->write("bad.xml", "<data>")});
     QCOMPARE(unreadable.exitStatus, 1);
-    QCOMPARE(read("out.xml"), QByteArray("old"));
-    const Run misplaced = run({"limits", "--rewrite", path("out.xml/below"), write("mask.xml", kMask)});
+    QCOMPARE(m_folder->read("out.xml"), QByteArray("old"));
+    const Run misplaced =
+        run({"limits", "--rewrite", m_folder->path("out.xml/below"), m_folder->write("mask.xml", kMask)});
     QCOMPARE(misplaced.exitStatus, 1);
     QVERIFY(misplaced.errors.contains("out.xml/below: can't be written"));
-    const Run directory = run({"limits", "--rewrite", m_directory->path(), write("mask.xml", kMask)});
+    const Run directory = run({"limits", "--rewrite", m_folder->path(), m_folder->write("mask.xml", kMask)});
     QCOMPARE(directory.exitStatus, 1);
 }
 
@@ -321,56 +297,57 @@ void TestLimitsCommand::aFullDiskIsReported()
     QByteArray many = "<data>";
     for (int i = 0; i < 200; ++i)
         many += "<limit name='A limit with a name that takes some room in a file'/>";
-    write("many.xml", many + "</data>");
+    m_folder->write("many.xml", many + "</data>");
     for (const char *blocks : {"0", "4", "8"}) { // of 1,024 bytes
-        write("out.xml", "old");
+        m_folder->write("out.xml", "old");
         QProcess shell;
-        shell.setWorkingDirectory(m_directory->path());
+        shell.setWorkingDirectory(m_folder->path());
         shell.start("sh", {"-c", QStringLiteral("trap '' XFSZ; ulimit -f %1; '%2' limits --rewrite out.xml many.xml"
                                                 " >/dev/null 2>/dev/null")
                                      .arg(QLatin1String(blocks), QStringLiteral(AVELDORAN_PROGRAM))});
         QVERIFY(shell.waitForFinished(60000));
         QCOMPARE(shell.exitCode(), 1);
-        QCOMPARE(read("out.xml"), QByteArray("old"));
+        QCOMPARE(m_folder->read("out.xml"), QByteArray("old"));
     }
-    QCOMPARE(QDir(m_directory->path()).entryList(QDir::Files | QDir::Hidden), (QStringList{"many.xml", "out.xml"}));
+    QCOMPARE(m_folder->names(), (QStringList{"many.xml", "out.xml"}));
 }
 
 void TestLimitsCommand::drawsLimits()
 {
-    const Run result = run({"limits", "--plot", path("mask.png"), write("mask.xml", kMask)});
+    const Run result = run({"limits", "--plot", m_folder->path("mask.png"), m_folder->write("mask.xml", kMask)});
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitStatus, 0);
-    const QImage image(path("mask.png"));
+    const QImage image(m_folder->path("mask.png"));
     QVERIFY(!image.isNull());
     QVERIFY(countPixels(image, 0xff00aa00) > 500); // in its own colour
 }
 
 void TestLimitsCommand::drawsATraceUnderItsLimit()
 {
-    const Run result = run({"limits", "--check", kTrace, "--plot", path("a.png"), write("mask.xml", kMask)});
+    const Run result =
+        run({"limits", "--check", kTrace, "--plot", m_folder->path("a.png"), m_folder->write("mask.xml", kMask)});
     QCOMPARE(result.exitStatus, 1); // the trace exceeds it
     QCOMPARE(result.errors, QString());
-    const QImage image(path("a.png"));
+    const QImage image(m_folder->path("a.png"));
     QVERIFY(countPixels(image, 0xff00aa00) > 200);
     QVERIFY(countPixels(image, 0xff1f4e9e) > 2000);
 }
 
 void TestLimitsCommand::limitsThatCanNotBeDrawnTogetherAreNamed()
 {
-    const Run result = run({"limits", "--plot", path("a.png"), write("mask.xml", kMask),
+    const Run result = run({"limits", "--plot", m_folder->path("a.png"), m_folder->write("mask.xml", kMask),
                             QLatin1String(kExamples) + "/fcc-part15-radiated.xml"});
     QCOMPARE(result.exitStatus, 1);
     QVERIFY(result.errors.contains(QStringLiteral("FCC 15.209, 3 m: a limit in dB\u00b5V/m can't be drawn over dBm")));
-    QVERIFY(QFile::exists(path("a.png")));
-    const Run unknown =
-        run({"limits", "--plot", path("b.png"), write("x.xml", "<data><limit name='x' measureunit='99'/></data>")});
+    QVERIFY(QFile::exists(m_folder->path("a.png")));
+    const Run unknown = run({"limits", "--plot", m_folder->path("b.png"),
+                             m_folder->write("x.xml", "<data><limit name='x' measureunit='99'/></data>")});
     QCOMPARE(unknown.exitStatus, 1);
     QVERIFY(unknown.errors.contains("x: unit 99 is not known and can't be drawn"));
-    const Run nowhere = run({"limits", "--plot", path("missing/c.png"), write("mask.xml", kMask)});
+    const Run nowhere = run({"limits", "--plot", m_folder->path("missing/c.png"), m_folder->write("mask.xml", kMask)});
     QCOMPARE(nowhere.exitStatus, 1);
     QVERIFY(nowhere.errors.contains("missing/c.png: can't be written"));
-    const Run empty = run({"limits", "--plot", path("d.png"), write("empty.xml", "<data/>")});
+    const Run empty = run({"limits", "--plot", m_folder->path("d.png"), m_folder->write("empty.xml", "<data/>")});
     QCOMPARE(empty.errors, QString());
     QCOMPARE(empty.exitStatus, 0);
 }
@@ -379,19 +356,19 @@ void TestLimitsCommand::drawsEveryExample()
 {
     const QDir examples(kExamples);
     for (const QString &name : examples.entryList({"*.xml"})) {
-        const Run result = run({"limits", "--plot", path("a.png"), examples.filePath(name)});
+        const Run result = run({"limits", "--plot", m_folder->path("a.png"), examples.filePath(name)});
         QCOMPARE(result.errors, QString());
         QCOMPARE(result.exitStatus, 0);
-        QVERIFY(countPixels(QImage(path("a.png")), 0xffcc0000) > 200);
+        QVERIFY(countPixels(QImage(m_folder->path("a.png")), 0xffcc0000) > 200);
     }
 }
 
 void TestLimitsCommand::reportsOutputThatCanNotBeWritten()
 {
-    const QString mask = write("mask.xml", QByteArray(kMask).replace("Of a test", QByteArray(20000, 'x')));
+    const QString mask = m_folder->write("mask.xml", QByteArray(kMask).replace("Of a test", QByteArray(20000, 'x')));
     QProcess shell;
     shell.start("sh", {"-c", QStringLiteral("trap '' XFSZ; ulimit -f 4; '%1' limits '%2' > '%3'")
-                                 .arg(QStringLiteral(AVELDORAN_PROGRAM), mask, path("out.txt"))});
+                                 .arg(QStringLiteral(AVELDORAN_PROGRAM), mask, m_folder->path("out.txt"))});
     QVERIFY(shell.waitForFinished(60000));
     QCOMPARE(shell.exitCode(), 1);
     QVERIFY(shell.readAllStandardError().contains("standard output: can't be written"));
@@ -405,43 +382,41 @@ void TestLimitsCommand::namesWithPlaceholdersStayWhole()
     QVERIFY2(checked.output.contains("L %1 at %2 %L3: "), qPrintable(checked.output));
     QVERIFY2(checked.output.contains("points compared: 3"), qPrintable(checked.output));
 
-    const Run rewritten = run({"limits", "--rewrite", path("o %1 %2.xml"), write("mask.xml", limits)});
+    const Run rewritten =
+        run({"limits", "--rewrite", m_folder->path("o %1 %2.xml"), m_folder->write("mask.xml", limits)});
     QVERIFY2(rewritten.output.contains("o %1 %2.xml: written; limits: 1, pieces: 2"), qPrintable(rewritten.output));
 }
 
 void TestLimitsCommand::refusesWrongUsage_data()
 {
-    QTest::addColumn<QStringList>("arguments");
+    addWrongUsageColumns();
     const QString mask = "mask.xml";
-    QTest::newRow("no file") << QStringList{};
-    QTest::newRow("unknown option") << QStringList{"--color", mask};
-    QTest::newRow("no trace") << QStringList{mask, "--check"};
-    QTest::newRow("empty trace") << QStringList{"--check", "", mask};
-    QTest::newRow("no PNG") << QStringList{"--plot", "a.jpg", mask};
+    QTest::newRow("no file") << QStringList{} << "limits: a limit file is missing";
+    QTest::newRow("unknown option") << QStringList{"--color", mask} << "unknown option '--color'";
+    QTest::newRow("no trace") << QStringList{mask, "--check"} << "missing value after '--check'";
+    QTest::newRow("empty trace") << QStringList{"--check", "", mask} << "--check expects the name of a file, not ''";
+    QTest::newRow("no PNG") << QStringList{"--plot", "a.jpg", mask}
+                            << "--plot expects the name of a file that ends in .png, not 'a.jpg'";
     QTest::newRow("picture over the rewritten file")
-        << QStringList{"--rewrite", "out.png", "--plot", "./out.png", mask};
-    QTest::newRow("picture over the limits") << QStringList{"--plot", "a.png", "a.png"};
-    QTest::newRow("two to rewrite") << QStringList{"--rewrite", "out.xml", mask, mask};
-    QTest::newRow("a directory to rewrite") << QStringList{"--rewrite", "out.xml", "."};
+        << QStringList{"--rewrite", "out.png", "--plot", "./out.png", mask}
+        << "--plot would replace 'out.png', which the command line names too";
+    QTest::newRow("picture over the limits")
+        << QStringList{"--plot", "a.png", "a.png"} << "--plot would replace 'a.png', which the command line names too";
+    QTest::newRow("two to rewrite") << QStringList{"--rewrite", "out.xml", mask, mask}
+                                    << "--rewrite expects one limit file";
+    QTest::newRow("a directory to rewrite")
+        << QStringList{"--rewrite", "out.xml", "."} << "--rewrite expects one limit file";
 }
 
 void TestLimitsCommand::refusesWrongUsage()
 {
-    QFETCH(QStringList, arguments);
-    const Run result = run(QStringList{"limits"} + arguments);
-    QCOMPARE(result.exitStatus, 2);
-    QCOMPARE(result.output, QString());
-    QVERIFY(result.errors.startsWith("aveldoran: "));
+    verifyRefused({"limits"});
     QVERIFY(!QFile::exists("out.xml"));
 }
 
 void TestLimitsCommand::helps()
 {
-    const Run help = run({"limits", "--help"});
-    QCOMPARE(help.exitStatus, 0);
-    for (const char *option : {"--check", "--rewrite", "--plot"})
-        QVERIFY(help.output.contains(option));
-    QVERIFY(run({"--help"}).output.contains("limits "));
+    verifyHelps("limits", {"--check", "--rewrite", "--plot"});
 }
 
 QTEST_GUILESS_MAIN(TestLimitsCommand)

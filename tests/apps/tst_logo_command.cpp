@@ -1,3 +1,5 @@
+#include "apps/commandchecks.h"
+#include "apps/folder.h"
 #include "apps/programrun.h"
 
 #include <QtGui/QImage>
@@ -51,7 +53,7 @@ class TestLogoCommand : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
+    void init() { m_folder = std::make_unique<Folder>(); }
 
     void printsTheLogo();
     void needsNoDisplay();
@@ -85,25 +87,8 @@ private Q_SLOTS:
     void helps();
 
 private:
-    QString path(const QString &name) const { return m_directory->filePath(name); }
-    QString write(const QString &name, const QByteArray &content);
-
-    std::unique_ptr<QTemporaryDir> m_directory;
+    std::unique_ptr<Folder> m_folder;
 };
-
-void TestLogoCommand::init()
-{
-    m_directory = std::make_unique<QTemporaryDir>();
-    QVERIFY(m_directory->isValid());
-}
-
-QString TestLogoCommand::write(const QString &name, const QByteArray &content)
-{
-    QFile file(path(name));
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        qFatal("could not write %s", qPrintable(file.fileName()));
-    return file.fileName();
-}
 
 void TestLogoCommand::printsTheLogo()
 {
@@ -119,7 +104,7 @@ void TestLogoCommand::needsNoDisplay()
     QVERIFY(qputenv("QT_QPA_PLATFORM", "nonexistent"));
     const QByteArray runtimeDirectory = qgetenv("XDG_RUNTIME_DIR");
     qunsetenv("XDG_RUNTIME_DIR");
-    const Run result = run(kDevice + QStringList{"--output", path("logo.png"), "--ascii"});
+    const Run result = run(kDevice + QStringList{"--output", m_folder->path("logo.png"), "--ascii"});
     qputenv("QT_QPA_PLATFORM", "offscreen");
     if (!runtimeDirectory.isEmpty())
         qputenv("XDG_RUNTIME_DIR", runtimeDirectory);
@@ -143,26 +128,24 @@ void TestLogoCommand::writesPictures()
 {
     QFETCH(QString, name);
     QFETCH(int, scale);
-    QStringList arguments = kDevice + QStringList{"--output", path(name)};
+    QStringList arguments = kDevice + QStringList{"--output", m_folder->path(name)};
     if (scale != 1)
         arguments += QStringList{"--scale", QString::number(scale)};
     const Run result = run(arguments);
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitStatus, 0);
     QCOMPARE(result.output, QString()); // with --output it is printed on demand
-    const QImage image = QImage(path(name)).convertToFormat(QImage::Format_RGB32);
+    const QImage image = QImage(m_folder->path(name)).convertToFormat(QImage::Format_RGB32);
     QCOMPARE(image, imageOf(kLogo, 25).scaled(51 * scale, 25 * scale));
-    QCOMPARE(QDir(m_directory->path()).entryList(QDir::Files), QStringList{name}); // and nothing beside it
+    QCOMPARE(m_folder->names(), QStringList{name}); // and nothing beside it
 }
 
 void TestLogoCommand::writesTheBitStream()
 {
-    const Run result = run(kDevice + QStringList{"--output", path("logo.bin")});
+    const Run result = run(kDevice + QStringList{"--output", m_folder->path("logo.bin")});
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitStatus, 0);
-    QFile file(path("logo.bin"));
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    const QByteArray stream = file.readAll();
+    const QByteArray stream = m_folder->read("logo.bin");
     QCOMPARE(stream.size(), 160);
     const QImage image = imageOf(kLogo, 25);
     for (int bit = 0; bit < 51 * 25; ++bit) {
@@ -173,10 +156,10 @@ void TestLogoCommand::writesTheBitStream()
 
 void TestLogoCommand::printsBesideAnOutputIfAsked()
 {
-    const Run result = run(kDevice + QStringList{"--output", path("logo.png"), "--ascii"});
+    const Run result = run(kDevice + QStringList{"--output", m_folder->path("logo.png"), "--ascii"});
     QCOMPARE(result.exitStatus, 0);
     QCOMPARE(result.output, kLogo);
-    QVERIFY(QFile::exists(path("logo.png")));
+    QVERIFY(QFile::exists(m_folder->path("logo.png")));
 }
 
 void TestLogoCommand::describesTheDevice()
@@ -237,8 +220,8 @@ void TestLogoCommand::takesBackgroundAndLayout()
 
 void TestLogoCommand::leavesFieldsWithoutAKeyOut()
 {
-    const QString layout = write("layout.ini", "LogoPositionSerial=0x0\n");
-    const QString background = write("background.pbm", "P4\n24 6\n" + QByteArray(18, '\0'));
+    const QString layout = m_folder->write("layout.ini", "LogoPositionSerial=0x0\n");
+    const QString background = m_folder->write("background.pbm", "P4\n24 6\n" + QByteArray(18, '\0'));
     const Run result = run(kDevice + QStringList{"--settings", layout, "--background", background});
     QCOMPARE(result.exitStatus, 0);
     QCOMPARE(result.output, QString::fromUtf8(" ▄   ▄   ▄  ▄▄   ▄  ▄   \n"
@@ -285,14 +268,12 @@ void TestLogoCommand::namesFilesThatCanNotBeUsed()
     QFETCH(QString, option);
     QFETCH(QString, name);
     QFETCH(QString, reason);
-    write("text.txt", "A text\nthat is no file of the program\n");
-    write("large.pbm", "P4\n4097 4096\n" + QByteArray(513 * 4096, '\0'));
-    write("group.ini", "[Logo]\nLogoPositionType=1x19\n");
-    write("empty.ini", "");
-    const Run result = run(kDevice + QStringList{option, path(name)});
-    QCOMPARE(result.exitStatus, 1);
-    QCOMPARE(result.output, QString());
-    QCOMPARE(result.errors, QStringLiteral("aveldoran: %1: %2\n").arg(path(name), reason));
+    m_folder->write("text.txt", "A text\nthat is no file of the program\n");
+    m_folder->write("large.pbm", "P4\n4097 4096\n" + QByteArray(513 * 4096, '\0'));
+    m_folder->write("group.ini", "[Logo]\nLogoPositionType=1x19\n");
+    m_folder->write("empty.ini", "");
+    const Run result = run(kDevice + QStringList{option, m_folder->path(name)});
+    verifyFailed(result, QStringLiteral("%1: %2").arg(m_folder->path(name), reason));
 }
 
 void TestLogoCommand::keepsAFileThatCanNotBeReplaced_data()
@@ -308,7 +289,7 @@ void TestLogoCommand::keepsAFileThatCanNotBeReplaced()
 {
     QFETCH(QString, name);
     QFETCH(int, blocks);
-    const QString file = write(name, "old");
+    const QString file = m_folder->write(name, "old");
     QString command = QStringLiteral("trap '' XFSZ; ulimit -f %1; exec '%2' %3 --output '%4'")
                           .arg(QString::number(blocks), AVELDORAN_PROGRAM, kDevice.join(' '), file);
     if (blocks > 0)
@@ -319,19 +300,17 @@ void TestLogoCommand::keepsAFileThatCanNotBeReplaced()
     QCOMPARE(shell.exitCode(), 1);
     QCOMPARE(shell.readAllStandardError(),
              QStringLiteral("aveldoran: %1: can't be written: File too large\n").arg(file).toUtf8());
-    QFile old(file);
-    QVERIFY(old.open(QIODevice::ReadOnly));
-    QCOMPARE(old.readAll(), QByteArray("old"));
-    QCOMPARE(QDir(m_directory->path()).entryList(QDir::Files), QStringList{name});
+    QCOMPARE(m_folder->read(name), QByteArray("old"));
+    QCOMPARE(m_folder->names(), QStringList{name});
 }
 
 void TestLogoCommand::replacesRegularFilesAlone()
 {
-    const QString pipe = path("logo.bin");
+    const QString pipe = m_folder->path("logo.bin");
     QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
-    QVERIFY(QFile::link(pipe, path("link.bin")));
-    QVERIFY(QDir(m_directory->path()).mkdir("directory.bin"));
-    for (const QString &name : {pipe, path("link.bin"), path("directory.bin")}) {
+    QVERIFY(QFile::link(pipe, m_folder->path("link.bin")));
+    QVERIFY(QDir(m_folder->path()).mkdir("directory.bin"));
+    for (const QString &name : {pipe, m_folder->path("link.bin"), m_folder->path("directory.bin")}) {
         const Run result = run(kDevice + QStringList{"--output", name});
         QCOMPARE(result.exitStatus, 1);
         QCOMPARE(result.errors, QStringLiteral("aveldoran: %1: can't be written: Not a regular file\n").arg(name));
@@ -340,56 +319,53 @@ void TestLogoCommand::replacesRegularFilesAlone()
     QCOMPARE(::stat(QFile::encodeName(pipe).constData(), &status), 0);
     QVERIFY(S_ISFIFO(status.st_mode));
 
-    const QString file = write("file.bin", "old");
-    QVERIFY(QFile::link(file, path("link2.bin")));
-    QCOMPARE(run(kDevice + QStringList{"--output", path("link2.bin")}).exitStatus, 0);
-    QVERIFY(QFileInfo(path("link2.bin")).isSymLink());
+    const QString file = m_folder->write("file.bin", "old");
+    QVERIFY(QFile::link(file, m_folder->path("link2.bin")));
+    QCOMPARE(run(kDevice + QStringList{"--output", m_folder->path("link2.bin")}).exitStatus, 0);
+    QVERIFY(QFileInfo(m_folder->path("link2.bin")).isSymLink());
     QCOMPARE(QFileInfo(file).size(), 160);
 }
 
 void TestLogoCommand::leavesItsInputsAlone()
 {
     const QByteArray picture = "P4\n24 6\n" + QByteArray(18, '\0');
-    const QString background = write("background.png", picture); // read by its content
-    const QString layout = write("layout.bin", "LogoPositionSerial=0x0\n");
-    QVERIFY(QDir(m_directory->path()).mkdir("directory"));
-    QVERIFY(QFile::link(background, path("link.png")));
+    const QString background = m_folder->write("background.png", picture); // read by its content
+    const QString layout = m_folder->write("layout.bin", "LogoPositionSerial=0x0\n");
+    QVERIFY(QDir(m_folder->path()).mkdir("directory"));
+    QVERIFY(QFile::link(background, m_folder->path("link.png")));
     const QStringList inputs = {"--background", background, "--settings", layout};
-    for (const QString &output : {background, path("directory/../background.png"), path("link.png"), layout}) {
+    for (const QString &output :
+         {background, m_folder->path("directory/../background.png"), m_folder->path("link.png"), layout}) {
         const Run result = run(kDevice + inputs + QStringList{"--output", output});
         QCOMPARE(result.exitStatus, 2);
         QCOMPARE(result.errors,
                  QStringLiteral("aveldoran: logo: --output would replace '%1', which the command line names too\n")
                      .arg(output == layout ? layout : background));
     }
-    QFile file(background);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(file.readAll(), picture);
-    QCOMPARE(run(kDevice + inputs + QStringList{"--output", path("other.png")}).exitStatus, 0);
+    QCOMPARE(m_folder->read("background.png"), picture);
+    QCOMPARE(run(kDevice + inputs + QStringList{"--output", m_folder->path("other.png")}).exitStatus, 0);
     // A name without its suffix names another file, even if there is none.
-    const Run result = run(kDevice + QStringList{"--background", path("background"), "--output", background});
+    const Run result = run(kDevice + QStringList{"--background", m_folder->path("background"), "--output", background});
     QCOMPARE(result.exitStatus, 1);
-    QCOMPARE(result.errors,
-             QStringLiteral("aveldoran: %1: can't be read: No such file or directory\n").arg(path("background")));
+    QCOMPARE(
+        result.errors,
+        QStringLiteral("aveldoran: %1: can't be read: No such file or directory\n").arg(m_folder->path("background")));
 }
 
 void TestLogoCommand::leavesSettingsOfTheUserAlone()
 {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("HOME", m_directory->path());
-    environment.insert("XDG_CONFIG_HOME", path("config"));
+    environment.insert("HOME", m_folder->path());
+    environment.insert("XDG_CONFIG_HOME", m_folder->path("config"));
     QCOMPARE(run(kDevice, {}, environment).output, kLogo);
-    QCOMPARE(QDir(m_directory->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot),
-             QStringList());
+    QCOMPARE(QDir(m_folder->path()).entryList(QDir::AllEntries | QDir::Hidden | QDir::NoDotAndDotDot), QStringList());
 
-    QVERIFY(QDir(m_directory->path()).mkpath("config/Aveldoran"));
     const QByteArray own = "[General]\nLogoPositionSerial=0x0\nLogoPositionType=\n";
-    const QString file = write("config/Aveldoran/aveldoran.conf", own);
+    m_folder->write("config/Aveldoran/aveldoran.conf", own);
     QCOMPARE(run(kDevice, {}, environment).output, kLogo);
-    QFile settings(file);
-    QVERIFY(settings.open(QIODevice::ReadOnly));
-    QCOMPARE(settings.readAll(), own);
-    QCOMPARE(QDir(path("config/Aveldoran")).entryList(QDir::Files | QDir::Hidden), QStringList{"aveldoran.conf"});
+    QCOMPARE(m_folder->read("config/Aveldoran/aveldoran.conf"), own);
+    QCOMPARE(QDir(m_folder->path("config/Aveldoran")).entryList(QDir::Files | QDir::Hidden),
+             QStringList{"aveldoran.conf"});
 }
 
 void TestLogoCommand::refusesLooseLayouts_data()
@@ -421,11 +397,9 @@ void TestLogoCommand::refusesLooseLayouts()
 {
     QFETCH(QByteArray, line);
     QFETCH(QString, reason);
-    const QString layout = write("layout.ini", "LogoPositionType=1x19\n" + line + '\n');
+    const QString layout = m_folder->write("layout.ini", "LogoPositionType=1x19\n" + line + '\n');
     const Run result = run(kDevice + QStringList{"--settings", layout});
-    QCOMPARE(result.exitStatus, 1);
-    QCOMPARE(result.output, QString());
-    QCOMPARE(result.errors, QStringLiteral("aveldoran: %1: %2\n").arg(layout, reason));
+    verifyFailed(result, QStringLiteral("%1: %2").arg(layout, reason));
 }
 
 void TestLogoCommand::takesLayoutsOfEveryForm_data()
@@ -440,7 +414,7 @@ void TestLogoCommand::takesLayoutsOfEveryForm_data()
 void TestLogoCommand::takesLayoutsOfEveryForm()
 {
     QFETCH(QByteArray, line);
-    const QString layout = write("layout.ini", "LogoPositionSerial=26x6\n" + line + '\n');
+    const QString layout = m_folder->write("layout.ini", "LogoPositionSerial=26x6\n" + line + '\n');
     const Run result = run(kDevice + QStringList{"--settings", layout});
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitStatus, 0);
@@ -477,26 +451,23 @@ void TestLogoCommand::takesDatesThatADeviceCanKeep()
 
 void TestLogoCommand::refusesAPictureThatGetsTooLarge()
 {
-    const QString background = write("background.pbm", "P4\n1000 1\n" + QByteArray(125, '\0'));
+    const QString background = m_folder->write("background.pbm", "P4\n1000 1\n" + QByteArray(125, '\0'));
     const Run result =
-        run(kDevice + QStringList{"--background", background, "--output", path("logo.png"), "--scale", "40"});
+        run(kDevice + QStringList{"--background", background, "--output", m_folder->path("logo.png"), "--scale", "40"});
     QCOMPARE(result.exitStatus, 1);
     QCOMPARE(result.errors, QStringLiteral("aveldoran: logo: a picture with sides of 40000 pixels is too large, "
                                            "expected at most 32767\n"));
-    QVERIFY(!QFile::exists(path("logo.png")));
+    QVERIFY(!QFile::exists(m_folder->path("logo.png")));
 }
 
 void TestLogoCommand::reportsOutputThatCanNotBeWritten()
 {
-    const Run result = run(kDevice, "/dev/full");
-    QCOMPARE(result.exitStatus, 1);
-    QVERIFY2(result.errors.startsWith("aveldoran: standard output: can't be written: "), qPrintable(result.errors));
+    verifyReportsFullDisk(kDevice);
 }
 
 void TestLogoCommand::refusesWrongUsage_data()
 {
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("reason");
+    addWrongUsageColumns();
     const auto with = [](const QStringList &more) { return kDevice + more; };
     QTest::newRow("no model") << QStringList{"logo", "--firmware", "1", "--serial", "2"} << "--model is missing";
     QTest::newRow("no firmware") << QStringList{"logo", "--model", "1", "--serial", "2"} << "--firmware is missing";
@@ -551,27 +522,15 @@ void TestLogoCommand::refusesWrongUsage_data()
 
 void TestLogoCommand::refusesWrongUsage()
 {
-    QFETCH(QStringList, arguments);
-    QFETCH(QString, reason);
-    const Run result = run(arguments);
-    QCOMPARE(result.exitStatus, 2);
-    QCOMPARE(result.output, QString());
-    QVERIFY2(result.errors.contains(reason), qPrintable(result.errors));
-    QCOMPARE(result.errors.count('\n'), 1);
+    verifyRefused({});
 }
 
 void TestLogoCommand::helps()
 {
-    const Run result = run({"logo", "--help"});
-    QCOMPARE(result.errors, QString());
-    QCOMPARE(result.exitStatus, 0);
-    QVERIFY(result.output.startsWith("Usage: aveldoran logo "));
-    for (const char *text :
-         {"--calibrated", "--model, --firmware and --serial are\nrequired", "--background examples/data/logos/wide.pbm",
-          "--settings examples/data/logos/wide.ini", "--options 0x13", "A lit pixel is black in a picture file",
-          "of the user are neither read nor written"})
-        QVERIFY2(result.output.contains(text), text);
-    QVERIFY(run({"--help"}).output.contains("logo"));
+    verifyHelps("logo", {"--calibrated", "--model, --firmware and --serial are\nrequired",
+                         "--background examples/data/logos/wide.pbm", "--settings examples/data/logos/wide.ini",
+                         "--options 0x13", "A lit pixel is black in a picture file",
+                         "of the user are neither read nor written"});
 }
 
 QTEST_MAIN(TestLogoCommand)

@@ -1,3 +1,6 @@
+#include "apps/commandchecks.h"
+#include "apps/folder.h"
+#include "apps/pixels.h"
 #include "apps/programrun.h"
 
 #include <QtTest/QtTest>
@@ -5,7 +8,6 @@
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
-#include <QtCore/QTemporaryDir>
 #include <QtGui/QImage>
 
 namespace {
@@ -25,24 +27,6 @@ QStringList simplifiedLines(const QString &text)
     return lines;
 }
 
-int countPixels(const QImage &image, QRgb color)
-{
-    int count = 0;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x)
-            count += (image.pixel(x, y) & RGB_MASK) == (color & RGB_MASK) ? 1 : 0;
-    }
-    return count;
-}
-
-QProcessEnvironment withoutDisplay()
-{
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const char *name : {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY", "XDG_RUNTIME_DIR"})
-        environment.remove(QLatin1String(name));
-    return environment;
-}
-
 } // namespace
 
 class TestMarkersCommand : public QObject
@@ -50,7 +34,7 @@ class TestMarkersCommand : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
+    void init() { m_folder = std::make_unique<Folder>(); }
 
     void printsATable();
     void setsSixMaximaIfNothingIsAskedFor();
@@ -81,29 +65,12 @@ private Q_SLOTS:
     void helps();
 
 private:
-    QString path(const QString &name) const { return m_directory->filePath(name); }
-    QString write(const QString &name, const QByteArray &content);
-
-    std::unique_ptr<QTemporaryDir> m_directory;
+    std::unique_ptr<Folder> m_folder;
 };
-
-void TestMarkersCommand::init()
-{
-    m_directory = std::make_unique<QTemporaryDir>();
-    QVERIFY(m_directory->isValid());
-}
-
-QString TestMarkersCommand::write(const QString &name, const QByteArray &content)
-{
-    QFile file(path(name));
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        qFatal("could not write %s", qPrintable(file.fileName()));
-    return file.fileName();
-}
 
 void TestMarkersCommand::printsATable()
 {
-    const QString file = write("a.csv", kTrace);
+    const QString file = m_folder->write("a.csv", kTrace);
     const Run result = run({"markers", "--max", "2", "--min", "1", file});
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitStatus, 0);
@@ -118,7 +85,7 @@ void TestMarkersCommand::printsATable()
 
 void TestMarkersCommand::setsSixMaximaIfNothingIsAskedFor()
 {
-    const Run result = run({"markers", write("a.csv", kTrace)});
+    const Run result = run({"markers", m_folder->write("a.csv", kTrace)});
     QCOMPARE(result.exitStatus, 0);
     const QStringList lines = simplifiedLines(result.output);
     QCOMPARE(lines.size(), 2 + 6);
@@ -130,7 +97,7 @@ void TestMarkersCommand::setsSixMaximaIfNothingIsAskedFor()
 void TestMarkersCommand::readsTheLevelAtFrequencies()
 {
     const Run result = run({"markers", "--at", "101.5MHz", "--at", "106 MHz", "--at", "0.1025 GHz", "--at", "99999999",
-                            "--at", "107 MHz", write("a.csv", kTrace)});
+                            "--at", "107 MHz", m_folder->write("a.csv", kTrace)});
     QCOMPARE(result.exitStatus, 0);
     QCOMPARE(
         simplifiedLines(result.output).mid(2),
@@ -141,8 +108,8 @@ void TestMarkersCommand::readsTheLevelAtFrequencies()
 
 void TestMarkersCommand::showsDifferencesToTheReference()
 {
-    const Run result =
-        run({"markers", "--max", "2", "--at", "104 MHz", "--at", "1 MHz", "--reference", "2", write("a.csv", kTrace)});
+    const Run result = run({"markers", "--max", "2", "--at", "104 MHz", "--at", "1 MHz", "--reference", "2",
+                            m_folder->write("a.csv", kTrace)});
     QCOMPARE(result.exitStatus, 0);
     QCOMPARE(
         simplifiedLines(result.output).mid(2),
@@ -153,7 +120,7 @@ void TestMarkersCommand::showsDifferencesToTheReference()
 
 void TestMarkersCommand::showsADifferenceOfFrequenciesInItsOwnUnit()
 {
-    const QString file = write("a.csv", kTrace);
+    const QString file = m_folder->write("a.csv", kTrace);
     const QStringList arguments = {"markers", "--min", "1", "--at",        "100.25 MHz", "--at",
                                    "101 MHz", "--at",  "1", "--reference", "1",          file};
     Run result = run(arguments);
@@ -199,14 +166,14 @@ void TestMarkersCommand::showsPeaksOfLevelZero()
     QFETCH(QString, sort);
     QFETCH(QByteArray, trace);
     QFETCH(QStringList, lines);
-    const Run result = run({"markers", sort, "3", write("a.csv", trace)});
+    const Run result = run({"markers", sort, "3", m_folder->write("a.csv", trace)});
     QCOMPARE(result.exitStatus, 0);
     QCOMPARE(simplifiedLines(result.output).mid(2), lines);
 }
 
 void TestMarkersCommand::keepsPeaksApart()
 {
-    const Run result = run({"markers", "--max", "3", "--spacing", "2.5 MHz", write("a.csv", kTrace)});
+    const Run result = run({"markers", "--max", "3", "--spacing", "2.5 MHz", m_folder->write("a.csv", kTrace)});
     QCOMPARE(result.exitStatus, 0);
     QCOMPARE(
         simplifiedLines(result.output).mid(2),
@@ -216,7 +183,7 @@ void TestMarkersCommand::keepsPeaksApart()
 void TestMarkersCommand::printsJson()
 {
     const Run result = run({"markers", "--format", "json", "--max", "1", "--at", "104 MHz", "--at", "1 MHz",
-                            "--reference", "1", write("a.csv", kTrace)});
+                            "--reference", "1", m_folder->write("a.csv", kTrace)});
     QCOMPARE(result.exitStatus, 0);
     const QJsonArray expected = {
         QJsonObject{{"name", "Max 1"},
@@ -257,8 +224,8 @@ void TestMarkersCommand::printsJson()
 
 void TestMarkersCommand::numbersThatAreNoneAreNullInJson()
 {
-    const Run result =
-        run({"markers", "--format", "json", "--max", "1", "--at", "3", write("a.csv", "1;0\n2;inf\n3;nan\n4;1\n")});
+    const Run result = run({"markers", "--format", "json", "--max", "1", "--at", "3",
+                            m_folder->write("a.csv", "1;0\n2;inf\n3;nan\n4;1\n")});
     QCOMPARE(result.exitStatus, 0);
     const QJsonArray printed = QJsonDocument::fromJson(result.output.toUtf8()).array();
     QCOMPARE(printed.size(), 2);
@@ -291,20 +258,21 @@ void TestMarkersCommand::findsTheCarriersOfTheExample()
 
 void TestMarkersCommand::takesATraceOfOnePoint()
 {
-    const Run result = run({"markers", "--max", "1", "--at", "5", "--plot", path("a.png"), write("a.csv", "5;-3\n")});
+    const Run result = run(
+        {"markers", "--max", "1", "--at", "5", "--plot", m_folder->path("a.png"), m_folder->write("a.csv", "5;-3\n")});
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitStatus, 0);
     QCOMPARE(simplifiedLines(result.output).mid(2), QStringList({"1 Max 1 - - - -", "2 Std 1 - - - -"}));
-    QVERIFY(!QImage(path("a.png")).isNull());
+    QVERIFY(!QImage(m_folder->path("a.png")).isNull());
 }
 
 void TestMarkersCommand::drawsThePicture()
 {
-    const Run result = run({"markers", kExample, "--max", "12", "--min", "1", "--plot", path("a.PNG")});
+    const Run result = run({"markers", kExample, "--max", "12", "--min", "1", "--plot", m_folder->path("a.PNG")});
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitStatus, 0);
     QCOMPARE(simplifiedLines(result.output).size(), 2 + 13);
-    const QImage image(path("a.PNG"));
+    const QImage image(m_folder->path("a.PNG"));
     QVERIFY(image.width() > 1000 && image.height() > 500);
     constexpr QRgb kTraceColor = 0x1f4e9e;
     constexpr QRgb kMarkerColor = 0x8a1538;
@@ -315,19 +283,19 @@ void TestMarkersCommand::drawsThePicture()
 
 void TestMarkersCommand::drawsWithoutADisplay()
 {
-    const QStringList arguments = {"markers", kExample, "--plot=" + path("a.png")};
-    Run result = run(arguments, {}, withoutDisplay());
+    const QStringList arguments = {"markers", kExample, "--plot=" + m_folder->path("a.png")};
+    Run result = run(arguments, {}, environmentWithoutDisplay());
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitStatus, 0);
-    QVERIFY(!QImage(path("a.png")).isNull());
+    QVERIFY(!QImage(m_folder->path("a.png")).isNull());
 
-    QProcessEnvironment environment = withoutDisplay();
+    QProcessEnvironment environment = environmentWithoutDisplay();
     environment.insert("DISPLAY", ":4711");
     environment.insert("QT_QPA_PLATFORM", "xcb");
-    QVERIFY(QFile::remove(path("a.png")));
+    QVERIFY(QFile::remove(m_folder->path("a.png")));
     result = run(arguments, {}, environment);
     QCOMPARE(result.exitStatus, 0);
-    QVERIFY(!QImage(path("a.png")).isNull());
+    QVERIFY(!QImage(m_folder->path("a.png")).isNull());
     QCOMPARE(run({"markers", kExample}, {}, environment).exitStatus, 0);
 }
 
@@ -349,16 +317,16 @@ void TestMarkersCommand::drawsWhereNothingIsToBeSeen_data()
 void TestMarkersCommand::drawsWhereNothingIsToBeSeen()
 {
     QFETCH(QByteArray, trace);
-    const Run result = run({"markers", "--plot", path("a.png"), write("a.csv", trace)});
+    const Run result = run({"markers", "--plot", m_folder->path("a.png"), m_folder->write("a.csv", trace)});
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitStatus, 0);
-    QVERIFY(!QImage(path("a.png")).isNull());
+    QVERIFY(!QImage(m_folder->path("a.png")).isNull());
 }
 
 void TestMarkersCommand::reportsAPictureThatCanNotBeWritten()
 {
-    const QString picture = path("missing/a.png");
-    const Run result = run({"markers", write("a.csv", kTrace), "--plot", picture});
+    const QString picture = m_folder->path("missing/a.png");
+    const Run result = run({"markers", m_folder->write("a.csv", kTrace), "--plot", picture});
     QCOMPARE(result.exitStatus, 1);
     QVERIFY2(result.errors.startsWith("aveldoran: " + picture + ": can't be written: "), qPrintable(result.errors));
     QCOMPARE(simplifiedLines(result.output).size(), 2 + 6); // what could be done was done
@@ -366,12 +334,10 @@ void TestMarkersCommand::reportsAPictureThatCanNotBeWritten()
 
 void TestMarkersCommand::keepsAnOldPictureThatItCanNotReplace()
 {
-    const QString picture = write("old.png", "an old picture");
-    const Run result = run({"markers", write("a.csv", "1;2\n1;x\n"), "--plot", picture});
+    const QString picture = m_folder->write("old.png", "an old picture");
+    const Run result = run({"markers", m_folder->write("a.csv", "1;2\n1;x\n"), "--plot", picture});
     QCOMPARE(result.exitStatus, 1);
-    QFile file(picture);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(file.readAll(), QByteArray("an old picture"));
+    QCOMPARE(m_folder->read("old.png"), QByteArray("an old picture"));
 }
 
 void TestMarkersCommand::neverReplacesTheTrace_data()
@@ -385,18 +351,16 @@ void TestMarkersCommand::neverReplacesTheTrace_data()
 void TestMarkersCommand::neverReplacesTheTrace()
 {
     QFETCH(QString, picture);
-    const QString trace = write("trace.png", kTrace);
-    QVERIFY(QDir(m_directory->path()).mkdir("folder"));
-    QVERIFY(QFile::link(trace, path("link.png")));
-    const Run result = run({"markers", trace, "--plot", path(picture)});
+    const QString trace = m_folder->write("trace.png", kTrace);
+    QVERIFY(QDir(m_folder->path()).mkdir("folder"));
+    QVERIFY(QFile::link(trace, m_folder->path("link.png")));
+    const Run result = run({"markers", trace, "--plot", m_folder->path(picture)});
     QCOMPARE(result.exitStatus, 2);
     QCOMPARE(result.output, QString());
     QCOMPARE(
         result.errors,
         QStringLiteral("aveldoran: markers: --plot would replace '%1', which the command line names too\n").arg(trace));
-    QFile file(trace);
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    QCOMPARE(file.readAll(), QByteArray(kTrace));
+    QCOMPARE(m_folder->read("trace.png"), QByteArray(kTrace));
 }
 
 void TestMarkersCommand::namesFileAndLineOfABadTrace_data()
@@ -416,31 +380,26 @@ void TestMarkersCommand::namesFileAndLineOfABadTrace()
 {
     QFETCH(QByteArray, trace);
     QFETCH(QString, reason);
-    const QString file = write("a.csv", trace);
+    const QString file = m_folder->write("a.csv", trace);
     const Run result = run({"markers", file});
-    QCOMPARE(result.exitStatus, 1);
-    QCOMPARE(result.output, QString());
-    QCOMPARE(result.errors, "aveldoran: " + file + reason + '\n');
+    verifyFailed(result, file + reason);
 }
 
 void TestMarkersCommand::reportsOutputThatCanNotBeWritten()
 {
-    const Run result = run({"markers", write("a.csv", kTrace)}, "/dev/full");
-    QCOMPARE(result.exitStatus, 1);
-    QVERIFY2(result.errors.startsWith("aveldoran: standard output: can't be written: "), qPrintable(result.errors));
+    verifyReportsFullDisk({"markers", m_folder->write("a.csv", kTrace)});
 }
 
 void TestMarkersCommand::keepsTerminalControlOutOfItsOutput()
 {
-    const Run result = run({"markers", write("a\x1b[2J.csv", kTrace)});
+    const Run result = run({"markers", m_folder->write("a\x1b[2J.csv", kTrace)});
     QCOMPARE(result.exitStatus, 0);
     QVERIFY(!result.output.contains(QChar(0x1b)));
 }
 
 void TestMarkersCommand::refusesWrongUsage_data()
 {
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("reason");
+    addWrongUsageColumns();
 
     QTest::newRow("no trace") << QStringList{} << "expected one trace file, found 0";
     QTest::newRow("two traces") << QStringList{"a.csv", "b.csv"} << "expected one trace file, found 2";
@@ -471,21 +430,12 @@ void TestMarkersCommand::refusesWrongUsage_data()
 
 void TestMarkersCommand::refusesWrongUsage()
 {
-    QFETCH(QStringList, arguments);
-    QFETCH(QString, reason);
-    const Run result = run(QStringList("markers") + arguments);
-    QCOMPARE(result.exitStatus, 2);
-    QCOMPARE(result.output, QString());
-    QVERIFY2(result.errors.contains(reason), qPrintable(result.errors));
+    verifyRefused({"markers"});
 }
 
 void TestMarkersCommand::helps()
 {
-    QVERIFY(run({"--help"}).output.contains("markers"));
-    const Run command = run({"markers", "--help"});
-    QCOMPARE(command.exitStatus, 0);
-    QVERIFY(command.output.contains("--reference"));
-    QVERIFY(command.output.contains("Example:"));
+    verifyHelps("markers", {"--reference", "Example:"});
 }
 
 QTEST_GUILESS_MAIN(TestMarkersCommand)

@@ -1,7 +1,8 @@
 #include "apps/aveldoran/plot.h"
 
+#include "apps/folder.h"
+
 #include <QtCore/QFile>
-#include <QtCore/QTemporaryDir>
 #include <QtGui/QImage>
 #include <QtTest/QtTest>
 
@@ -88,7 +89,7 @@ class TestPlot : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void init();
+    void init() { m_folder = std::make_unique<Folder>(); }
 
     void aCurveSpansTheCanvas();
     void aLogarithmicAxisGivesEachDecadeItsWidth();
@@ -119,19 +120,13 @@ private Q_SLOTS:
 private:
     QImage pictureOf(const Plot &plot);
 
-    std::unique_ptr<QTemporaryDir> m_directory;
+    std::unique_ptr<Folder> m_folder;
 };
-
-void TestPlot::init()
-{
-    m_directory = std::make_unique<QTemporaryDir>();
-    QVERIFY(m_directory->isValid());
-}
 
 QImage TestPlot::pictureOf(const Plot &plot)
 {
     QString errorText;
-    const QString file = m_directory->filePath("plot.png");
+    const QString file = m_folder->path("plot.png");
     if (!plot.save(file, &errorText))
         qWarning("%s", qPrintable(errorText));
     return QImage(file).convertToFormat(QImage::Format_RGB32);
@@ -485,7 +480,7 @@ void TestPlot::thePictureIsForPrint()
     Plot plot("Slope", "Level", "dBm");
     plot.addCurve({}, kSlope, Plot::TraceCurve);
     QVERIFY(!pictureOf(plot).isNull());
-    QFile file(m_directory->filePath("plot.png"));
+    QFile file(m_folder->path("plot.png"));
     QVERIFY(file.open(QIODevice::ReadOnly));
     QVERIFY(file.read(8).startsWith("\x89PNG"));
     QVERIFY(file.size() < 200000);

@@ -1,8 +1,8 @@
+#include "tests/apps/folder.h"
 #include "tests/apps/programrun.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QRegularExpression>
-#include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 
 #include <sys/stat.h>
@@ -54,14 +54,11 @@ private Q_SLOTS:
 private:
     static void commands();
     static void outputs();
-    QString path(const QString &name) const { return m_directory->filePath(name); }
-    QString write(const QString &name, const QByteArray &content) const;
-    QByteArray read(const QString &name) const;
     QStringList replaced(QStringList arguments) const;
     // In the temporary directory, where examples/ and a recording drive.mdr are.
     Run runHere(const QString &commandLine) const;
 
-    std::unique_ptr<QTemporaryDir> m_directory;
+    std::unique_ptr<Folder> m_folder;
 };
 
 namespace {
@@ -107,13 +104,13 @@ QVector<Option> optionsOf(const QString &command)
 
 void TestProgram::init()
 {
-    m_directory = std::make_unique<QTemporaryDir>();
-    QVERIFY(QFile::link(AVELDORAN_EXAMPLES_DIR, path("examples")));
+    m_folder = std::make_unique<Folder>();
+    QVERIFY(QFile::link(AVELDORAN_EXAMPLES_DIR, m_folder->path("examples")));
 }
 
 void TestProgram::cleanup()
 {
-    m_directory.reset();
+    m_folder.reset();
 }
 
 void TestProgram::commands()
@@ -145,29 +142,15 @@ void TestProgram::outputs()
     QTest::newRow("waterfall") << QStringList{"waterfall", "RECORDING", "--output", "OUT"} << ".png";
 }
 
-QString TestProgram::write(const QString &name, const QByteArray &content) const
-{
-    QFile file(path(name));
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
-        qFatal("could not write %s", qPrintable(file.fileName()));
-    return file.fileName();
-}
-
-QByteArray TestProgram::read(const QString &name) const
-{
-    QFile file(path(name));
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray("none");
-}
-
 QStringList TestProgram::replaced(QStringList arguments) const
 {
     if (arguments.contains("RECORDING")) {
         const QString gpx = QLatin1String(AVELDORAN_EXAMPLES_DIR) + "/data/drives/valley-road.gpx";
         const Run recorded = run({"record", "--simulate", "--gpx", gpx, "--interval", "10000", "--points", "50",
-                                  "--output", path("drive.mdr")});
+                                  "--output", m_folder->path("drive.mdr")});
         if (recorded.exitStatus != 0)
             qFatal("could not record: %s", qPrintable(recorded.errors));
-        arguments.replaceInStrings("RECORDING", path("drive.mdr"));
+        arguments.replaceInStrings("RECORDING", m_folder->path("drive.mdr"));
     }
     return arguments;
 }
@@ -175,7 +158,7 @@ QStringList TestProgram::replaced(QStringList arguments) const
 Run TestProgram::runHere(const QString &commandLine) const
 {
     QProcess shell;
-    shell.setWorkingDirectory(m_directory->path());
+    shell.setWorkingDirectory(m_folder->path());
     shell.start("sh", {"-c", commandLine});
     if (!shell.waitForFinished(60000) || shell.exitStatus() != QProcess::NormalExit)
         return {};
@@ -416,7 +399,7 @@ void TestProgram::unreadableFilesAreNamedInOneForm_data()
 void TestProgram::unreadableFilesAreNamedInOneForm()
 {
     QFETCH(QStringList, arguments);
-    const QString missing = path("missing");
+    const QString missing = m_folder->path("missing");
     arguments.replaceInStrings("FILE", missing);
     const Run result = run(arguments);
     QCOMPARE(result.exitStatus, 1);
@@ -436,14 +419,14 @@ void TestProgram::picturesOfNothingReadAreNotDrawn_data()
 void TestProgram::picturesOfNothingReadAreNotDrawn()
 {
     QFETCH(QStringList, arguments);
-    const QStringList inputs{path("missing.xml"), write("broken.xml", "<data><limit")};
+    const QStringList inputs{m_folder->path("missing.xml"), m_folder->write("broken.xml", "<data><limit")};
     for (const QString &input : inputs) {
-        write("p.png", "old");
-        QCOMPARE(run(arguments + QStringList{input, "--plot", path("p.png")}).exitStatus, 1);
-        QCOMPARE(read("p.png"), QByteArray("old"));
-        QVERIFY(QFile::remove(path("p.png")));
-        QCOMPARE(run(arguments + QStringList{input, "--plot", path("p.png")}).exitStatus, 1);
-        QVERIFY(!QFile::exists(path("p.png")));
+        m_folder->write("p.png", "old");
+        QCOMPARE(run(arguments + QStringList{input, "--plot", m_folder->path("p.png")}).exitStatus, 1);
+        QCOMPARE(m_folder->read("p.png"), QByteArray("old"));
+        QVERIFY(QFile::remove(m_folder->path("p.png")));
+        QCOMPARE(run(arguments + QStringList{input, "--plot", m_folder->path("p.png")}).exitStatus, 1);
+        QVERIFY(!QFile::exists(m_folder->path("p.png")));
     }
 }
 
@@ -471,16 +454,16 @@ void TestProgram::inputsAreNotReplaced()
 {
     QFETCH(QStringList, arguments);
     QFETCH(QString, suffix);
-    const QString input = write("in" + suffix, "old");
-    QVERIFY(QFile::link(input, path("link" + suffix)));
-    QVERIFY(QDir(m_directory->path()).mkdir("below"));
-    for (const QString &output : {input, path("link" + suffix), path("below/../in" + suffix)}) {
+    const QString input = m_folder->write("in" + suffix, "old");
+    QVERIFY(QFile::link(input, m_folder->path("link" + suffix)));
+    QVERIFY(QDir(m_folder->path()).mkdir("below"));
+    for (const QString &output : {input, m_folder->path("link" + suffix), m_folder->path("below/../in" + suffix)}) {
         QStringList line = arguments;
         line.replaceInStrings(QRegularExpression("^IN$"), input).replaceInStrings(QRegularExpression("^OUT$"), output);
         const Run result = run(line);
         QCOMPARE(result.exitStatus, 2);
         QVERIFY2(result.errors.contains(" would replace '" + input + "'"), qPrintable(result.errors));
-        QCOMPARE(read("in" + suffix), QByteArray("old"));
+        QCOMPARE(m_folder->read("in" + suffix), QByteArray("old"));
     }
 }
 
@@ -488,7 +471,7 @@ void TestProgram::onlyRegularFilesAreReplaced()
 {
     QFETCH(QStringList, arguments);
     QFETCH(QString, suffix);
-    const QString pipe = path("pipe" + suffix);
+    const QString pipe = m_folder->path("pipe" + suffix);
     QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
     QStringList line = replaced(arguments);
     const Run result = run(line.replaceInStrings(QRegularExpression("^OUT$"), pipe));
@@ -505,7 +488,7 @@ void TestProgram::aFullDiskKeepsTheOldFile()
     QFETCH(QString, suffix);
     const QString name = "out" + suffix;
     QStringList line = replaced(arguments);
-    line.replaceInStrings(QRegularExpression("^OUT$"), write(name, "old"));
+    line.replaceInStrings(QRegularExpression("^OUT$"), m_folder->write(name, "old"));
     const QString whole = "'" + line.join("' '") + "'";
     // A library writes a file of its own before the program does.
     const bool isOwnFile = !arguments.contains("--rewrite");
@@ -513,21 +496,21 @@ void TestProgram::aFullDiskKeepsTheOldFile()
         runHere(QStringLiteral("trap '' XFSZ; ulimit -f 0; '%1' %2 >/dev/null").arg(AVELDORAN_PROGRAM, whole));
     QCOMPARE(result.exitStatus, 1);
     if (isOwnFile)
-        QCOMPARE(result.errors, "aveldoran: " + path(name) + ": can't be written: File too large\n");
-    QCOMPARE(read(name), QByteArray("old"));
+        QCOMPARE(result.errors, "aveldoran: " + m_folder->path(name) + ": can't be written: File too large\n");
+    QCOMPARE(m_folder->read(name), QByteArray("old"));
     const Run partly =
         runHere(QStringLiteral("trap '' XFSZ; ulimit -f 1; '%1' %2 >/dev/null").arg(AVELDORAN_PROGRAM, whole));
     if (partly.exitStatus == 0) {
-        QVERIFY(read(name).size() > 3 && read(name).size() <= 1024); // it had room
+        QVERIFY(m_folder->read(name).size() > 3 && m_folder->read(name).size() <= 1024); // it had room
     } else {
         QCOMPARE(partly.exitStatus, 1);
         QVERIFY(!partly.errors.isEmpty());
-        QCOMPARE(read(name), QByteArray("old"));
+        QCOMPARE(m_folder->read(name), QByteArray("old"));
     }
-    const QStringList left = QDir(m_directory->path()).entryList({"out*"}, QDir::Files | QDir::Hidden);
+    const QStringList left = QDir(m_folder->path()).entryList({"out*"}, QDir::Files | QDir::Hidden);
     QCOMPARE(left, QStringList{name});
     QCOMPARE(runHere(QStringLiteral("'%1' %2").arg(AVELDORAN_PROGRAM, whole)).exitStatus, 0);
-    QVERIFY(read(name) != "old");
+    QVERIFY(m_folder->read(name) != "old");
 }
 
 // --- numbers ---
@@ -552,7 +535,7 @@ void TestProgram::numbersArePrintedAlikeInAllLanguages()
 {
     QFETCH(QStringList, arguments);
     arguments = replaced(arguments);
-    arguments.replaceInStrings("OUT", path("out"));
+    arguments.replaceInStrings("OUT", m_folder->path("out"));
     QStringList outputs;
     for (const char *language : {"C.UTF-8", "de_DE.UTF-8", "en_US.UTF-8", "de_CH.UTF-8"}) {
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();

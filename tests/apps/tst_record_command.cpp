@@ -1,3 +1,4 @@
+#include "apps/commandchecks.h"
 #include "apps/drivefiles.h"
 #include "apps/programrun.h"
 
@@ -242,9 +243,7 @@ void TestRecordCommand::refusesOutputs()
     QCOMPARE(mkfifo(qPrintable(m_folder->path("pipe")), 0600), 0);
     const QString file = m_folder->path(name);
     const Run result = run({"record", "--simulate", "--gpx", kGpx, "--output", file});
-    QCOMPARE(result.exitStatus, 1);
-    QCOMPARE(result.output, QString());
-    QCOMPARE(result.errors, "aveldoran: " + file + ": can't be written: " + reason + "\n");
+    verifyFailed(result, file + ": can't be written: " + reason);
 }
 
 void TestRecordCommand::tellsWhenTheDiskIsFull()
@@ -272,8 +271,7 @@ void TestRecordCommand::showsProgressOnATerminalOnly()
 
 void TestRecordCommand::refusesWrongUsage_data()
 {
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("reason");
+    addWrongUsageColumns();
     const QStringList whole = {"--simulate", "--gpx", kGpx, "--output", "drive.mdr"};
     QTest::newRow("no analyser") << QStringList(whole.mid(1)) << "record: --simulate is missing";
     QTest::newRow("no track") << QStringList{"--simulate", "--output", "drive.mdr"} << "record: --gpx is missing";
@@ -301,24 +299,14 @@ void TestRecordCommand::refusesWrongUsage_data()
 
 void TestRecordCommand::refusesWrongUsage()
 {
-    QFETCH(QStringList, arguments);
-    QFETCH(QString, reason);
     const QByteArray track = contentOf(kGpx);
-    const Run result = run(QStringList{"record"} + arguments);
-    QCOMPARE(result.exitStatus, 2);
-    QCOMPARE(result.output, QString());
-    QVERIFY2(result.errors.contains(reason), qPrintable(result.errors));
-    QCOMPARE(result.errors.count('\n'), 1);
+    verifyRefused({"record"});
     QCOMPARE(contentOf(kGpx), track);
 }
 
 void TestRecordCommand::helps()
 {
-    const Run result = run({"record", "--help"});
-    QCOMPARE(result.errors, QString());
-    QCOMPARE(result.exitStatus, 0);
-    QVERIFY(result.output.startsWith("Usage: aveldoran record "));
-    QVERIFY(run({"--help"}).output.contains("  record "));
+    verifyHelps("record", {});
 }
 
 QTEST_GUILESS_MAIN(TestRecordCommand)

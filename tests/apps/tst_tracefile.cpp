@@ -4,7 +4,6 @@
 #include <core/emu.h>
 
 #include <QtCore/QBuffer>
-#include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
 
 #include <cmath>

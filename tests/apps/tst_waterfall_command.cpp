@@ -1,3 +1,4 @@
+#include "apps/commandchecks.h"
 #include "apps/waterfallpicture.h"
 
 class TestWaterfallCommand : public QObject
@@ -116,21 +117,18 @@ void TestWaterfallCommand::aRecordingCutShortIsDrawnAsFarAsItGoes()
 
 void TestWaterfallCommand::anyDamageIsReported()
 {
-    QFile file(
-        m_runs->record({sweep(0, 100, 1, levels(11)), sweep(1, 100, 1, levels(11)), sweep(2, 100, 1, levels(11))}));
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    const QByteArray whole = file.readAll();
-    file.close();
+    const QString recording =
+        m_runs->record({sweep(0, 100, 1, levels(11)), sweep(1, 100, 1, levels(11)), sweep(2, 100, 1, levels(11))});
+    const QByteArray whole = m_runs->read("a.mdr");
+    QVERIFY(whole.size() > 127);
     for (int i = 0; i < whole.size(); i += 127) {
         QByteArray damaged = whole;
         damaged[i] = static_cast<char>(~damaged[i]);
-        QVERIFY(file.open(QIODevice::WriteOnly | QIODevice::Truncate));
-        QCOMPARE(file.write(damaged), qint64(damaged.size()));
-        file.close();
+        m_runs->write("a.mdr", damaged);
         QFile::remove(m_runs->path("a.png"));
-        const Run result = m_runs->drawIt(file.fileName(), {"--width", "800"});
+        const Run result = m_runs->drawIt(recording, {"--width", "800"});
         QCOMPARE(result.exitStatus, 1);
-        QVERIFY(result.errors.startsWith("aveldoran: " + file.fileName() + ": "));
+        QVERIFY(result.errors.startsWith("aveldoran: " + recording + ": "));
         QCOMPARE(QFile::exists(m_runs->path("a.png")), result.output.contains(" sweep"));
     }
 }
@@ -165,9 +163,7 @@ void TestWaterfallCommand::whereNothingIsToBeDrawnThereIsNoPicture()
     if (sort == "directory") {
         QVERIFY(QDir().mkdir(m_runs->path("a.mdr")));
     } else if (sort == "nothing" || sort == "text") {
-        QFile file(m_runs->path("a.mdr"));
-        QVERIFY(file.open(QIODevice::WriteOnly));
-        file.write(sort == "text" ? QByteArray(5000, 'x') : QByteArray());
+        m_runs->write("a.mdr", sort == "text" ? QByteArray(5000, 'x') : QByteArray());
     } else if (sort == "no sweeps") {
         m_runs->record({});
     } else if (sort == "no values") {
@@ -190,34 +186,26 @@ void TestWaterfallCommand::reportsAPictureThatCanNotBeWritten()
 {
     m_runs->record({sweep(0, 100, 1, levels(11))});
     const QString output = m_runs->path("missing/a.png");
-    Run result = run({"waterfall", m_runs->path("a.mdr"), "--output", output});
+    const Run result = run({"waterfall", m_runs->path("a.mdr"), "--output", output});
     QCOMPARE(result.exitStatus, 1);
     QVERIFY2(result.errors.startsWith("aveldoran: " + output + ": can't be written: "), qPrintable(result.errors));
     QCOMPARE(result.output, QString());
 
-    result = run({"waterfall", m_runs->path("a.mdr"), "--output", m_runs->path("a.png")}, "/dev/full");
-    QCOMPARE(result.exitStatus, 1);
-    QVERIFY(result.errors.startsWith("aveldoran: standard output: can't be written: "));
+    verifyReportsFullDisk({"waterfall", m_runs->path("a.mdr"), "--output", m_runs->path("a.png")});
 }
 
 void TestWaterfallCommand::keepsAnOldPictureIfTheRecordingIsNone()
 {
-    QFile old(m_runs->path("a.png"));
-    QVERIFY(old.open(QIODevice::WriteOnly));
-    old.write("old");
-    old.close();
+    m_runs->write("a.png", "old");
     QCOMPARE(m_runs->drawIt(m_runs->path("missing.mdr")).exitStatus, 1);
-    QVERIFY(old.open(QIODevice::ReadOnly));
-    QCOMPARE(old.readAll(), QByteArray("old"));
+    QCOMPARE(m_runs->read("a.png"), QByteArray("old"));
 }
 
 void TestWaterfallCommand::neverReplacesTheRecording()
 {
     QVERIFY(QFile::rename(m_runs->record({sweep(0, 100, 1, levels(11))}), m_runs->path("rec.png")));
     QVERIFY(QFile::link(m_runs->path("rec.png"), m_runs->path("link.png")));
-    QFile file(m_runs->path("rec.png"));
-    QVERIFY(file.open(QIODevice::ReadOnly));
-    const QByteArray before = file.readAll();
+    const QByteArray before = m_runs->read("rec.png");
     for (const char *output : {"rec.png", "link.png"}) {
         const Run result = run({"waterfall", m_runs->path("rec.png"), "--output", m_runs->path(QLatin1String(output))});
         QCOMPARE(result.exitStatus, 2);
@@ -225,18 +213,14 @@ void TestWaterfallCommand::neverReplacesTheRecording()
                                                "command line names too\n")
                                     .arg(m_runs->path("rec.png")));
     }
-    file.seek(0);
-    QCOMPARE(file.readAll(), before);
+    QCOMPARE(m_runs->read("rec.png"), before);
 }
 
 void TestWaterfallCommand::drawsWithoutADisplay()
 {
-    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    for (const char *name : {"QT_QPA_PLATFORM", "DISPLAY", "WAYLAND_DISPLAY", "XDG_RUNTIME_DIR"})
-        environment.remove(QLatin1String(name));
     const Run result =
         run({"waterfall", m_runs->record({sweep(0, 100, 1, levels(11))}), "--output", m_runs->path("a.PNG")}, {},
-            environment);
+            environmentWithoutDisplay());
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitStatus, 0);
     QVERIFY(!QImage(m_runs->path("a.PNG")).isNull());
@@ -244,8 +228,7 @@ void TestWaterfallCommand::drawsWithoutADisplay()
 
 void TestWaterfallCommand::refusesWrongUsage_data()
 {
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("reason");
+    addWrongUsageColumns();
 
     QTest::newRow("no recording") << QStringList{"--output", "a.png"} << "expected one recording, found 0";
     QTest::newRow("two recordings") << QStringList{"a", "b", "--output", "a.png"} << "expected one recording, found 2";
@@ -276,21 +259,12 @@ void TestWaterfallCommand::refusesWrongUsage_data()
 
 void TestWaterfallCommand::refusesWrongUsage()
 {
-    QFETCH(QStringList, arguments);
-    QFETCH(QString, reason);
-    const Run result = run(QStringList("waterfall") + arguments);
-    QCOMPARE(result.exitStatus, 2);
-    QCOMPARE(result.output, QString());
-    QVERIFY2(result.errors.contains(reason), qPrintable(result.errors));
+    verifyRefused({"waterfall"});
 }
 
 void TestWaterfallCommand::helps()
 {
-    QVERIFY(run({"--help"}).output.contains("waterfall"));
-    const Run command = run({"waterfall", "--help"});
-    QCOMPARE(command.exitStatus, 0);
-    for (const char *text : {"aveldoran waterfall", "--output", "--width", "--dynamic", "--from", "--to", "Example:"})
-        QVERIFY2(command.output.contains(QLatin1String(text)), text);
+    verifyHelps("waterfall", {"aveldoran waterfall", "--output", "--width", "--dynamic", "--from", "--to", "Example:"});
 }
 
 QTEST_GUILESS_MAIN(TestWaterfallCommand)

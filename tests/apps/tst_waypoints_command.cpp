@@ -1,3 +1,4 @@
+#include "apps/commandchecks.h"
 #include "apps/drivefiles.h"
 #include "apps/programrun.h"
 
@@ -284,9 +285,7 @@ void TestWaypointsCommand::refusesWhatHoldsNoPositions()
     m_folder.write("trk.gpx", "<gpx><trk><trkseg/></trk></gpx>");
     m_folder.write("broken.gpx", "< no");
     const Run result = run({"waypoints", m_folder.path(name)});
-    QCOMPARE(result.exitStatus, 1);
-    QCOMPARE(result.output, QString());
-    QCOMPARE(result.errors, "aveldoran: " + m_folder.path(name) + reason + "\n");
+    verifyFailed(result, m_folder.path(name) + reason);
     QCOMPARE(run({"waypoints", "--format", "json", m_folder.path(name)}).output, QString("[]\n"));
 }
 
@@ -324,15 +323,12 @@ void TestWaypointsCommand::showsProgressOnATerminalOnly()
 
 void TestWaypointsCommand::reportsOutputThatCanNotBeWritten()
 {
-    const Run result = run({"waypoints", kGpx}, "/dev/full");
-    QCOMPARE(result.exitStatus, 1);
-    QVERIFY(result.errors.startsWith("aveldoran: standard output: can't be written: "));
+    verifyReportsFullDisk({"waypoints", kGpx});
 }
 
 void TestWaypointsCommand::refusesWrongUsage_data()
 {
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("reason");
+    addWrongUsageColumns();
     QTest::newRow("no file") << QStringList{} << "waypoints: a position file is missing";
     QTest::newRow("an unknown option") << QStringList{"--colour", kGpx} << "unknown option '--colour'";
     QTest::newRow("an unknown format") << QStringList{"--format", "xml", kGpx}
@@ -341,22 +337,12 @@ void TestWaypointsCommand::refusesWrongUsage_data()
 
 void TestWaypointsCommand::refusesWrongUsage()
 {
-    QFETCH(QStringList, arguments);
-    QFETCH(QString, reason);
-    const Run result = run(QStringList{"waypoints"} + arguments);
-    QCOMPARE(result.exitStatus, 2);
-    QCOMPARE(result.output, QString());
-    QVERIFY2(result.errors.contains(reason), qPrintable(result.errors));
-    QCOMPARE(result.errors.count('\n'), 1);
+    verifyRefused({"waypoints"});
 }
 
 void TestWaypointsCommand::helps()
 {
-    const Run result = run({"waypoints", "--help"});
-    QCOMPARE(result.errors, QString());
-    QCOMPARE(result.exitStatus, 0);
-    QVERIFY(result.output.startsWith("Usage: aveldoran waypoints "));
-    QVERIFY(run({"--help"}).output.contains("waypoints"));
+    verifyHelps("waypoints", {});
 }
 
 QTEST_GUILESS_MAIN(TestWaypointsCommand)

@@ -1,12 +1,12 @@
 #pragma once
 
+#include "apps/folder.h"
 #include "apps/programrun.h"
 
 #include <core/amdrdocument.h>
 
 #include <QtTest/QtTest>
 
-#include <QtCore/QTemporaryDir>
 #include <QtGui/QImage>
 
 #include <cmath>
@@ -139,11 +139,9 @@ private:
 };
 
 // Draws recordings in a folder of its own.
-class WaterfallRuns
+class WaterfallRuns : public Folder
 {
 public:
-    QString path(const QString &name) const { return m_directory.filePath(name); }
-
     // As "a.mdr".
     QString record(const QList<ASweep> &sweeps) const
     {
@@ -168,9 +166,6 @@ public:
             qWarning("exit status %d: %s", result.exitStatus, qPrintable(result.errors));
         return Picture(path("a.png"));
     }
-
-private:
-    QTemporaryDir m_directory;
 };
 
 #define COMPARE_NEAR(actual, expected, most)                                                                           \

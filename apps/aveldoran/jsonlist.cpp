@@ -1,0 +1,18 @@
+#include "apps/aveldoran/jsonlist.h"
+
+#include "apps/aveldoran/console.h"
+
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
+
+void JsonList::add(const QJsonObject &object)
+{
+    Console::write((m_isEmpty ? QStringLiteral("[\n") : QStringLiteral(",\n")) +
+                   QString::fromUtf8(QJsonDocument(object).toJson(QJsonDocument::Compact)));
+    m_isEmpty = false;
+}
+
+void JsonList::end()
+{
+    Console::write(m_isEmpty ? QStringLiteral("[]\n") : QStringLiteral("\n]\n"));
+}
