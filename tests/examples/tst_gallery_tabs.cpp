@@ -1,7 +1,7 @@
 #include "colourcount.h"
+#include "core/modeltexts.h"
 #include "core/usbtestbed.h"
 #include "examples/gallery/gallery.h"
-#include "views/devicetable.h"
 
 #include <core/atriggeraction.h>
 #include <datamanager/adatamanager.h>
@@ -17,7 +17,7 @@
 
 #include <memory>
 
-using devicetable::rowTexts;
+using modeltexts::rowTexts;
 
 namespace {
 
