@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/core/testbasics.h"
+
 #include <channel/achannelinfo.h>
 
 #include <algorithm>
@@ -11,12 +13,7 @@
 // What the benchmarks of the channel plan build trees with.
 namespace channelplan {
 
-inline AFrequency hertz(qint64 value)
-{
-    AFrequency frequency;
-    frequency.setValue(static_cast<long long>(value), AFrequency::Hz);
-    return frequency;
-}
+using testbasics::hertz;
 
 inline AChannelInfo *addRange(AChannelInfo *parent, qint64 begin, qint64 end, const QString &label)
 {

@@ -1,3 +1,5 @@
+#include "tests/core/testbasics.h"
+
 #include <core/emu.h>
 #include <marker/aspectrummarkerlist.h>
 
@@ -18,12 +20,7 @@ constexpr int kPoints = 100000;
 constexpr int kMarkersOfEachKind = 10;
 constexpr qint64 kStepHz = 1000;
 
-AFrequency hertz(qint64 value)
-{
-    AFrequency frequency;
-    frequency.setValue(value, AFrequency::Hz);
-    return frequency;
-}
+using testbasics::hertz;
 
 // Noise, and a carrier at every thousandth point.
 QList<AMeasurementValue> noise(int points)

@@ -95,38 +95,42 @@ private:
     bool m_ok = false;
 };
 
-void copy(benchmark::State &state)
+bool finish(QFile *file)
+{
+    return file->flush();
+}
+
+bool finish(QSaveFile *file)
+{
+    return file->commit();
+}
+
+template<typename Target>
+void copyTo(benchmark::State &state)
 {
     Files files(static_cast<int>(state.range(0)));
     QByteArray block(kBlockBytes, Qt::Uninitialized);
     for (auto _ : state) {
         QFile from(files.recording());
-        QFile to(files.target());
+        Target to(files.target());
         files.require(from.open(QIODevice::ReadOnly) && to.open(QIODevice::WriteOnly));
         for (qint64 got = 1; got > 0;) {
             got = from.read(block.data(), block.size());
             files.require(got >= 0 && to.write(block.constData(), got) == got);
         }
-        files.require(to.flush());
+        files.require(finish(&to));
     }
     files.setRates(&state);
 }
 
+void copy(benchmark::State &state)
+{
+    copyTo<QFile>(state);
+}
+
 void copyAtomically(benchmark::State &state)
 {
-    Files files(static_cast<int>(state.range(0)));
-    QByteArray block(kBlockBytes, Qt::Uninitialized);
-    for (auto _ : state) {
-        QFile from(files.recording());
-        QSaveFile to(files.target());
-        files.require(from.open(QIODevice::ReadOnly) && to.open(QIODevice::WriteOnly));
-        for (qint64 got = 1; got > 0;) {
-            got = from.read(block.data(), block.size());
-            files.require(got >= 0 && to.write(block.constData(), got) == got);
-        }
-        files.require(to.commit());
-    }
-    files.setRates(&state);
+    copyTo<QSaveFile>(state);
 }
 
 void save(benchmark::State &state)

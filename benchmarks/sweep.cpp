@@ -1,3 +1,5 @@
+#include "tests/core/testbasics.h"
+
 #include <core/asweep.h>
 
 #include <benchmark/benchmark.h>
@@ -23,12 +25,7 @@ enum Shape
     Constant,
 };
 
-AFrequency hertz(qint64 value)
-{
-    AFrequency frequency;
-    frequency.setValue(value, AFrequency::Hz);
-    return frequency;
-}
+using testbasics::hertz;
 
 QList<AMeasurementValue> sweep(int shape, int count)
 {

@@ -16,6 +16,13 @@ function(aveldoran_add_test name)
     file(MAKE_DIRECTORY ${CMAKE_CURRENT_BINARY_DIR}/${name}.home)
 endfunction()
 
+# aveldoran_add_scaled_test(NAME): the program of the test NAME again, on a screen of double density.
+function(aveldoran_add_scaled_test name)
+    get_test_property(${name} ENVIRONMENT environment)
+    add_test(NAME ${name}_scaled COMMAND ${name})
+    set_tests_properties(${name}_scaled PROPERTIES ENVIRONMENT "${environment};QT_SCALE_FACTOR=2")
+endfunction()
+
 # aveldoran_add_usb_test(NAME ...): the same with USB devices of its own making (tests/core/usbtestbed.h). Without
 # umockdev it counts as skipped and builds nothing.
 include(AveldoranUmockdev)

@@ -1,4 +1,5 @@
 #include "fuzz/memoryfile.h"
+#include "fuzz/require.h"
 
 #include <bootlogo/abootlogodata.h>
 #include <core/aveldorandevice.h>
@@ -9,7 +10,6 @@
 #include <QtGui/QImageReader>
 
 #include <cstdint>
-#include <cstdlib>
 #include <cstring>
 
 // A stream of any bytes in a picture of any size, a text of any characters at any place, a logo composed of any
@@ -17,12 +17,6 @@
 // pixel as the text says. The first byte of an input says which.
 
 namespace {
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
 
 // The input part by part; past its end all is zero and empty.
 class Input

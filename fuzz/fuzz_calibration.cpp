@@ -1,4 +1,5 @@
 #include "fuzz/memoryfile.h"
+#include "fuzz/require.h"
 
 #include <core/acalibrationdata.h>
 
@@ -7,19 +8,12 @@
 #include <QtCore/QFile>
 
 #include <cstdint>
-#include <cstdlib>
 
 // A file of any bytes is refused, or gives objects that survive a save in any form, which the first byte chooses.
 
 namespace {
 
 constexpr const char *kSuffixes[] = {".xml", ".caldata", ".offsets"};
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
 
 QString savedName(std::uint8_t choice)
 {

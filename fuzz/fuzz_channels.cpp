@@ -1,4 +1,5 @@
 #include "fuzz/memoryfile.h"
+#include "fuzz/require.h"
 
 #include <channel/achannelinfo.h>
 #include <core/aprofile.h>
@@ -6,7 +7,6 @@
 #include <QtXml/QDomDocument>
 
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 
 // The channel section of a profile file of any bytes is read, written and read back. A tree that a section can hold
@@ -17,12 +17,6 @@ namespace {
 using Tree = std::unique_ptr<AChannelInfo>;
 
 constexpr int kMaxRanges = 20000; // comparing costs by the pairs of equal siblings, and an input may mirror a lot
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
 
 void ignoreMessages(QtMsgType, const QMessageLogContext &, const QString &) {}
 

@@ -1,3 +1,5 @@
+#include "fuzz/require.h"
+
 #include <channel/achannelinfo.h>
 #include <channel/efisimport.h>
 
@@ -5,18 +7,11 @@
 #include <QtCore/QDate>
 
 #include <cstdint>
-#include <cstdlib>
 
 // An EFIS export of any bytes becomes a tree; as many allocations have to be in it as a plain reading of the lines
 // finds.
 
 namespace {
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
 
 void ignoreMessages(QtMsgType, const QMessageLogContext &, const QString &) {}
 

@@ -1,3 +1,5 @@
+#include "fuzz/require.h"
+
 #include <core/devicevariables.h>
 #include <views/aveldoranvariabledelegate.h>
 
@@ -5,18 +7,11 @@
 
 #include <cmath>
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 
 // Any text becomes the labels of an enumeration: those of a second, plainer reading, in the order of their keys.
 
 namespace {
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
 
 // The pairs in the order of the text, as the format's words have it.
 QList<QPair<float, QString>> pairsOf(const char *text)

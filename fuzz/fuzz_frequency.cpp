@@ -1,20 +1,11 @@
+#include "fuzz/require.h"
+
 #include <core/afrequency.h>
 
 #include <cstdint>
-#include <cstdlib>
 #include <string>
 
 // Any text becomes a frequency whose whole hertz survive the canonical text.
-
-namespace {
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
-
-} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {

@@ -1,24 +1,15 @@
+#include "fuzz/require.h"
+
 #include <geo/ageodataprocessor.h>
 #include <geo/kmlwriter.h>
 
 #include <QtCore/QBuffer>
 
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 
 // A GPX file of any bytes gives points or an error with its place; whatever was read becomes a KML document that can be
 // read again.
-
-namespace {
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
-
-} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t *data, std::size_t size)
 {

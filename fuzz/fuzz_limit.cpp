@@ -1,20 +1,14 @@
 #include "fuzz/memoryfile.h"
+#include "fuzz/require.h"
 
 #include <core/alimit.h>
 
 #include <cmath>
 #include <cstdint>
-#include <cstdlib>
 
 // A file of any bytes gives limits or a message; a limit answers at every edge of its curve and beside it.
 
 namespace {
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
 
 AFrequency half()
 {

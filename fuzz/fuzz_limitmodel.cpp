@@ -1,20 +1,14 @@
 #include "fuzz/memoryfile.h"
+#include "fuzz/require.h"
 
 #include <limit/alimitmodel.h>
 
 #include <cstdint>
-#include <cstdlib>
 
 // A file of any bytes gives rows or a message, never both. What was loaded can be saved and loaded again, with as many
 // limits and pieces, and from the third time on nothing changes.
 
 namespace {
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
 
 int countPieces(const ALimitModel &model)
 {

@@ -1,4 +1,5 @@
 #include "fuzz/memoryfile.h"
+#include "fuzz/require.h"
 
 #include <core/emu.h>
 #include <marker/aspectrummarkerlist.h>
@@ -8,7 +9,6 @@
 #include <QtCore/QSettings>
 
 #include <cstdint>
-#include <cstdlib>
 
 #include <fcntl.h>
 
@@ -20,12 +20,6 @@ namespace {
 constexpr int kTraces = 10;
 constexpr int kBelievedEntries = 100; // that a count may bring by itself
 constexpr int kMaxEntries = 20000;    // an input may hold more, which only takes time
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
 
 void ignoreMessages(QtMsgType, const QMessageLogContext &, const QString &) {}
 

@@ -1,4 +1,5 @@
 #include "core/nmearecords.h"
+#include "fuzz/require.h"
 
 #include <core/agpsloggerdevice.h>
 
@@ -16,12 +17,6 @@
 // come. A receiver that pauses between any two sentences gives all of them too, and others that come too early.
 
 namespace {
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
 
 // Gives at most a few bytes at a time.
 class Pieces : public QBuffer

@@ -1,10 +1,10 @@
 #include "fuzz/memoryfile.h"
+#include "fuzz/require.h"
 
 #include <channel/achannelinfo.h>
 #include <core/aprofile.h>
 
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 
 // A profile file of any bytes becomes a tree, with and without its mirrors and channels; what the tree then says of
@@ -13,12 +13,6 @@
 namespace {
 
 constexpr qint64 kMaxExpandedChannels = 10000; // an input may ask for billions, which is no finding
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
 
 void readTree(AProfile *profile, bool expandMirrors)
 {

@@ -1,4 +1,6 @@
 #include "fuzz/memoryfile.h"
+#include "fuzz/require.h"
+#include "tests/core/plaincrc32.h"
 
 #include <core/amdrdocument.h>
 #include <core/aveldorandevice.h>
@@ -8,7 +10,6 @@
 #include <QtCore/QFile>
 
 #include <cstdint>
-#include <cstdlib>
 #include <memory>
 
 // A file of any bytes gives records, and an error text exactly if it is not a whole recording. All of its records can
@@ -21,23 +22,6 @@ namespace {
 
 constexpr int kTypeBytes = 4;
 constexpr qint64 kLargest = 1 << 20;
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
-
-quint32 plainCrc32(const QByteArray &bytes)
-{
-    quint32 sum = 0xffffffffU;
-    for (const char byte : bytes) {
-        sum ^= static_cast<unsigned char>(byte);
-        for (int bit = 0; bit < 8; ++bit)
-            sum = (sum >> 1) ^ ((sum & 1) != 0 ? 0xEDB88320U : 0);
-    }
-    return ~sum;
-}
 
 QByteArray littleEndian(quint64 number, int bytes)
 {

@@ -1,23 +1,17 @@
 #include "apps/aveldoran/tracefile.h"
+#include "fuzz/require.h"
 
 #include <core/asweep.h>
 
 #include <QtCore/QBuffer>
 
 #include <cstdint>
-#include <cstdlib>
 
 // A file of any bytes gives a trace as promised or a message; the peaks of a trace keep their order and their spacing.
 
 namespace {
 
 constexpr int kPeaks = 8;
-
-void require(bool condition)
-{
-    if (!condition)
-        std::abort();
-}
 
 bool areApart(const AFrequency &a, const AFrequency &b, const AFrequency &spacing)
 {

@@ -3,6 +3,7 @@
 #include "channel/achannelinfomodel.h"
 
 #include "channeltree.h"
+#include "core/modeltexts.h"
 
 #include <QtCore/QStringList>
 #include <QtTest/QAbstractItemModelTester>
@@ -13,22 +14,8 @@ namespace channelmodel {
 constexpr auto kReport = QAbstractItemModelTester::FailureReportingMode::QtTest;
 constexpr int kColumnCount = 11;
 
-inline QStringList headerTexts(const QAbstractItemModel &model)
-{
-    QStringList texts;
-    for (int column = 0; column < model.columnCount(); ++column)
-        texts.append(model.headerData(column, Qt::Horizontal).toString());
-    return texts;
-}
-
-// What the cells of one row show.
-inline QStringList rowTexts(const QAbstractItemModel &model, int row, const QModelIndex &parent = QModelIndex())
-{
-    QStringList texts;
-    for (int column = 0; column < model.columnCount(parent); ++column)
-        texts.append(model.index(row, column, parent).data().toString());
-    return texts;
-}
+using modeltexts::headerTexts;
+using modeltexts::rowTexts;
 
 // The labels below `parent`, each level in brackets: "a b(c d)".
 inline QString treeText(const QAbstractItemModel &model, const QModelIndex &parent = QModelIndex())

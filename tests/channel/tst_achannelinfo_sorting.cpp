@@ -145,6 +145,17 @@ AChannelInfo *randomTree(int size, std::mt19937 *random)
     return root;
 }
 
+// The children are sorted by a column, each time from the order that they are entered in.
+void compareBothOrders(int column, const QVariantList &values, const QList<int> &ascending)
+{
+    const Tree up(childrenWith(column, values));
+    up->sortChildren(column, Qt::AscendingOrder);
+    QCOMPARE(places(up.get()), ascending);
+    const Tree down(childrenWith(column, values));
+    down->sortChildren(column, Qt::DescendingOrder);
+    QCOMPARE(places(down.get()), reversed(ascending));
+}
+
 } // namespace
 
 class TestAChannelInfoSorting : public QObject
@@ -198,12 +209,7 @@ void TestAChannelInfoSorting::childrenAreSortedByTheTextOfAColumn()
     QFETCH(int, column);
     QFETCH(QVariantList, values);
     QFETCH(QList<int>, ascending);
-    const Tree up(childrenWith(column, values));
-    up->sortChildren(column, Qt::AscendingOrder);
-    QCOMPARE(places(up.get()), ascending);
-    const Tree down(childrenWith(column, values));
-    down->sortChildren(column, Qt::DescendingOrder);
-    QCOMPARE(places(down.get()), reversed(ascending));
+    compareBothOrders(column, values, ascending);
 
     // labels are sorted like every text
     if (column == AChannelInfo::ColumnComment) {
@@ -241,14 +247,8 @@ void TestAChannelInfoSorting::edgesAreSortedByNumber()
 {
     QFETCH(QVariantList, values);
     QFETCH(QList<int>, ascending);
-    for (const int column : {AChannelInfo::ColumnStartFreq, AChannelInfo::ColumnStopFreq}) {
-        const Tree up(childrenWith(column, values));
-        up->sortChildren(column, Qt::AscendingOrder);
-        QCOMPARE(places(up.get()), ascending);
-        const Tree down(childrenWith(column, values));
-        down->sortChildren(column, Qt::DescendingOrder);
-        QCOMPARE(places(down.get()), reversed(ascending));
-    }
+    for (const int column : {AChannelInfo::ColumnStartFreq, AChannelInfo::ColumnStopFreq})
+        compareBothOrders(column, values, ascending);
 }
 
 void TestAChannelInfoSorting::qualifiedNamesAreSorted()

@@ -49,6 +49,25 @@ private:
     QElapsedTimer m_clock;
 };
 
+// A document with what replays it and what notes that.
+struct Replay
+{
+    explicit Replay(AMdrDocument *document, bool hasPositions = true)
+        : processor(document, nullptr, hasPositions)
+        , log(&processor)
+    {}
+
+    // False if it stops more than once, or not in time.
+    bool playToTheEnd(int speed = kFast, int first = -1, int last = -1)
+    {
+        processor.startPlayback(speed, false, first, last);
+        return QTest::qWaitFor([this] { return log.stops > 0; }) && log.stops == 1;
+    }
+
+    AReplayProcessor processor;
+    Log log;
+};
+
 inline void addMemoryAndFile()
 {
     QTest::addColumn<bool>("isFromFile");

@@ -47,6 +47,7 @@ private Q_SLOTS:
 private:
     QString path(const char *name) const { return m_dir.filePath(QString::fromLatin1(name)); }
     bool saveAndLoad(const AMdrDocument &document, AMdrDocument *loaded) const;
+    bool loadFive(AMdrDocument *loaded) const;
 
     QTemporaryDir m_dir;
 };
@@ -58,6 +59,13 @@ bool TestAMdrDocument::saveAndLoad(const AMdrDocument &document, AMdrDocument *l
     if (!ok)
         qWarning("%s", qPrintable(errorText));
     return ok && errorText.isEmpty();
+}
+
+bool TestAMdrDocument::loadFive(AMdrDocument *loaded) const
+{
+    AMdrDocument document;
+    fillWithFive(&document);
+    return saveAndLoad(document, loaded);
 }
 
 void TestAMdrDocument::aNewDocumentIsEmpty()
@@ -312,10 +320,8 @@ void TestAMdrDocument::frequenciesSurviveAFile()
 
 void TestAMdrDocument::theOrderSurvivesAFile()
 {
-    AMdrDocument document;
     AMdrDocument loaded;
-    fillWithFive(&document);
-    QVERIFY(saveAndLoad(document, &loaded));
+    QVERIFY(loadFive(&loaded));
     QCOMPARE(recordsText(loaded), QStringLiteral("s1 p10 s2 s3 p20"));
     QCOMPARE(loaded.sweepCount(), 3);
     QCOMPARE(loaded.recordOfSweep(2), 3);
@@ -430,10 +436,8 @@ void TestAMdrDocument::loadTellsThatTheContentWasReplaced()
 
 void TestAMdrDocument::aLoadedFileMayBeReplacedOrDeleted()
 {
-    AMdrDocument document;
     AMdrDocument loaded;
-    fillWithFive(&document);
-    QVERIFY(saveAndLoad(document, &loaded));
+    QVERIFY(loadFive(&loaded));
     AMdrDocument other;
     other.addSweep(markedSweep(8, 0, 10000));
     QVERIFY(other.save(path("a.mdr")));
@@ -460,10 +464,8 @@ void TestAMdrDocument::aLoadedDocumentCanBeSavedOverItsFile()
 
 void TestAMdrDocument::recordsAreAddedToALoadedDocument()
 {
-    AMdrDocument document;
     AMdrDocument loaded;
-    fillWithFive(&document);
-    QVERIFY(saveAndLoad(document, &loaded));
+    QVERIFY(loadFive(&loaded));
     loaded.addSweep(markedSweep(4));
     loaded.addGeoData(markedPosition(30));
     QCOMPARE(loaded.sweepCount(), 4);

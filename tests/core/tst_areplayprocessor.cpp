@@ -46,10 +46,8 @@ private:
 
 QString TestAReplayProcessor::play(AMdrDocument *document, int first, int last)
 {
-    AReplayProcessor processor(document, nullptr, true);
-    Log log(&processor);
-    processor.startPlayback(kFast, false, first, last);
-    return QTest::qWaitFor([&] { return log.stops > 0; }) ? log.text() : QStringLiteral("no end");
+    Replay replay(document);
+    return replay.playToTheEnd(kFast, first, last) ? replay.log.text() : QStringLiteral("no end");
 }
 
 void TestAReplayProcessor::recordsComeInRecordedOrder_data()
@@ -110,17 +108,15 @@ void TestAReplayProcessor::theEventLoopRunsBetweenTwoRecords()
     AMdrDocument document;
     for (int i = 0; i < 50; ++i)
         document.addSweep(markedSweep(i));
-    AReplayProcessor processor(&document, nullptr, true);
-    Log log(&processor);
+    Replay replay(&document);
     int atOnce = 0;
     int most = 0;
-    connect(&processor, &AReplayProcessor::sweepFinished, this, [&] {
+    connect(&replay.processor, &AReplayProcessor::sweepFinished, this, [&] {
         most = std::max(most, ++atOnce);
         QMetaObject::invokeMethod(
             this, [&] { atOnce = 0; }, Qt::QueuedConnection);
     });
-    processor.startPlayback(kFast, false, -1, -1);
-    QTRY_COMPARE(log.stops, 1);
+    QVERIFY(replay.playToTheEnd());
     QCOMPARE(most, 1);
 }
 
@@ -161,11 +157,9 @@ void TestAReplayProcessor::withoutPositionsOnlySweepsCome()
 {
     AMdrDocument document;
     fillWithFive(&document);
-    AReplayProcessor processor(&document, nullptr, false);
-    Log log(&processor);
-    processor.startPlayback(kFast, false, -1, -1);
-    QTRY_COMPARE(log.stops, 1);
-    QCOMPARE(log.text(), QStringLiteral("s1 s2 s3 true"));
+    Replay replay(&document, false);
+    QVERIFY(replay.playToTheEnd());
+    QCOMPARE(replay.log.text(), QStringLiteral("s1 s2 s3 true"));
 }
 
 void TestAReplayProcessor::anEmptyDocumentIsPlayedAtOnce()
@@ -209,12 +203,10 @@ void TestAReplayProcessor::theDocumentsRecordsAtTheStartCount()
 {
     AMdrDocument document;
     fillWithFive(&document);
-    AReplayProcessor processor(&document, nullptr, true);
-    Log log(&processor);
-    connect(&processor, &AReplayProcessor::sweepFinished, this, [&] { document.addSweep(markedSweep(9)); });
-    processor.startPlayback(kFast, false, -1, -1);
-    QTRY_COMPARE(log.stops, 1);
-    QCOMPARE(log.text(), QStringLiteral("s1 p10 s2 s3 p20 true"));
+    Replay replay(&document);
+    connect(&replay.processor, &AReplayProcessor::sweepFinished, this, [&] { document.addSweep(markedSweep(9)); });
+    QVERIFY(replay.playToTheEnd());
+    QCOMPARE(replay.log.text(), QStringLiteral("s1 p10 s2 s3 p20 true"));
     QCOMPARE(document.sweepCount(), 6);
 }
 
@@ -241,11 +233,10 @@ void TestAReplayProcessor::speeds()
     AMdrDocument document;
     for (int i = 0; i <= 6; ++i)
         document.addSweep(markedSweep(i, 100 * i));
-    AReplayProcessor processor(&document, nullptr, true);
-    Log log(&processor);
-    processor.startPlayback(speed, false, -1, -1);
-    QTRY_COMPARE(log.stops, 1);
-    QVERIFY2(log.times.last() >= least && log.times.last() <= most, qPrintable(QString::number(log.times.last())));
+    Replay replay(&document);
+    QVERIFY(replay.playToTheEnd(speed));
+    QVERIFY2(replay.log.times.last() >= least && replay.log.times.last() <= most,
+             qPrintable(QString::number(replay.log.times.last())));
 }
 
 void TestAReplayProcessor::recordsComeAtTheirTimes()
@@ -255,14 +246,12 @@ void TestAReplayProcessor::recordsComeAtTheirTimes()
     document.addSweep(markedSweep(2, 200));
     document.addSweep(markedSweep(3, 210));
     document.addSweep(markedSweep(4, 400));
-    AReplayProcessor processor(&document, nullptr, true);
-    Log log(&processor);
-    processor.startPlayback(1, false, -1, -1);
-    QTRY_COMPARE(log.stops, 1);
-    QVERIFY(log.times[0] < 200);
-    QVERIFY(log.times[1] >= 199);
-    QVERIFY(log.times[2] >= 209);
-    QVERIFY(log.times[3] >= 399);
+    Replay replay(&document);
+    QVERIFY(replay.playToTheEnd(1));
+    QVERIFY(replay.log.times[0] < 200);
+    QVERIFY(replay.log.times[1] >= 199);
+    QVERIFY(replay.log.times[2] >= 209);
+    QVERIFY(replay.log.times[3] >= 399);
 }
 
 // The positions' clock is two hours ahead; each kind keeps its own distances.
@@ -274,13 +263,11 @@ void TestAReplayProcessor::clocksOfTheirOwnDoNotDelayEachOther()
         document.addSweep(markedSweep(i, 100 * i));
         document.addGeoData(markedPosition(static_cast<float>(i), ahead + 100 * i + 50));
     }
-    AReplayProcessor processor(&document, nullptr, true);
-    Log log(&processor);
-    processor.startPlayback(1, false, -1, -1);
-    QTRY_COMPARE(log.stops, 1);
-    QCOMPARE(log.text(), QStringLiteral("s0 p0 s1 p1 s2 p2 s3 p3 true"));
-    QVERIFY(log.times.last() >= 299);
-    QVERIFY(log.times.last() < 3000);
+    Replay replay(&document);
+    QVERIFY(replay.playToTheEnd(1));
+    QCOMPARE(replay.log.text(), QStringLiteral("s0 p0 s1 p1 s2 p2 s3 p3 true"));
+    QVERIFY(replay.log.times.last() >= 299);
+    QVERIFY(replay.log.times.last() < 3000);
 }
 
 // It waits for the sweep before it, and the positions keep their distance.
@@ -292,13 +279,11 @@ void TestAReplayProcessor::aLatePositionDelaysThoseBehindIt()
     document.addSweep(markedSweep(2, 300));
     document.addGeoData(markedPosition(2, 50));
     document.addGeoData(markedPosition(3, 250));
-    AReplayProcessor processor(&document, nullptr, true);
-    Log log(&processor);
-    processor.startPlayback(1, false, -1, -1);
-    QTRY_COMPARE(log.stops, 1);
-    QCOMPARE(log.text(), QStringLiteral("s1 p1 s2 p2 p3 true"));
-    QVERIFY(log.times[3] >= 299);
-    QVERIFY(log.times[4] >= 499);
+    Replay replay(&document);
+    QVERIFY(replay.playToTheEnd(1));
+    QCOMPARE(replay.log.text(), QStringLiteral("s1 p1 s2 p2 p3 true"));
+    QVERIFY(replay.log.times[3] >= 299);
+    QVERIFY(replay.log.times[4] >= 499);
 }
 
 // Here the first record is the latest.
@@ -333,12 +318,10 @@ void TestAReplayProcessor::strangeTimesAreNotWaitedFor()
     document.addSweep(markedSweep(1, 0));
     document.addSweep(ASweep(points({2}), time, time));
     document.addSweep(ASweep(points({3}), time, time.isValid() ? time.addMSecs(100) : QDateTime()));
-    AReplayProcessor processor(&document, nullptr, true);
-    Log log(&processor);
-    processor.startPlayback(1, false, -1, -1);
-    QTRY_COMPARE(log.stops, 1);
-    QCOMPARE(log.text(), QStringLiteral("s1 s2 s3 true"));
-    QVERIFY(log.times.last() >= (time.isValid() ? 99 : 0));
+    Replay replay(&document);
+    QVERIFY(replay.playToTheEnd(1));
+    QCOMPARE(replay.log.text(), QStringLiteral("s1 s2 s3 true"));
+    QVERIFY(replay.log.times.last() >= (time.isValid() ? 99 : 0));
 }
 
 void TestAReplayProcessor::aSlowReceiverIsCaughtUp()
@@ -346,17 +329,15 @@ void TestAReplayProcessor::aSlowReceiverIsCaughtUp()
     AMdrDocument document;
     for (int i = 0; i < 10; ++i)
         document.addSweep(markedSweep(i, 60 * i));
-    AReplayProcessor processor(&document, nullptr, true);
-    Log log(&processor);
+    Replay replay(&document);
     bool isFirst = true;
-    connect(&processor, &AReplayProcessor::sweepFinished, this, [&] {
+    connect(&replay.processor, &AReplayProcessor::sweepFinished, this, [&] {
         if (isFirst)
             QTest::qSleep(500);
         isFirst = false;
     });
-    processor.startPlayback(1, false, -1, -1);
-    QTRY_COMPARE(log.stops, 1);
-    QVERIFY2(log.times.last() < 950, qPrintable(QString::number(log.times.last()))); // not 500 + 540
+    QVERIFY(replay.playToTheEnd(1));
+    QVERIFY2(replay.log.times.last() < 950, qPrintable(QString::number(replay.log.times.last()))); // not 500 + 540
 }
 
 // --- the device ---

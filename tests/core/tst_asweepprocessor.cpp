@@ -111,6 +111,14 @@ private Q_SLOTS:
 
 private:
     QString path(const char *name) const { return m_dir.filePath(QString::fromLatin1(name)); }
+    // Sets the mode, and the ranges of SuppressionCustom by way of a file.
+    bool suppress(ASweepProcessor *processor, ASweepProcessor::PeakSuppressionMode mode, const char *ranges) const
+    {
+        const bool ok =
+            writeFile(path("ranges.txt"), ranges) && processor->setPeakSuppression(path("ranges.txt"), false);
+        processor->setPeakSuppression(mode);
+        return ok;
+    }
 
     QTemporaryDir m_dir;
 };
@@ -157,10 +165,8 @@ void TestASweepProcessor::theModesOnOneSpectrum()
 {
     QFETCH(ASweepProcessor::PeakSuppressionMode, mode);
     QFETCH(QString, expected);
-    QVERIFY(writeFile(path("ranges.txt"), "39 kHz; 41 kHz; 12\n70 kHz; 110 kHz; all\n"));
     Processor processor;
-    QVERIFY(processor.setPeakSuppression(path("ranges.txt"), false));
-    processor.setPeakSuppression(mode);
+    QVERIFY(suppress(&processor, mode, "39 kHz; 41 kHz; 12\n70 kHz; 110 kHz; all\n"));
     const ASweep result = processor.process(ASweep(spectrum(130, documentedPeaks())));
     QCOMPARE(peaksOf(result.values), (expected + kBroad).trimmed());
 }
@@ -400,10 +406,9 @@ void TestASweepProcessor::theSignalHandsOutTheSuppressedSweep()
 
 void TestASweepProcessor::aFileSaysWhatIsLoweredWhere()
 {
-    QVERIFY(writeFile(path("ranges.txt"), "30000; 30000; 4\n50 kHz; 59 kHz; 100\n10 kHz; 20.5 kHz; 0\n"));
     Processor processor;
-    QVERIFY(processor.setPeakSuppression(path("ranges.txt"), false));
-    processor.setPeakSuppression(ASweepProcessor::SuppressionCustom);
+    QVERIFY(suppress(&processor, ASweepProcessor::SuppressionCustom,
+                     "30000; 30000; 4\n50 kHz; 59 kHz; 100\n10 kHz; 20.5 kHz; 0\n"));
     const Peaks before = {{5, 20}, {15, 20}, {30, 20}, {40, 20}, {50, 20}, {59, 20}};
     QCOMPARE(peaksOf(processor.process(ASweep(spectrum(70, before))).values), QStringLiteral("5+20 15+20 30+16 40+20"));
 }
@@ -421,10 +426,8 @@ void TestASweepProcessor::aFileHasNoEffectInAnotherMode()
 {
     QFETCH(ASweepProcessor::PeakSuppressionMode, mode);
     QFETCH(double, height);
-    QVERIFY(writeFile(path("ranges.txt"), "0; 1 GHz; all\n"));
     Processor processor;
-    QVERIFY(processor.setPeakSuppression(path("ranges.txt"), false));
-    processor.setPeakSuppression(mode);
+    QVERIFY(suppress(&processor, mode, "0; 1 GHz; all\n"));
     QCOMPARE(processor.process(ASweep(spectrum(60, {{30, 25}}))).values[30].level, kFloor + height);
 }
 

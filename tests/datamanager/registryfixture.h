@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/testbasics.h"
 #include "datamanager/adatamanager.h"
 
 #include <QtCore/QCoreApplication>
@@ -27,17 +28,11 @@ constexpr unsigned int kModified = AProfile::ModifiedProfile;
 
 inline void writeText(const QString &fileName, const QString &text)
 {
-    QFile file(fileName);
-    const QByteArray bytes = text.toUtf8();
-    if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate) || file.write(bytes) != bytes.size())
+    if (!testbasics::writeFile(fileName, text.toUtf8()))
         qFatal("can't write %s", qPrintable(fileName));
 }
 
-inline QByteArray readBytes(const QString &fileName)
-{
-    QFile file(fileName);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
+using testbasics::readFile;
 
 // A profile of 100 to 200 MHz, with `more` as further elements.
 inline QString profileText(const QString &id, const QString &label, const QString &more = {})
@@ -53,7 +48,7 @@ inline QList<quint64> watchedInodes()
     QList<quint64> inodes;
     const QDir descriptors(QStringLiteral("/proc/self/fdinfo"));
     for (const QString &name : descriptors.entryList(QDir::Files)) {
-        for (const QByteArray &line : readBytes(descriptors.filePath(name)).split('\n')) {
+        for (const QByteArray &line : readFile(descriptors.filePath(name)).split('\n')) {
             if (!line.startsWith("inotify "))
                 continue;
             for (const QByteArray &field : line.split(' '))

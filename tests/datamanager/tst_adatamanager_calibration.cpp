@@ -222,10 +222,10 @@ void TestADataManagerCalibration::aKnownLabelOfAnInstalledFileIsWrittenToTheUser
 {
     CalibrationRegistry registry;
     const QString installed = registry.load(registry.installed(kCable, "sub/a.xml"), {flat("x", kCable, 1)}, kCable);
-    const QByteArray before = readBytes(installed);
+    const QByteArray before = readFile(installed);
     registry->addCalibrationFile(registry.save("z.xml", {flat("x", kCable, 2)}), kCable);
     const QString copy = registry.user(kCable, "sub/a.xml");
-    QCOMPARE(readBytes(installed), before);
+    QCOMPARE(readFile(installed), before);
     QCOMPARE(onDisk(copy), QStringList{"x|2|2"});
     QVERIFY(isWatched(copy) && isWatched(installed));
     QCOMPARE(registry.held(kCable), (QStringList{"x|2|1", "x|2|2", "x|2|2"}));

@@ -63,13 +63,13 @@ void TestADataManagerCalibrationEditing::anUpdateOfAnUnknownObjectDoesNothing()
 {
     CalibrationRegistry registry;
     const QString file = registry.load("a.xml", {flat("a", kCable, 1)}, kCable);
-    const QByteArray before = readBytes(file);
+    const QByteArray before = readFile(file);
     registry->updateCalibrationData(flat("b", kCable, 3), QString());
     registry->updateCalibrationData(flat("a", kAntenna, 3), QString());
     registry->updateCalibrationData(flat("a", kCable, 3), "b");
     registry->updateCalibrationData(ACalibrationData(), QString());
     QCOMPARE(registry.takeLog(), QStringList());
-    QCOMPARE(readBytes(file), before);
+    QCOMPARE(readFile(file), before);
     QCOMPARE(registry.names(kAllTypes), QStringList{"a"});
 }
 
@@ -145,11 +145,11 @@ void TestADataManagerCalibrationEditing::anUpdateOfAnInstalledObjectGoesToTheUse
     CalibrationRegistry registry;
     const QString installed = registry.load(registry.installed(kAntenna, "deep/er/a.xml"),
                                             {flat("a", kAntenna, 1), flat("b", kAntenna, 2)}, kAntenna);
-    const QByteArray before = readBytes(installed);
+    const QByteArray before = readFile(installed);
     registry->updateCalibrationData(flat("a", kAntenna, 3), QString());
     const QString copy = registry.user(kAntenna, "deep/er/a.xml");
     QCOMPARE(registry.takeLog(), QStringList{signalOf(kAntenna)});
-    QCOMPARE(readBytes(installed), before);
+    QCOMPARE(readFile(installed), before);
     QCOMPARE(onDisk(copy), QStringList{"a|1|3"});
     QCOMPARE(registry.held(kAntenna), (QStringList{"a|1|1", "b|1|2", "a|1|3"}));
     QCOMPARE(registry.found("a", kAntenna), QString("a|1|3"));
@@ -208,13 +208,13 @@ void TestADataManagerCalibrationEditing::aFailedUpdateKeepsTheOldFile()
 {
     CalibrationRegistry registry;
     const QString file = registry.load("a.xml", {flat("a", kCable, 1)}, kCable);
-    const QByteArray before = readBytes(file);
+    const QByteArray before = readFile(file);
     ACalibrationData tooLong = flat("a", kCable, 2);
     tooLong.setLabel(QString((1 << 24) + 1, QLatin1Char('x')));
     const QByteArray message = "save failed: " + file.toLatin1();
     QTest::ignoreMessage(QtDebugMsg, message.constData());
     registry->updateCalibrationData(tooLong, "a");
-    QCOMPARE(readBytes(file), before);
+    QCOMPARE(readFile(file), before);
     QCOMPARE(registry.names(kCable), QStringList{tooLong.label()}); // memory holds the new state
     QVERIFY(isWatched(file));
 }

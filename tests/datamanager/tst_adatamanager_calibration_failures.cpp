@@ -121,14 +121,14 @@ void TestADataManagerCalibrationFailures::aRenameThatCannotBeWrittenKeepsTheFile
     QFETCH(qint64, limit);
     CalibrationRegistry registry;
     const QString file = registry.load(registry.user(kCable, "a.xml"), objects, kCable);
-    const QByteArray before = readBytes(file);
+    const QByteArray before = readFile(file);
     const ACalibrationData renamed = wide("new", 100);
     expectFailedSave(file);
     {
         const FileSizeLimit full(static_cast<rlim_t>(limit));
         registry->updateCalibrationData(renamed, "a");
     }
-    QCOMPARE(readBytes(file), before);
+    QCOMPARE(readFile(file), before);
     QCOMPARE(filesBeside(file), QStringList{"a.xml"});
     QCOMPARE(registry.takeLog(), repeated(signalOf(kCable), 2));
     // Memory holds the new state, and goes on doing so: nothing comes back through the watch.
@@ -161,14 +161,14 @@ void TestADataManagerCalibrationFailures::aRenameThroughALinkThatCannotBeWritten
     const QString file = registry.user(kCable, "a.xml");
     QVERIFY(QDir().mkpath(QFileInfo(file).path()) && QFile::link("../../../elsewhere/target.xml", file));
     QCOMPARE(registry->addCalibrationFile(file, kCable).size(), objects.size());
-    const QByteArray before = readBytes(target);
+    const QByteArray before = readFile(target);
     expectFailedSave(file);
     {
         const FileSizeLimit full(300);
         registry->updateCalibrationData(wide("new", 100), "a");
     }
     QVERIFY(QFileInfo(file).isSymLink());
-    QCOMPARE(readBytes(file), before);
+    QCOMPARE(readFile(file), before);
     QCOMPARE(filesBeside(file), QStringList{"a.xml"});
     QCOMPARE(filesBeside(target), QStringList{"target.xml"});
 }
@@ -226,13 +226,13 @@ void TestADataManagerCalibrationFailures::aFileThatCannotStandAsideIsReplaced()
     QVERIFY(QDir().mkdir(hiddenName(file))); // in the way
     registry->updateCalibrationData(flat("b", kCable, 2), "a");
     QCOMPARE(onDisk(file), QStringList{"b|2|2"});
-    const QByteArray before = readBytes(file);
+    const QByteArray before = readFile(file);
     expectFailedSave(file);
     {
         const FileSizeLimit full(0);
         registry->updateCalibrationData(flat("c", kCable, 3), "b");
     }
-    QCOMPARE(readBytes(file), before);
+    QCOMPARE(readFile(file), before);
     QCOMPARE(registry.names(kAllTypes), QStringList{"c"});
 }
 
@@ -241,7 +241,7 @@ void TestADataManagerCalibrationFailures::aRemovalThatCannotBeWrittenHoldsTheNew
     CalibrationRegistry registry;
     const QString file =
         registry.load(registry.user(kCable, "a.xml"), {flat("a", kCable, 1), flat("b", kCable, 2)}, kCable);
-    const QByteArray before = readBytes(file);
+    const QByteArray before = readFile(file);
     {
         const FileSizeLimit full(0);
         registry->removeCalibrationData("a", kCable, true);
@@ -249,7 +249,7 @@ void TestADataManagerCalibrationFailures::aRemovalThatCannotBeWrittenHoldsTheNew
     QCOMPARE(registry.takeLog(), QStringList{signalOf(kCable)}); // and no word of it
     QCOMPARE(registry.held(kCable), QStringList{"b|2|2"});
     QCOMPARE(registry.names(kAllTypes), QStringList{"b"});
-    QCOMPARE(readBytes(file), before);
+    QCOMPARE(readFile(file), before);
     QCOMPARE(filesBeside(file), QStringList{"a.xml"});
 }
 

@@ -78,7 +78,7 @@ void TestADataManagerProfilesSaving::aSaveGoesToTheRightFile()
     AProfile *profile = registry->getProfileForId(m_id);
     profile->setLabel(QStringLiteral("New"), QString());
     profile->setFlags(flags | kModified);
-    const QByteArray oldText = readBytes(source);
+    const QByteArray oldText = readFile(source);
     if (!sourceExists)
         QVERIFY(QFile::remove(source));
 
@@ -96,7 +96,7 @@ void TestADataManagerProfilesSaving::aSaveGoesToTheRightFile()
     QCOMPARE(QDir(path).entryList(QDir::Files),
              toDirectory ? QStringList{QStringLiteral("id.profile")} : QStringList());
     if (toDirectory && sourceExists)
-        QCOMPARE(readBytes(source), oldText);
+        QCOMPARE(readFile(source), oldText);
     else if (toDirectory)
         QVERIFY(!QFile::exists(source));
 }
@@ -155,12 +155,12 @@ void TestADataManagerProfilesSaving::anUnchangedProfileIsNotSaved()
         const QString source = registry.writeProfile(QStringLiteral("a"), m_id, QStringLiteral("A"));
         QVERIFY(registry->addProfileFile(source, flag));
         AProfile *profile = registry->getProfileForId(m_id);
-        const QByteArray text = readBytes(source);
+        const QByteArray text = readFile(source);
         const QString directory = registry.path(QStringLiteral("save"));
         QVERIFY(!registry->saveProfile(profile, directory, QStringLiteral("/none")));
         QVERIFY(!registry->saveProfile(m_id, directory, QStringLiteral("/none")));
         QVERIFY(!QFile::exists(directory));
-        QCOMPARE(readBytes(source), text);
+        QCOMPARE(readFile(source), text);
 
         QVERIFY(QFile::remove(source));
         QVERIFY(!registry->saveProfile(profile, directory, QStringLiteral("/none")));
@@ -281,10 +281,10 @@ void TestADataManagerProfilesSaving::aFailedSaveKeepsTheChanges()
     QCOMPARE(profile->flags(), flags | kModified);
     QCOMPARE(profile->source(), source);
     QCOMPARE(registry.takeLog(), QStringList());
-    QCOMPARE(readBytes(registry.path(QStringLiteral("file"))), QByteArray("text"));
+    QCOMPARE(readFile(registry.path(QStringLiteral("file"))), QByteArray("text"));
     QVERIFY(!QFile::exists(registry.path(QStringLiteral("save/id.profile"))));
     if (!sourceIsDirectory)
-        QCOMPARE(readBytes(source), profileText(m_id, QStringLiteral("Old")).toUtf8());
+        QCOMPARE(readFile(source), profileText(m_id, QStringLiteral("Old")).toUtf8());
 }
 
 void TestADataManagerProfilesSaving::relativeDirectoriesAreTakenFromTheWorkingDirectory_data()
@@ -336,7 +336,7 @@ void TestADataManagerProfilesSaving::aProfileOutsideTheStoreIsSaved()
     other->setLabel(QStringLiteral("New"), QString());
     QVERIFY(registry->saveProfile(other.get(), registry.path(QStringLiteral("save")), QString()));
     QVERIFY(QFile::exists(registry.path(QStringLiteral("save/id.profile"))));
-    QCOMPARE(readBytes(source), profileText(m_id, QStringLiteral("Old")).toUtf8());
+    QCOMPARE(readFile(source), profileText(m_id, QStringLiteral("Old")).toUtf8());
 }
 
 void TestADataManagerProfilesSaving::theTargetOfASaveIsNotWatched()

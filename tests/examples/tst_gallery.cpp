@@ -1,4 +1,5 @@
 #include "apps/programrun.h"
+#include "colourcount.h"
 
 #include <QtCore/QCryptographicHash>
 #include <QtCore/QDirIterator>
@@ -61,16 +62,6 @@ int busyLines(const QImage &image)
         }
     }
     return lines;
-}
-
-int colourCount(const QImage &image)
-{
-    QSet<QRgb> colours;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x)
-            colours.insert(image.pixel(x, y));
-    }
-    return colours.size();
 }
 
 } // namespace

@@ -1,3 +1,5 @@
+#include "colourcount.h"
+#include "core/modeltexts.h"
 #include "core/usbtestbed.h"
 #include "examples/gallery/gallery.h"
 
@@ -14,6 +16,8 @@
 #include <QtWidgets/QTableView>
 
 #include <memory>
+
+using modeltexts::rowTexts;
 
 namespace {
 
@@ -52,24 +56,6 @@ QPushButton *buttonOf(const QWidget &tab, const QString &text)
             return button;
     }
     return nullptr;
-}
-
-QStringList rowTexts(const QAbstractItemModel &model, int row)
-{
-    QStringList texts;
-    for (int column = 0; column < model.columnCount(); ++column)
-        texts << model.index(row, column).data().toString();
-    return texts;
-}
-
-int colourCount(const QImage &image)
-{
-    QSet<QRgb> colours;
-    for (int y = 0; y < image.height(); ++y) {
-        for (int x = 0; x < image.width(); ++x)
-            colours.insert(image.pixel(x, y));
-    }
-    return colours.size();
 }
 
 } // namespace

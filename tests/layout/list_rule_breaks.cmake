@@ -3,22 +3,12 @@
 
 cmake_minimum_required(VERSION 3.25)
 
-set(failures 0)
+include(${CMAKE_CURRENT_LIST_DIR}/rulebreaks.cmake)
 
 # expect(TEXT LINE...): what the check has to say of a file of these lines, empty if it has to pass.
 function(expect text)
     file(REMOVE_RECURSE ${SCRATCH})
-    list(JOIN ARGN "\n" content)
-    file(WRITE ${SCRATCH}/folder/CMakeLists.txt "${content}\n")
-    execute_process(
-        COMMAND ${CMAKE_COMMAND} -D ROOT=${SCRATCH} -P ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/list_rule.cmake
-        RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE output)
-    string(FIND "${output}" "${text}" position)
-    if((text STREQUAL "" AND status EQUAL 0) OR (NOT text STREQUAL "" AND NOT status EQUAL 0 AND position GREATER -1))
-        return()
-    endif()
-    message(STATUS "'${content}': expected '${text}', status ${status}, got:\n${output}")
-    math(EXPR failures "${failures} + 1")
+    expect_verdict(list_rule.cmake "${text}" folder/CMakeLists.txt "${ARGN}")
     set(failures ${failures} PARENT_SCOPE)
 endfunction()
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/modeltexts.h"
+#include "core/testbasics.h"
 #include "limit/alimitmodel.h"
 
 #include <QtCore/QFile>
@@ -14,16 +16,11 @@ namespace limitfiles {
 
 inline void writeBytes(const QString &fileName, const QByteArray &content)
 {
-    QFile file(fileName);
-    if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size() || !file.flush())
+    if (!testbasics::writeFile(fileName, content))
         qFatal("can't write %s", qPrintable(fileName));
 }
 
-inline QByteArray readBytes(const QString &fileName)
-{
-    QFile file(fileName);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-}
+using testbasics::readFile;
 
 // Each cell as text, "-" where there is no item.
 inline QStringList rowTexts(const QAbstractItemModel &model, int row, const QModelIndex &parent = {})
@@ -38,13 +35,7 @@ inline QStringList rowTexts(const QAbstractItemModel &model, int row, const QMod
     return texts;
 }
 
-inline QStringList headerTexts(const QAbstractItemModel &model)
-{
-    QStringList texts;
-    for (int column = 0; column < model.columnCount(); ++column)
-        texts << model.headerData(column, Qt::Horizontal).toString();
-    return texts;
-}
+using modeltexts::headerTexts;
 
 // A line for each limit and, indented, each piece: the cells joined by "|".
 inline QStringList tableTexts(const QAbstractItemModel &model)
@@ -88,7 +79,7 @@ public:
     QByteArray saved()
     {
         const QString name = path(QStringLiteral("out.xml"));
-        return model.saveToFile(name) ? readBytes(name) : QByteArray();
+        return model.saveToFile(name) ? readFile(name) : QByteArray();
     }
 
     ALimitModel model;

@@ -243,7 +243,7 @@ void TestALimitModelRobustness::manyLimitsAreReadAndSaved()
     QVERIFY(model.loadFromFile(name));
     QCOMPARE(model.rowCount(), kLimits);
     QVERIFY(model.saveToFile(directory.filePath("out.xml")));
-    const QByteArray saved = readBytes(directory.filePath("out.xml"));
+    const QByteArray saved = readFile(directory.filePath("out.xml"));
     QCOMPARE(saved.count("<limit name=\"a\" begin=\"0\" end=\"30000000000\" measureunit=\"8\" color=\"\"/>"), kLimits);
 }
 
@@ -260,7 +260,7 @@ void TestALimitModelRobustness::manyPiecesAreReadAndSaved()
     QVERIFY(model.loadFromFile(name));
     QCOMPARE(model.rowCount(model.index(0, 0)), 2 * kPieces);
     QVERIFY(model.saveToFile(directory.filePath("out.xml")));
-    const QByteArray saved = readBytes(directory.filePath("out.xml"));
+    const QByteArray saved = readFile(directory.filePath("out.xml"));
     QCOMPARE(saved.count("<section beginFrequency=\"5\""), kPieces);
     QCOMPARE(saved.count("<level frequency=\"7\""), kPieces);
 }

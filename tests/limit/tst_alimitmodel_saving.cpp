@@ -229,7 +229,7 @@ void TestALimitModelSaving::anOldFileIsReplaced()
     const QString link = dir.path("link.xml");
     QVERIFY(QFile::link(name, link));
     QVERIFY(dir.model.saveToFile(link));
-    QCOMPARE(readBytes(name), QByteArray("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<data/>\n"));
+    QCOMPARE(readFile(name), QByteArray("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<data/>\n"));
     QVERIFY(QFileInfo(link).isSymLink());
 }
 
@@ -257,7 +257,7 @@ void TestALimitModelSaving::aFileThatCanNotBeOpenedIsReported()
              QStringList{QStringLiteral("Could not open file '%1': %2").arg(fileName, file.errorString())});
     QCOMPARE(dir.loadErrors, QStringList());
     QCOMPARE(dir.model.rowCount(), 1);
-    QCOMPARE(readBytes(dir.path("file")), QByteArray("kept"));
+    QCOMPARE(readFile(dir.path("file")), QByteArray("kept"));
 }
 
 void TestALimitModelSaving::aFileWithoutPermissionIsReported()
@@ -275,7 +275,7 @@ void TestALimitModelSaving::aFileWithoutPermissionIsReported()
     });
     QCOMPARE(chmod(qPrintable(dir.path()), 0755), 0);
     QCOMPARE(result.status, 3);
-    QCOMPARE(readBytes(name), QByteArray("kept"));
+    QCOMPARE(readFile(name), QByteArray("kept"));
 }
 
 void TestALimitModelSaving::aFileNameWithPercentSignsStaysWhole()
@@ -304,7 +304,7 @@ void TestALimitModelSaving::aFullDiskGoesUnnoticed()
             return dir.model.saveToFile(name) && dir.saveErrors.isEmpty() ? 1 : 0;
         });
         QCOMPARE(result.status, 1);
-        QCOMPARE(readBytes(name), whole.left(bytes));
+        QCOMPARE(readFile(name), whole.left(bytes));
         ALimitModel again;
         QVERIFY(!again.loadFromFile(name) || bytes == whole.size() - 1); // which is but the last line end
     }

@@ -4,7 +4,6 @@
 
 #include <QtTest/QtTest>
 #include <QtWidgets/QComboBox>
-#include <QtWidgets/QLineEdit>
 
 namespace {
 
@@ -151,14 +150,7 @@ void TestALimitSelectionDelegate::whatCouldNotBeShownIsNotOverwritten()
 
 void TestALimitSelectionDelegate::otherEditorsAreServedByTheBaseClass()
 {
-    const ALimitSelectionDelegate delegate(kLabels);
-    Cell cell("1");
-    QLineEdit editor;
-    delegate.setEditorData(&editor, cell.index());
-    QCOMPARE(editor.text(), QString("1"));
-    editor.setText("2");
-    delegate.setModelData(&editor, &cell.model, cell.index());
-    QCOMPARE(cell.value(), QVariant("2"));
+    compareForeignLineEdit(ALimitSelectionDelegate(kLabels));
 }
 
 void TestALimitSelectionDelegate::withoutLabelsAllIsEmpty()

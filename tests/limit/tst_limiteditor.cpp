@@ -113,7 +113,7 @@ void TestLimitEditor::aLimitThatIsTypedComesBackFromItsFile()
     keepPicture(m_editor->grab(), "limiteditor-typed.png");
 
     QTest::keyClick(m_editor.get(), Qt::Key_S, Qt::ControlModifier);
-    const QByteArray saved = readBytes(m_fileName);
+    const QByteArray saved = readFile(m_fileName);
     QCOMPARE(saved, document("    <limit name=\"Radiated &amp; conducted\" begin=\"150000\" end=\"1000000000\""
                              " measureunit=\"8\" color=\"#cc0000\">\n"
                              "        <section beginFrequency=\"150000\" endFrequency=\"30000000\" beginValue=\"66\""
@@ -128,10 +128,10 @@ void TestLimitEditor::aLimitThatIsTypedComesBackFromItsFile()
     QCOMPARE(plainTable(*m_editor->limits()), (QStringList{"Radiated & conducted|0.15|1000|8||#cc0000|||-|-|-",
                                                            typed.at(1), typed.at(3), typed.at(2), typed.at(4)}));
     QTest::keyClick(m_editor.get(), Qt::Key_S, Qt::ControlModifier);
-    const QByteArray again = readBytes(m_fileName);
+    const QByteArray again = readFile(m_fileName);
     QTest::keyClick(m_editor.get(), Qt::Key_F5);
     QTest::keyClick(m_editor.get(), Qt::Key_S, Qt::ControlModifier);
-    QCOMPARE(readBytes(m_fileName), again);
+    QCOMPARE(readFile(m_fileName), again);
 
     QList<const ALimit *> limits;
     QVERIFY(ALimit::readAll(m_fileName, limits, nullptr));

@@ -13,6 +13,11 @@ namespace markertest {
 
 using Type = ASpectrumMarker::Type;
 
+constexpr Type Max = ASpectrumMarker::TypeMax;
+constexpr Type Min = ASpectrumMarker::TypeMin;
+constexpr Type Std = ASpectrumMarker::TypeStd;
+constexpr Type Cal = ASpectrumMarker::TypeCal;
+
 enum UnitId
 {
     dBm = 0,

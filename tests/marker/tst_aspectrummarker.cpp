@@ -45,6 +45,20 @@ emu_entry unitNamed(const char32_t *name)
     return unit;
 }
 
+// A marker and the one that it refers to, with their values.
+struct MarkerPair
+{
+    MarkerPair(const AMeasurementValue &own, const AMeasurementValue &other)
+    {
+        marker.setReferenceMarker(&reference);
+        marker.setValue(own);
+        reference.setValue(other);
+    }
+
+    ASpectrumMarker marker{Max};
+    ASpectrumMarker reference{Max};
+};
+
 } // namespace
 
 class TestASpectrumMarker : public QObject
@@ -292,26 +306,18 @@ void TestASpectrumMarker::aDeltaHasAPlusOnlyAboveZero()
 {
     QFETCH(double, own);
     QFETCH(double, other);
-    ASpectrumMarker marker(ASpectrumMarker::TypeMax);
-    ASpectrumMarker reference(ASpectrumMarker::TypeMax);
-    marker.setReferenceMarker(&reference);
-    marker.setValue(point(own, megahertz(1)));
-    reference.setValue(point(other, megahertz(1)));
-    QTEST(marker.deltaAsString(emu_find(dBm), nullptr, true), "text");
+    MarkerPair pair(point(own, megahertz(1)), point(other, megahertz(1)));
+    QTEST(pair.marker.deltaAsString(emu_find(dBm), nullptr, true), "text");
 }
 
 void TestASpectrumMarker::aDeltaConvertsBothValues()
 {
-    ASpectrumMarker marker(ASpectrumMarker::TypeMax);
-    ASpectrumMarker reference(ASpectrumMarker::TypeMax);
-    marker.setReferenceMarker(&reference);
-    marker.setValue(point(40, megahertz(1), dBm));
-    reference.setValue(point(2, megahertz(1), W));
-    QCOMPARE(marker.deltaAsString(emu_find(W), nullptr, true), QStringLiteral("+8.00 W"));
-    QCOMPARE(marker.deltaAsString(emu_find(W), nullptr, false), QStringLiteral("+8.00"));
+    MarkerPair pair(point(40, megahertz(1), dBm), point(2, megahertz(1), W));
+    QCOMPARE(pair.marker.deltaAsString(emu_find(W), nullptr, true), QStringLiteral("+8.00 W"));
+    QCOMPARE(pair.marker.deltaAsString(emu_find(W), nullptr, false), QStringLiteral("+8.00"));
     const emsi_unit kilo = {1e3L, U"k"};
-    reference.setValue(point(4010, megahertz(1), W));
-    QCOMPARE(marker.deltaAsString(emu_find(W), &kilo, true), QStringLiteral("-4.00 kW"));
+    pair.reference.setValue(point(4010, megahertz(1), W));
+    QCOMPARE(pair.marker.deltaAsString(emu_find(W), &kilo, true), QStringLiteral("-4.00 kW"));
 }
 
 void TestASpectrumMarker::aDeltaWithoutUnitWarnsForEachValue()
@@ -331,12 +337,8 @@ void TestASpectrumMarker::aDeltaWithoutUnitWarnsForEachValue()
 
 void TestASpectrumMarker::aDeltaThatIsAnEmptyValueIsASign()
 {
-    ASpectrumMarker marker(ASpectrumMarker::TypeMax);
-    ASpectrumMarker reference(ASpectrumMarker::TypeMax);
-    marker.setReferenceMarker(&reference);
-    marker.setValue(point(-7, AFrequency()));
-    reference.setValue(point(-7, megahertz(1)));
-    QCOMPARE(marker.deltaAsString(emu_find(dBm), nullptr, true), QStringLiteral("-"));
+    MarkerPair pair(point(-7, AFrequency()), point(-7, megahertz(1)));
+    QCOMPARE(pair.marker.deltaAsString(emu_find(dBm), nullptr, true), QStringLiteral("-"));
 }
 
 void TestASpectrumMarker::withoutAValueThereAreTwoItems()
@@ -407,12 +409,8 @@ void TestASpectrumMarker::aReferenceTurnsTheItemsIntoDifferences()
 
 void TestASpectrumMarker::theFrequencySuffixOfADifferenceIsThatOfTheMarker()
 {
-    ASpectrumMarker marker(ASpectrumMarker::TypeMax);
-    ASpectrumMarker reference(ASpectrumMarker::TypeMax);
-    marker.setReferenceMarker(&reference);
-    marker.setValue(point(-10, hertz(100005500)));
-    reference.setValue(point(-30, megahertz(100)));
-    const QStringList items = marker.labelItems(emu_find(dBm), nullptr);
+    MarkerPair pair(point(-10, hertz(100005500)), point(-30, megahertz(100)));
+    const QStringList items = pair.marker.labelItems(emu_find(dBm), nullptr);
     QCOMPARE(items.at(4), QStringLiteral("+5.500")); // kHz
     QCOMPARE(items.at(5), QStringLiteral("MHz"));
 }
@@ -444,15 +442,11 @@ void TestASpectrumMarker::theReferenceFrequencyIsItsTargetWhileItHasNoValue()
 
 void TestASpectrumMarker::noFrequencyDifferenceAgainstZero()
 {
-    ASpectrumMarker marker(ASpectrumMarker::TypeMax);
-    ASpectrumMarker reference(ASpectrumMarker::TypeMax);
-    marker.setReferenceMarker(&reference);
-    marker.setValue(point(-10, AFrequency()));
-    reference.setValue(point(-20, megahertz(1)));
-    QCOMPARE(marker.labelItems(emu_find(dBm), nullptr).mid(1, 5), texts({"+10.00", "dBm", "@", "", "Hz"}));
-    marker.setValue(point(-10, megahertz(1)));
-    reference.setValue(point(-20, AFrequency()));
-    QCOMPARE(marker.labelItems(emu_find(dBm), nullptr).mid(1, 5), texts({"+10.00", "dBm", "@", "", "MHz"}));
+    MarkerPair pair(point(-10, AFrequency()), point(-20, megahertz(1)));
+    QCOMPARE(pair.marker.labelItems(emu_find(dBm), nullptr).mid(1, 5), texts({"+10.00", "dBm", "@", "", "Hz"}));
+    pair.marker.setValue(point(-10, megahertz(1)));
+    pair.reference.setValue(point(-20, AFrequency()));
+    QCOMPARE(pair.marker.labelItems(emu_find(dBm), nullptr).mid(1, 5), texts({"+10.00", "dBm", "@", "", "MHz"}));
 }
 
 void TestASpectrumMarker::anUnknownUnitGivesAnEmptyUnitItem()

@@ -11,11 +11,6 @@ using namespace markertest;
 
 namespace {
 
-constexpr Type Max = ASpectrumMarker::TypeMax;
-constexpr Type Min = ASpectrumMarker::TypeMin;
-constexpr Type Std = ASpectrumMarker::TypeStd;
-constexpr Type Cal = ASpectrumMarker::TypeCal;
-
 ASpectrumMarker *add(ASpectrumMarkerList *list, Type type, int trace)
 {
     return list->addMarker(type, trace, AFrequency());

@@ -16,8 +16,6 @@ using namespace markertest;
 
 namespace {
 
-constexpr Type Max = ASpectrumMarker::TypeMax;
-
 ASpectrumMarker *add(ASpectrumMarkerList *list, Type type, int trace)
 {
     return list->addMarker(type, trace, AFrequency());

@@ -12,8 +12,6 @@ using namespace markertest;
 
 namespace {
 
-constexpr Type Max = ASpectrumMarker::TypeMax;
-constexpr Type Min = ASpectrumMarker::TypeMin;
 constexpr double kNaN = std::numeric_limits<double>::quiet_NaN();
 
 // As many maxima and minima as wanted, the best ones first.

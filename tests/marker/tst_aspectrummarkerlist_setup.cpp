@@ -12,11 +12,6 @@ using namespace markertest;
 
 namespace {
 
-constexpr Type Max = ASpectrumMarker::TypeMax;
-constexpr Type Min = ASpectrumMarker::TypeMin;
-constexpr Type Std = ASpectrumMarker::TypeStd;
-constexpr Type Cal = ASpectrumMarker::TypeCal;
-
 // Every field of every marker, the references as positions.
 QStringList describe(const ASpectrumMarkerList &list)
 {

@@ -30,8 +30,7 @@ public:
 private:
     static QString write(const QString &fileName, const QByteArray &bytes)
     {
-        QFile file(fileName);
-        if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size())
+        if (!testbasics::writeFile(fileName, bytes))
             qFatal("can't write %s", qPrintable(fileName));
         return fileName;
     }
@@ -81,8 +80,7 @@ QByteArray validFile()
         list.addMarker(ASpectrumMarker::TypeStd, 2, megahertz(100))->setReferenceMarker(list.at(0));
         list.storeSetup(&settings, QStringLiteral("s"));
     }
-    QFile file(fileName);
-    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    return testbasics::readFile(fileName);
 }
 
 } // namespace

@@ -10,11 +10,6 @@ using namespace markertest;
 
 namespace {
 
-constexpr Type Max = ASpectrumMarker::TypeMax;
-constexpr Type Min = ASpectrumMarker::TypeMin;
-constexpr Type Std = ASpectrumMarker::TypeStd;
-constexpr Type Cal = ASpectrumMarker::TypeCal;
-
 ASpectrumMarker *add(ASpectrumMarkerList *list, Type type, const AFrequency &target = {})
 {
     return list->addMarker(type, 0, target);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "core/modeltexts.h"
+
 #include <views/adevicelistmodel.h>
 
 #include <QtGui/QStandardItemModel>
@@ -10,13 +12,7 @@ namespace devicetable {
 
 constexpr quint32 kBus = 3 * 256;
 
-inline QStringList rowTexts(const QAbstractItemModel &model, int row)
-{
-    QStringList texts;
-    for (int column = 0; column < model.columnCount(); ++column)
-        texts << model.index(row, column).data().toString();
-    return texts;
-}
+using modeltexts::rowTexts;
 
 inline QStringList namesIn(const QAbstractItemModel &model)
 {

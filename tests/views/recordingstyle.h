@@ -2,6 +2,7 @@
 
 #include <QtGui/QImage>
 #include <QtGui/QPainter>
+#include <QtTest/QtTest>
 #include <QtWidgets/QAbstractItemDelegate>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QProxyStyle>
@@ -94,6 +95,18 @@ public:
         for (const Call &call : qAsConst(calls))
             names << call.element;
         return names;
+    }
+
+    // The calls must be those for a number in a spin box that can't be edited.
+    void compareToAReadOnlySpinBox(const QRect &cell, State state) const
+    {
+        QCOMPARE(elements(), (QStringList{"CC_SpinBox", "text"}));
+        QCOMPARE(calls.at(0).rect, cell);
+        QCOMPARE(calls.at(0).state, state | State_Enabled | State_ReadOnly);
+        QCOMPARE(calls.at(1).rect, cell);
+        QCOMPARE(calls.at(1).flags, 132);
+        QCOMPARE(calls.at(1).enabled, true);
+        QCOMPARE(calls.at(1).role, QPalette::NoRole);
     }
 
     mutable QVector<Call> calls; // those from outside, not what an element is made of

@@ -4,8 +4,6 @@
 #include "editorkeys.h"
 #include "translatedtexts.h"
 
-#include <QtGui/QPainter>
-
 class TestABooleanItemDelegate : public QObject
 {
     Q_OBJECT
@@ -135,48 +133,17 @@ void TestABooleanItemDelegate::equalTextsAreStillTwoChoices()
 void TestABooleanItemDelegate::paintingAndSizeAreThoseOfThatText()
 {
     const ABooleanItemDelegate delegate("a longer text", "-");
-    const QStyledItemDelegate plain;
-    const Cell boolean(true);
-    const Cell text("a longer text");
-    QStyleOptionViewItem option;
-    option.rect = QRect(0, 0, 150, 30);
-    QImage images[2];
-    for (QImage &image : images) {
-        image = QImage(150, 30, QImage::Format_RGB32);
-        image.fill(Qt::white);
-    }
-    {
-        QPainter first(&images[0]);
-        delegate.paint(&first, option, boolean.index());
-        QPainter second(&images[1]);
-        plain.paint(&second, option, text.index());
-    }
-    QCOMPARE(images[0], images[1]);
-    QCOMPARE(delegate.sizeHint(option, boolean.index()), plain.sizeHint(option, text.index()));
+    compareToAPlainItem(delegate, Cell(true).index(), "a longer text");
 }
 
 void TestABooleanItemDelegate::theEditorFillsTheCell()
 {
-    QWidget parent;
-    const ABooleanItemDelegate delegate;
-    const Cell cell(true);
-    QStyleOptionViewItem option;
-    QWidget *editor = delegate.createEditor(&parent, option, cell.index());
-    option.rect = QRect(7, 11, 130, 40);
-    delegate.updateEditorGeometry(editor, option, cell.index());
-    QCOMPARE(editor->geometry(), option.rect);
+    compareEditorToItsCell(ABooleanItemDelegate(), true);
 }
 
 void TestABooleanItemDelegate::otherEditorsAreServedByTheBaseClass()
 {
-    const ABooleanItemDelegate delegate;
-    Cell cell("a");
-    QLineEdit editor;
-    delegate.setEditorData(&editor, cell.index());
-    QCOMPARE(editor.text(), QString("a"));
-    editor.setText("b");
-    delegate.setModelData(&editor, &cell.model, cell.index());
-    QCOMPARE(cell.value(), QVariant("b"));
+    compareForeignLineEdit(ABooleanItemDelegate());
 }
 
 QTEST_MAIN(TestABooleanItemDelegate)

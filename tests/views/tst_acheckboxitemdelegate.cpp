@@ -214,26 +214,12 @@ void TestACheckBoxItemDelegate::theSizeIsThatOfAPlainItem()
 
 void TestACheckBoxItemDelegate::theEditorFillsTheCell()
 {
-    QWidget parent;
-    const ACheckBoxItemDelegate delegate;
-    const Cell cell(true);
-    QStyleOptionViewItem option;
-    option.rect = QRect(7, 11, 130, 40);
-    QWidget *editor = delegate.createEditor(&parent, option, cell.index());
-    delegate.updateEditorGeometry(editor, option, cell.index());
-    QCOMPARE(editor->geometry(), option.rect);
+    compareEditorToItsCell(ACheckBoxItemDelegate(), true);
 }
 
 void TestACheckBoxItemDelegate::otherEditorsAreServedByTheBaseClass()
 {
-    const ACheckBoxItemDelegate delegate;
-    Cell cell("a");
-    QLineEdit editor;
-    delegate.setEditorData(&editor, cell.index());
-    QCOMPARE(editor.text(), QString("a"));
-    editor.setText("b");
-    delegate.setModelData(&editor, &cell.model, cell.index());
-    QCOMPARE(cell.value(), QVariant("b"));
+    compareForeignLineEdit(ACheckBoxItemDelegate());
 }
 
 QTEST_MAIN(TestACheckBoxItemDelegate)

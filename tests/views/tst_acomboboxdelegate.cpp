@@ -4,7 +4,6 @@
 #include "editorkeys.h"
 
 #include <QtCore/QStringListModel>
-#include <QtGui/QPainter>
 
 namespace {
 
@@ -34,6 +33,24 @@ QComboBox *makeEditor(const AComboBoxDelegate &delegate, QWidget *parent, const 
     delegate.setEditorData(box, index);
     return box;
 }
+
+// The editor of a cell that holds a text, with these choices.
+struct OpenBox
+{
+    OpenBox(const QStringList &choices, const QString &text)
+        : model(choices)
+        , delegate(&model, 0, nullptr)
+        , cell(text)
+        , box(makeEditor(delegate, &parent, cell.index()))
+    {}
+    void commit() { delegate.setModelData(box, &cell.model, cell.index()); }
+
+    QWidget parent;
+    QStringListModel model;
+    AComboBoxDelegate delegate;
+    Cell cell;
+    QComboBox *box;
+};
 
 } // namespace
 
@@ -104,40 +121,28 @@ void TestAComboBoxDelegate::theColumnDecidesWhatIsOffered()
 
 void TestAComboBoxDelegate::theEditorShowsTheCellsText()
 {
-    QWidget parent;
-    QStringListModel model({"one", "two"});
-    const AComboBoxDelegate delegate(&model, 0, nullptr);
-    const Cell cell("two");
-    QCOMPARE(makeEditor(delegate, &parent, cell.index())->currentIndex(), 1);
+    QCOMPARE(OpenBox({"one", "two"}, "two").box->currentIndex(), 1);
 }
 
 void TestAComboBoxDelegate::theCurrentTextIsCommitted()
 {
-    QWidget parent;
-    QStringListModel model({"one", "two"});
-    const AComboBoxDelegate delegate(&model, 0, nullptr);
-    Cell cell("two");
-    auto *box = makeEditor(delegate, &parent, cell.index());
-    QTest::keyClick(box, Qt::Key_Up);
-    QCOMPARE(cell.value(), QVariant("two"));
-    delegate.setModelData(box, &cell.model, cell.index());
-    QCOMPARE(cell.value(), QVariant("one"));
-    QCOMPARE(cell.value().type(), QVariant::String);
+    OpenBox open({"one", "two"}, "two");
+    QTest::keyClick(open.box, Qt::Key_Up);
+    QCOMPARE(open.cell.value(), QVariant("two"));
+    open.commit();
+    QCOMPARE(open.cell.value(), QVariant("one"));
+    QCOMPARE(open.cell.value().type(), QVariant::String);
 }
 
 // Deliberate, other than in the delegates whose combo boxes may be without a selection.
 void TestAComboBoxDelegate::aTextThatIsNoChoiceBecomesTheFirst()
 {
-    QWidget parent;
-    QStringListModel model({"one", "two"});
-    const AComboBoxDelegate delegate(&model, 0, nullptr);
-    Cell cell("other");
-    auto *box = makeEditor(delegate, &parent, cell.index());
-    delegate.setModelData(box, &cell.model, cell.index());
-    QCOMPARE(cell.value(), QVariant("one"));
-    box->setCurrentIndex(-1);
-    delegate.setModelData(box, &cell.model, cell.index());
-    QCOMPARE(cell.value(), QVariant(""));
+    OpenBox open({"one", "two"}, "other");
+    open.commit();
+    QCOMPARE(open.cell.value(), QVariant("one"));
+    open.box->setCurrentIndex(-1);
+    open.commit();
+    QCOMPARE(open.cell.value(), QVariant(""));
 }
 
 void TestAComboBoxDelegate::withoutAModelTheBoxIsEmptyAndCommitsAnEmptyText()
@@ -245,57 +250,28 @@ void TestAComboBoxDelegate::eachChoiceIsToldOnceThoughItsTextIsTheSame()
 
 void TestAComboBoxDelegate::aShrinkingModelTakesTheChoiceAlong()
 {
-    QWidget parent;
-    QStringListModel model({"one", "two", "three"});
-    const AComboBoxDelegate delegate(&model, 0, nullptr);
-    Cell cell("three");
-    auto *box = makeEditor(delegate, &parent, cell.index());
-    model.removeRows(1, 2);
-    delegate.setModelData(box, &cell.model, cell.index());
-    QCOMPARE(cell.value(), QVariant(box->currentText()));
-    model.setStringList({});
-    delegate.setModelData(box, &cell.model, cell.index());
-    QCOMPARE(cell.value(), QVariant(""));
+    OpenBox open({"one", "two", "three"}, "three");
+    open.model.removeRows(1, 2);
+    open.commit();
+    QCOMPARE(open.cell.value(), QVariant(open.box->currentText()));
+    open.model.setStringList({});
+    open.commit();
+    QCOMPARE(open.cell.value(), QVariant(""));
 }
 
 void TestAComboBoxDelegate::paintingAndSizeAreThoseOfAPlainItem()
 {
-    const AComboBoxDelegate delegate(nullptr, 0, nullptr);
-    const QStyledItemDelegate plain;
-    const Cell cell("a text");
-    QStyleOptionViewItem option;
-    option.rect = QRect(0, 0, 150, 30);
-    QImage images[2];
-    const QStyledItemDelegate *delegates[] = {&delegate, &plain};
-    for (int i = 0; i < 2; ++i) {
-        images[i] = QImage(150, 30, QImage::Format_RGB32);
-        images[i].fill(Qt::white);
-        QPainter painter(&images[i]);
-        delegates[i]->paint(&painter, option, cell.index());
-    }
-    QCOMPARE(images[0], images[1]);
-    QCOMPARE(delegate.sizeHint(option, cell.index()), plain.sizeHint(option, cell.index()));
+    compareToAPlainItem(AComboBoxDelegate(nullptr, 0, nullptr), Cell("a text").index(), "a text");
 }
 
 void TestAComboBoxDelegate::theEditorFillsTheCell()
 {
-    QWidget parent;
-    const AComboBoxDelegate delegate(nullptr, 0, nullptr);
-    const Cell cell("one");
-    QStyleOptionViewItem option;
-    option.rect = QRect(7, 11, 130, 40);
-    QWidget *editor = delegate.createEditor(&parent, option, cell.index());
-    delegate.updateEditorGeometry(editor, option, cell.index());
-    QCOMPARE(editor->geometry(), option.rect);
+    compareEditorToItsCell(AComboBoxDelegate(nullptr, 0, nullptr), "one");
 }
 
 void TestAComboBoxDelegate::otherEditorsAreServedByTheBaseClass()
 {
-    const AComboBoxDelegate delegate(nullptr, 0, nullptr);
-    Cell cell("a");
-    QLineEdit editor("b");
-    delegate.setModelData(&editor, &cell.model, cell.index());
-    QCOMPARE(cell.value(), QVariant("b"));
+    compareForeignLineEdit(AComboBoxDelegate(nullptr, 0, nullptr));
 }
 
 QTEST_MAIN(TestAComboBoxDelegate)

@@ -138,26 +138,13 @@ void TestADoubleSpinBoxDelegate::aNumberThatIsStillBeingTypedIsCommitted()
 
 void TestADoubleSpinBoxDelegate::theEditorFillsTheCell()
 {
-    QWidget parent;
-    const ADoubleSpinBoxDelegate delegate;
-    const Cell cell(1);
-    QStyleOptionViewItem option;
-    option.rect = QRect(7, 11, 130, 40);
-    QWidget *editor = delegate.createEditor(&parent, option, cell.index());
-    delegate.updateEditorGeometry(editor, option, cell.index());
-    QCOMPARE(editor->geometry(), option.rect);
+    compareEditorToItsCell(ADoubleSpinBoxDelegate(), 1);
 }
 
 void TestADoubleSpinBoxDelegate::otherEditorsAreServedByTheBaseClass()
 {
-    const ADoubleSpinBoxDelegate delegate;
-    Cell cell(7);
     QSpinBox editor;
-    delegate.setEditorData(&editor, cell.index());
-    QCOMPARE(editor.value(), 7);
-    editor.setValue(8);
-    delegate.setModelData(&editor, &cell.model, cell.index());
-    QCOMPARE(cell.value(), QVariant(8));
+    compareForeignEditor(ADoubleSpinBoxDelegate(), &editor, 7, 8);
 }
 
 void TestADoubleSpinBoxDelegate::aChannelTakesTheNumberAsMegahertz()

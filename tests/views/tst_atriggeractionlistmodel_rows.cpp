@@ -18,6 +18,32 @@ QList<QVariantList> arguments(const QSignalSpy &spy) // first and last row
     return result;
 }
 
+QList<ATriggerAction> fiveActions()
+{
+    QList<ATriggerAction> list;
+    for (int i = 0; i < 5; ++i)
+        list << action(1, QString::number(i));
+    return list;
+}
+
+// Three actions in a model, and what it announces of rows that are added.
+struct Insertions
+{
+    Insertions() { model.setTriggerActions(&list); }
+    void compareToOneOf(int first, int last) const
+    {
+        const QList<QVariantList> range{QVariantList{first, last}};
+        QCOMPARE(arguments(begins), range);
+        QCOMPARE(arguments(ends), range);
+    }
+
+    QList<ATriggerAction> list = threeActions();
+    OrdinaryModel model;
+    const QAbstractItemModelTester tester{&model};
+    QSignalSpy begins{&model, &QAbstractItemModel::rowsAboutToBeInserted};
+    QSignalSpy ends{&model, &QAbstractItemModel::rowsInserted};
+};
+
 } // namespace
 
 class TestATriggerActionListModelRows : public QObject
@@ -51,21 +77,15 @@ void TestATriggerActionListModelRows::rowsAreAddedAtTheEnd()
 {
     QFETCH(int, row);
     QFETCH(int, count);
-    QList<ATriggerAction> list = threeActions();
-    OrdinaryModel model;
-    model.setTriggerActions(&list);
-    const QAbstractItemModelTester tester(&model);
-    QSignalSpy begins(&model, &QAbstractItemModel::rowsAboutToBeInserted);
-    QSignalSpy ends(&model, &QAbstractItemModel::rowsInserted);
-    QVERIFY(model.insertRows(row, count));
+    Insertions insertions;
+    QList<ATriggerAction> &list = insertions.list;
+    QVERIFY(insertions.model.insertRows(row, count));
     QStringList expected = texts(threeActions());
     for (int i = 0; i < count; ++i)
         expected << "0:";
     QCOMPARE(texts(list), expected);
     QVERIFY(list.last() == ATriggerAction());
-    const QList<QVariantList> range{QVariantList{3, 3 + count - 1}};
-    QCOMPARE(arguments(begins), range);
-    QCOMPARE(arguments(ends), range);
+    insertions.compareToOneOf(3, 3 + count - 1);
     list.last().setData("its own"); // each a value of its own
     if (count > 1)
         QVERIFY(list.at(list.size() - 2) == ATriggerAction());
@@ -81,18 +101,11 @@ void TestATriggerActionListModelRows::countsBelowOneAddNothing_data()
 void TestATriggerActionListModelRows::countsBelowOneAddNothing()
 {
     QFETCH(int, count);
-    QList<ATriggerAction> list = threeActions();
-    OrdinaryModel model;
-    model.setTriggerActions(&list);
-    const QAbstractItemModelTester tester(&model);
-    QSignalSpy begins(&model, &QAbstractItemModel::rowsAboutToBeInserted);
-    QSignalSpy ends(&model, &QAbstractItemModel::rowsInserted);
-    QVERIFY(model.insertRows(0, count));
-    QCOMPARE(texts(list), texts(threeActions()));
+    Insertions insertions;
+    QVERIFY(insertions.model.insertRows(0, count));
+    QCOMPARE(texts(insertions.list), texts(threeActions()));
     // An empty range for negative counts too: proxies and headers crash on one of a negative length.
-    const QList<QVariantList> range{QVariantList{3, 2}};
-    QCOMPARE(arguments(begins), range);
-    QCOMPARE(arguments(ends), range);
+    insertions.compareToOneOf(3, 2);
 }
 
 void TestATriggerActionListModelRows::moreThanAListHoldsIsRefused()
@@ -182,9 +195,7 @@ void TestATriggerActionListModelRows::rowsAreRemoved()
     QFETCH(int, count);
     QFETCH(int, first);
     QFETCH(int, last);
-    QList<ATriggerAction> list;
-    for (int i = 0; i < 5; ++i)
-        list << action(1, QString::number(i));
+    QList<ATriggerAction> list = fiveActions();
     OrdinaryModel model;
     model.setTriggerActions(&list);
     QSignalSpy begins(&model, &QAbstractItemModel::rowsAboutToBeRemoved);
@@ -208,9 +219,7 @@ void TestATriggerActionListModelRows::persistentIndexesFollowRemovals()
 {
     QFETCH(int, row);
     QFETCH(int, count);
-    QList<ATriggerAction> list;
-    for (int i = 0; i < 5; ++i)
-        list << action(1, QString::number(i));
+    QList<ATriggerAction> list = fiveActions();
     OrdinaryModel model;
     model.setTriggerActions(&list);
     QList<QPersistentModelIndex> held;

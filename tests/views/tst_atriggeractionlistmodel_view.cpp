@@ -27,6 +27,28 @@ QLineEdit *openEditor(QAbstractItemView *view, const QModelIndex &cell, const QS
     return editor;
 }
 
+// A table that shows a list of actions, and the editor of one of its cells.
+struct ActionTable
+{
+    explicit ActionTable(QList<ATriggerAction> *list)
+    {
+        model.setTriggerActions(list);
+        view.setModel(&model);
+        view.show();
+    }
+    void typeIntoTheLastRow() { editor = openEditor(&view, model.index(2, 1), QStringLiteral("typed")); }
+    void pressReturnIfStillOpen()
+    {
+        if (editor)
+            QTest::keyClick(editor.data(), Qt::Key_Return);
+        QTRY_VERIFY(!editor);
+    }
+
+    ATriggerActionListModel model;
+    QTableView view;
+    QPointer<QLineEdit> editor;
+};
+
 } // namespace
 
 class TestATriggerActionListModelView : public QObject
@@ -72,65 +94,45 @@ void TestATriggerActionListModelView::whatIsTypedComesIntoTheList()
 {
     QFETCH(int, column);
     QFETCH(QString, typed);
-    ATriggerActionListModel model;
-    model.setTriggerActions(&m_list);
-    QTableView view;
-    view.setModel(&model);
-    view.show();
-    QCOMPARE(view.horizontalHeader()->count(), 2);
-    QLineEdit *editor = openEditor(&view, model.index(1, column), typed);
-    QVERIFY(editor);
-    QTest::keyClick(editor, Qt::Key_Return);
-    QTRY_VERIFY(!view.viewport()->findChild<QLineEdit *>());
+    ActionTable table(&m_list);
+    QCOMPARE(table.view.horizontalHeader()->count(), 2);
+    table.editor = openEditor(&table.view, table.model.index(1, column), typed);
+    QVERIFY(table.editor);
+    table.pressReturnIfStillOpen();
+    QVERIFY(!table.view.viewport()->findChild<QLineEdit *>());
     QTEST(texts(m_list).at(1), "entry");
 }
 
 void TestATriggerActionListModelView::anEditorWhoseRowIsRemovedChangesNothing()
 {
-    ATriggerActionListModel model;
-    model.setTriggerActions(&m_list);
-    QTableView view;
-    view.setModel(&model);
-    view.show();
-    const QPointer<QLineEdit> editor = openEditor(&view, model.index(2, 1), QStringLiteral("typed"));
-    QVERIFY(editor);
-    QVERIFY(model.removeRows(1, 2));
-    if (editor)
-        QTest::keyClick(editor, Qt::Key_Return);
-    QTRY_VERIFY(!editor);
+    ActionTable table(&m_list);
+    table.typeIntoTheLastRow();
+    QVERIFY(table.editor);
+    QVERIFY(table.model.removeRows(1, 2));
+    table.pressReturnIfStillOpen();
     QCOMPARE(texts(m_list), QStringList{"1:Overload"});
 }
 
 void TestATriggerActionListModelView::anEditorWhoseListIsTakenAwayChangesNothing()
 {
-    ATriggerActionListModel model;
-    model.setTriggerActions(&m_list);
-    QTableView view;
-    view.setModel(&model);
-    view.show();
-    const QPointer<QLineEdit> editor = openEditor(&view, model.index(2, 1), QStringLiteral("typed"));
-    QVERIFY(editor);
-    model.setTriggerActions(nullptr);
-    if (editor)
-        QTest::keyClick(editor, Qt::Key_Return);
-    QTRY_VERIFY(!editor);
+    ActionTable table(&m_list);
+    table.typeIntoTheLastRow();
+    QVERIFY(table.editor);
+    table.model.setTriggerActions(nullptr);
+    table.pressReturnIfStillOpen();
     QCOMPARE(texts(m_list), texts(threeActions()));
 }
 
 void TestATriggerActionListModelView::anEditorWhoseRowItsOwnerRemovedChangesNothing()
 {
-    ATriggerActionListModel model;
-    model.setTriggerActions(&m_list);
-    QTableView view;
-    view.setModel(&model);
-    view.show();
-    const QPointer<QLineEdit> editor = openEditor(&view, model.index(2, 1), QStringLiteral("typed"));
-    QVERIFY(editor);
+    ActionTable table(&m_list);
+    table.typeIntoTheLastRow();
+    QVERIFY(table.editor);
     m_list.removeLast(); // nobody tells the model
-    view.grab();
-    QTest::keyClick(editor.data(), Qt::Key_Return);
-    QTRY_VERIFY(!editor);
-    view.grab();
+    table.view.grab();
+    QVERIFY(table.editor);
+    table.pressReturnIfStillOpen();
+    table.view.grab();
     QCOMPARE(texts(m_list), (QStringList{"1:Overload", "2:beep -f 440"}));
 }
 
@@ -214,17 +216,13 @@ void TestATriggerActionListModelView::aTableKeepsEmptyRowsAfterARemovalPastTheEn
 {
     QFETCH(int, row);
     QFETCH(int, count);
-    ATriggerActionListModel model;
-    model.setTriggerActions(&m_list);
-    QTableView view;
-    view.setModel(&model);
-    view.show();
-    QCOMPARE(view.verticalHeader()->count(), 3);
-    QVERIFY(model.removeRows(row, count));
-    QTEST(model.rowCount(), "rest");
-    QTEST(view.verticalHeader()->count(), "shown");
-    model.setTriggerActions(&m_list);
-    QCOMPARE(view.verticalHeader()->count(), model.rowCount());
+    ActionTable table(&m_list);
+    QCOMPARE(table.view.verticalHeader()->count(), 3);
+    QVERIFY(table.model.removeRows(row, count));
+    QTEST(table.model.rowCount(), "rest");
+    QTEST(table.view.verticalHeader()->count(), "shown");
+    table.model.setTriggerActions(&m_list);
+    QCOMPARE(table.view.verticalHeader()->count(), table.model.rowCount());
 }
 
 QTEST_MAIN(TestATriggerActionListModelView)

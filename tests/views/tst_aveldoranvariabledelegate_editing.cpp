@@ -73,6 +73,22 @@ QStringList offeredNames(quint32 type)
     return names;
 }
 
+// Chooses a name in the editor of a cell: that which the row of data tells must be stored.
+void chooseTheName(const AVeldoranVariableDelegate &delegate)
+{
+    QFETCH(QVariant, name);
+    QFETCH(QString, chosen);
+    QFETCH(QVariant, stored);
+    QWidget parent;
+    VariableTable table(name, 7);
+    auto *box = makeEditor<QComboBox>(delegate, &parent, table.nameCell());
+    box->setCurrentIndex(box->findText(chosen));
+    delegate.setModelData(box, &table, table.nameCell());
+    QCOMPARE(table.name(), stored);
+    QCOMPARE(table.name().type(), stored.type());
+    QCOMPARE(table.value(), QVariant(7));
+}
+
 } // namespace
 
 void TestAVeldoranVariableDelegateEditing::theNameEditorOffersTheDevicesVariables_data()
@@ -170,18 +186,7 @@ void TestAVeldoranVariableDelegateEditing::aChosenNameIsStored_data()
 
 void TestAVeldoranVariableDelegateEditing::aChosenNameIsStored()
 {
-    QFETCH(QVariant, name);
-    QFETCH(QString, chosen);
-    QFETCH(QVariant, stored);
-    QWidget parent;
-    const AVeldoranVariableDelegate delegate;
-    VariableTable table(name, 7);
-    auto *box = makeEditor<QComboBox>(delegate, &parent, table.nameCell());
-    box->setCurrentIndex(box->findText(chosen));
-    delegate.setModelData(box, &table, table.nameCell());
-    QCOMPARE(table.name(), stored);
-    QCOMPARE(table.name().type(), stored.type());
-    QCOMPARE(table.value(), QVariant(7));
+    chooseTheName(AVeldoranVariableDelegate());
 }
 
 void TestAVeldoranVariableDelegateEditing::withoutNamesTheOldNumberStays_data()
@@ -203,18 +208,9 @@ void TestAVeldoranVariableDelegateEditing::withoutNamesTheOldNumberStays_data()
 // Deliberate: tables of numbers are not to be renumbered by their editor.
 void TestAVeldoranVariableDelegateEditing::withoutNamesTheOldNumberStays()
 {
-    QFETCH(QVariant, name);
-    QFETCH(QString, chosen);
-    QFETCH(QVariant, stored);
-    QWidget parent;
     AVeldoranVariableDelegate delegate;
     delegate.setOptions(SpectrumAnalyser, false, true);
-    VariableTable table(name, 7);
-    auto *box = makeEditor<QComboBox>(delegate, &parent, table.nameCell());
-    box->setCurrentIndex(box->findText(chosen));
-    delegate.setModelData(box, &table, table.nameCell());
-    QCOMPARE(table.name(), stored);
-    QCOMPARE(table.name().type(), stored.type());
+    chooseTheName(delegate);
 }
 
 void TestAVeldoranVariableDelegateEditing::aNameThatIsNotOfferedSurvivesItsEditor_data()

@@ -1,107 +1,22 @@
+#include "celllook.h"
 #include "delegatesamples.h"
-#include "editorkeys.h"
 
-#include <QtGui/QStandardItemModel>
 #include <QtWidgets/QCheckBox>
-#include <QtWidgets/QHeaderView>
 #include <QtWidgets/QLineEdit>
-#include <QtWidgets/QStyleFactory>
-#include <QtWidgets/QTableView>
 
-// Painted cells against the editors that they imitate, pixel by pixel, in the style Fusion. CTest runs this program at
-// scale factor 1 and at 2.
-
-using namespace editorkeys;
+using namespace celllook;
 
 namespace {
 
-constexpr int kWidth = 240;
-constexpr int kHeight = 28;
-
-// A bare table of two columns and one row: nothing but the cells is drawn.
-class CellView : public QTableView
+class SampleView : public CellView
 {
 public:
-    CellView(const DelegateSample &sample, Qt::LayoutDirection direction)
-        : m_cells(1, 2)
-        , m_column(sample.column)
+    SampleView(const DelegateSample &sample, Qt::LayoutDirection direction)
+        : CellView({sample.name, sample.value}, sample.column, direction)
     {
-        m_cells.setData(m_cells.index(0, 0), sample.name);
-        m_cells.setData(m_cells.index(0, 1), sample.value);
-        setModel(&m_cells);
         setItemDelegate(sample.make(this));
-        setLayoutDirection(direction);
-        setFrameShape(QFrame::NoFrame);
-        setShowGrid(false);
-        setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-        setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-        horizontalHeader()->hide();
-        verticalHeader()->hide();
-        horizontalHeader()->setDefaultSectionSize(kWidth);
-        verticalHeader()->setDefaultSectionSize(kHeight);
-        resize(2 * kWidth, kHeight);
     }
-
-    QModelIndex cell() const { return m_cells.index(0, m_column); }
-    QStyleOptionViewItem option() const
-    {
-        QStyleOptionViewItem option = viewOptions();
-        option.rect = QRect(QPoint(), visualRect(cell()).size());
-        return option;
-    }
-    QImage painted() { return viewport()->grab(visualRect(cell())).toImage().convertToFormat(QImage::Format_RGB32); }
-
-private:
-    QStandardItemModel m_cells;
-    int m_column;
 };
-
-// The editor of the view's cell alone on the ground of the view, as it is without the focus.
-class LoneEditor : public QWidget
-{
-public:
-    explicit LoneEditor(const CellView &view)
-    {
-        setBackgroundRole(QPalette::Base);
-        setAutoFillBackground(true);
-        setLayoutDirection(view.layoutDirection());
-        const QStyleOptionViewItem option = view.option();
-        resize(option.rect.size());
-        editor = view.itemDelegate()->createEditor(this, option, view.cell());
-        view.itemDelegate()->setEditorData(editor, view.cell());
-        editor->setGeometry(option.rect);
-        editor->setAutoFillBackground(false);
-    }
-    QImage look() { return grab().toImage().convertToFormat(QImage::Format_RGB32); }
-
-    QWidget *editor;
-};
-
-// The part in which two pictures differ; invalid if they are the same.
-QRect difference(const QImage &a, const QImage &b)
-{
-    QRect different;
-    for (int y = 0; y < a.height(); ++y) {
-        for (int x = 0; x < a.width(); ++x) {
-            if (a.pixel(x, y) != b.pixel(x, y))
-                different |= QRect(x, y, 1, 1);
-        }
-    }
-    return different;
-}
-
-int expectedScale()
-{
-    return qEnvironmentVariableIntValue("QT_SCALE_FACTOR") == 2 ? 2 : 1;
-}
-
-QString pictureName(const char *title, Qt::LayoutDirection direction, const char *what)
-{
-    QString name = QStringLiteral("%1-%2-%3x-%4.png")
-                       .arg(QLatin1String(title), direction == Qt::RightToLeft ? "rtl" : "ltr",
-                            QString::number(expectedScale()), QLatin1String(what));
-    return name.replace(QLatin1Char(' '), QLatin1Char('-'));
-}
 
 const DelegateSample &sampleNamed(const char *title)
 {
@@ -112,16 +27,24 @@ const DelegateSample &sampleNamed(const char *title)
     qFatal("no sample %s", title);
 }
 
-} // namespace
+void addBothWays(std::initializer_list<const char *> titles)
+{
+    QTest::addColumn<const DelegateSample *>("sample");
+    QTest::addColumn<Qt::LayoutDirection>("direction");
+    for (const char *title : titles) {
+        QTest::addRow("%s", title) << &sampleNamed(title) << Qt::LeftToRight;
+        QTest::addRow("%s, right to left", title) << &sampleNamed(title) << Qt::RightToLeft;
+    }
+}
 
-Q_DECLARE_METATYPE(Qt::LayoutDirection)
+} // namespace
 
 class TestDelegateLooks : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
-    void initTestCase();
+    void initTestCase() { useFusion(); }
 
     void aListLooksAsItsComboBox_data();
     void aListLooksAsItsComboBox();
@@ -135,36 +58,18 @@ private Q_SLOTS:
     void anOpenSwitchHidesTheCellBelow();
 };
 
-void TestDelegateLooks::initTestCase()
-{
-    QLocale::setDefault(QLocale::c());
-    QApplication::setStyle(QStyleFactory::create("fusion"));
-    QCOMPARE(qRound(qApp->devicePixelRatio()), expectedScale());
-}
-
 void TestDelegateLooks::aListLooksAsItsComboBox_data()
 {
-    QTest::addColumn<const DelegateSample *>("sample");
-    QTest::addColumn<Qt::LayoutDirection>("direction");
-    for (const char *title : {"filter", "enumeration"}) {
-        QTest::addRow("%s", title) << &sampleNamed(title) << Qt::LeftToRight;
-        QTest::addRow("%s, right to left", title) << &sampleNamed(title) << Qt::RightToLeft;
-    }
+    addBothWays({"filter", "enumeration"});
 }
 
 void TestDelegateLooks::aListLooksAsItsComboBox()
 {
     QFETCH(const DelegateSample *, sample);
     QFETCH(Qt::LayoutDirection, direction);
-    CellView view(*sample, direction);
+    SampleView view(*sample, direction);
     LoneEditor lone(view);
-    const QImage painted = view.painted();
-    const QImage editor = lone.look();
-    keepPicture(QPixmap::fromImage(painted), pictureName(sample->title, direction, "painted"));
-    keepPicture(QPixmap::fromImage(editor), pictureName(sample->title, direction, "editor"));
-    QCOMPARE(painted.size(), QSize(kWidth, kHeight) * expectedScale());
-    QCOMPARE(editor.size(), painted.size());
-    QCOMPARE(difference(painted, editor), QRect());
+    compareLooks(view.painted(), lone.look(), sample->title, direction, "editor");
 }
 
 void TestDelegateLooks::aSwitchLooksAsItsCheckBox_data()
@@ -192,47 +97,37 @@ void TestDelegateLooks::aSwitchLooksAsItsCheckBox()
     QFETCH(QString, text);
     DelegateSample changed = *sample;
     changed.value = value;
-    CellView view(changed, direction);
+    SampleView view(changed, direction);
     LoneEditor lone(view);
     auto *box = qobject_cast<QCheckBox *>(lone.editor);
     QVERIFY(box);
     QCOMPARE(box->isChecked(), value.toBool());
     box->setText(text); // which the editor of a variable lacks
-    const QImage painted = view.painted();
-    const QImage editor = lone.look();
     const QByteArray title = QByteArray(sample->title) + ' ' + text.toLatin1();
-    keepPicture(QPixmap::fromImage(painted), pictureName(title, direction, "painted"));
-    keepPicture(QPixmap::fromImage(editor), pictureName(title, direction, "editor"));
-    QCOMPARE(painted.size(), QSize(kWidth, kHeight) * expectedScale());
-    QCOMPARE(difference(painted, editor), QRect());
+    compareLooks(view.painted(), lone.look(), title, direction, "editor");
 }
 
 void TestDelegateLooks::aNumberLooksAsAReadOnlySpinBox_data()
 {
-    QTest::addColumn<const DelegateSample *>("sample");
-    QTest::addColumn<Qt::LayoutDirection>("direction");
-    for (const char *title : {"frequency", "device frequency", "milliseconds", "seconds", "number"}) {
-        QTest::addRow("%s", title) << &sampleNamed(title) << Qt::LeftToRight;
-        QTest::addRow("%s, right to left", title) << &sampleNamed(title) << Qt::RightToLeft;
-    }
+    addBothWays({"frequency", "device frequency", "milliseconds", "seconds", "number"});
 }
 
 void TestDelegateLooks::aNumberLooksAsAReadOnlySpinBox()
 {
     QFETCH(const DelegateSample *, sample);
     QFETCH(Qt::LayoutDirection, direction);
-    CellView view(*sample, direction);
+    SampleView view(*sample, direction);
     // The frequency delegate edits in a line edit: what its cells imitate is the spin box of another.
     const bool isLineEdit = qstrcmp(sample->editor, "QLineEdit") == 0;
-    CellView other(isLineEdit ? sampleNamed("number") : *sample, direction);
+    SampleView other(isLineEdit ? sampleNamed("number") : *sample, direction);
     LoneEditor lone(other);
     auto *box = qobject_cast<QDoubleSpinBox *>(lone.editor);
     QVERIFY(box);
     box->setReadOnly(true);
 
     const QImage painted = view.painted();
-    keepPicture(QPixmap::fromImage(painted), pictureName(sample->title, direction, "painted"));
-    keepPicture(QPixmap::fromImage(lone.look()), pictureName(sample->title, direction, "editor"));
+    keepLook(painted, sample->title, direction, "painted");
+    keepLook(lone.look(), sample->title, direction, "editor");
     box->setSuffix(QString());
     box->findChild<QLineEdit *>()->clear();
     const QImage empty = lone.look();
@@ -258,10 +153,10 @@ void TestDelegateLooks::aValueIsSeen()
     for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
         DelegateSample changed = *sample;
         (changed.column == 0 ? changed.name : changed.value) = sample->committed;
-        CellView before(*sample, direction);
-        CellView after(changed, direction);
+        SampleView before(*sample, direction);
+        SampleView after(changed, direction);
         const QImage painted = before.painted();
-        keepPicture(QPixmap::fromImage(painted), pictureName(sample->title, direction, "cell"));
+        keepLook(painted, sample->title, direction, "cell");
         QVERIFY(difference(painted, after.painted()).isValid());
     }
 }
@@ -277,14 +172,14 @@ void TestDelegateLooks::anOpenSwitchHidesTheCellBelow_data()
 void TestDelegateLooks::anOpenSwitchHidesTheCellBelow()
 {
     QFETCH(const DelegateSample *, sample);
-    CellView view(*sample, Qt::LeftToRight);
+    SampleView view(*sample, Qt::LeftToRight);
     view.show();
     QVERIFY(QTest::qWaitForWindowActive(&view));
     view.edit(view.cell());
     QWidget *editor = view.indexWidget(view.cell());
     QVERIFY(editor);
     const QImage over = view.painted();
-    keepPicture(QPixmap::fromImage(over), pictureName(sample->title, Qt::LeftToRight, "open"));
+    keepLook(over, sample->title, Qt::LeftToRight, "open");
     view.model()->setData(view.cell(), sample->committed);
     qobject_cast<QCheckBox *>(editor)->setChecked(sample->value.toBool()); // as before: only the cell below differs
     QCOMPARE(difference(over, view.painted()), QRect());

@@ -14,6 +14,20 @@ namespace {
 
 constexpr int kRow = 1; // of three
 
+enum Opening
+{
+    ByF2,
+    ByADoubleClick
+};
+
+enum Leaving
+{
+    ByReturn,
+    ByTab,
+    ByEscape,
+    ByAClickBeside
+};
+
 // A window with a view of the sample's cell among others, and something beside it that takes the focus.
 template<typename View>
 class SampleWindow : public QWidget
@@ -44,16 +58,26 @@ public:
     QStandardItemModel &model() { return m_model; }
 
     void click(QWidget *widget, const QPoint &at) { QTest::mouseClick(widget, Qt::LeftButton, {}, at); }
-    void doubleClick()
+    bool open(Opening by = ByF2)
     {
-        const QPoint at = view->visualRect(cell()).center();
-        click(view->viewport(), at);
-        QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, at);
+        if (!QTest::qWaitForWindowActive(this))
+            return false;
+        if (by == ByF2) {
+            view->setCurrentIndex(cell());
+            QTest::keyClick(view, Qt::Key_F2);
+        } else {
+            const QPoint at = view->visualRect(cell()).center();
+            click(view->viewport(), at);
+            QTest::mouseDClick(view->viewport(), Qt::LeftButton, {}, at);
+        }
+        return editor();
     }
-    void pressF2()
+    void leave(Leaving by)
     {
-        view->setCurrentIndex(cell());
-        QTest::keyClick(view, Qt::Key_F2);
+        if (by == ByAClickBeside)
+            click(other, other->rect().center());
+        else
+            QTest::keyClick(editor(), by == ByTab ? Qt::Key_Tab : by == ByEscape ? Qt::Key_Escape : Qt::Key_Return);
     }
 
     // Each cell but the edited one is as it was.
@@ -80,6 +104,43 @@ private:
 QVariant initialValue(const DelegateSample &sample)
 {
     return sample.column == 0 ? sample.name : sample.value;
+}
+
+// Opens the editor of the sample's cell, types and leaves the editor, which must commit that and nothing else.
+template<typename View>
+void typeAndLeave(const DelegateSample &sample, Opening opening, Leaving leaving)
+{
+    SampleWindow<View> window(sample);
+    QVERIFY(window.open(opening));
+    type(window.editor(), sample.typed);
+    QCOMPARE(window.cell().data(Qt::EditRole), initialValue(sample));
+    window.leave(leaving);
+    QCOMPARE(window.other->hasFocus(), leaving == ByAClickBeside);
+    QTRY_VERIFY(!window.editor());
+    QCOMPARE(window.cell().data(Qt::EditRole), sample.committed);
+    QCOMPARE(window.cell().data(Qt::EditRole).userType(), sample.committed.userType());
+    QVERIFY(window.othersAreUntouched());
+}
+
+// Return commits what the open editor shows. The frequency editor shows another text of the same frequency.
+void commitWhatIsShown(SampleWindow<QTableView> *window, const QVariant &expected, const char *expectedFrequency)
+{
+    window->leave(ByReturn);
+    QTRY_VERIFY(!window->editor());
+    const bool isFrequency = qobject_cast<AFrequencyDelegate *>(window->view->itemDelegate());
+    QCOMPARE(window->cell().data(Qt::EditRole), isFrequency ? QVariant(expectedFrequency) : expected);
+}
+
+// An open editor into which is typed goes with its cell, at Return at the latest.
+void typeIntoALostEditor(SampleWindow<QTableView> *window, const DelegateSample &sample,
+                         const std::function<void(QStandardItemModel *)> &loseTheCell)
+{
+    const QPointer<QWidget> editor = window->editor();
+    type(editor, sample.typed);
+    loseTheCell(&window->model());
+    if (editor)
+        QTest::keyClick(editor, Qt::Key_Return);
+    QTRY_VERIFY(!editor);
 }
 
 } // namespace
@@ -129,9 +190,7 @@ void TestDelegatesInViews::aKeyOpensTheEditor()
 {
     QFETCH(const DelegateSample *, sample);
     SampleWindow<QTableView> window(*sample);
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-    window.pressF2();
-    QVERIFY(window.editor());
+    QVERIFY(window.open());
     QVERIFY(window.editor()->inherits(sample->editor));
     QVERIFY(window.editor()->hasFocus());
     QCOMPARE(window.editor()->focusPolicy() & Qt::StrongFocus, Qt::StrongFocus);
@@ -141,54 +200,29 @@ void TestDelegatesInViews::aKeyOpensTheEditor()
 void TestDelegatesInViews::aDoubleClickOpensTheEditorAndReturnCommits()
 {
     QFETCH(const DelegateSample *, sample);
-    SampleWindow<QTableView> window(*sample);
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-    window.doubleClick();
-    QVERIFY(window.editor());
-    type(window.editor(), sample->typed);
-    QCOMPARE(window.cell().data(Qt::EditRole), initialValue(*sample));
-    QTest::keyClick(window.editor(), Qt::Key_Return);
-    QTRY_VERIFY(!window.editor());
-    QCOMPARE(window.cell().data(Qt::EditRole), sample->committed);
-    QCOMPARE(window.cell().data(Qt::EditRole).userType(), sample->committed.userType());
-    QVERIFY(window.othersAreUntouched());
+    typeAndLeave<QTableView>(*sample, ByADoubleClick, ByReturn);
 }
 
 void TestDelegatesInViews::losingTheFocusCommits()
 {
     QFETCH(const DelegateSample *, sample);
-    SampleWindow<QTableView> window(*sample);
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-    window.pressF2();
-    type(window.editor(), sample->typed);
-    window.click(window.other, window.other->rect().center());
-    QVERIFY(window.other->hasFocus());
-    QTRY_VERIFY(!window.editor());
-    QCOMPARE(window.cell().data(Qt::EditRole), sample->committed);
-    QVERIFY(window.othersAreUntouched());
+    typeAndLeave<QTableView>(*sample, ByF2, ByAClickBeside);
 }
 
 void TestDelegatesInViews::tabCommits()
 {
     QFETCH(const DelegateSample *, sample);
-    SampleWindow<QTableView> window(*sample);
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-    window.pressF2();
-    type(window.editor(), sample->typed);
-    QTest::keyClick(window.editor(), Qt::Key_Tab);
-    QTRY_VERIFY(!window.editor());
-    QCOMPARE(window.cell().data(Qt::EditRole), sample->committed);
+    typeAndLeave<QTableView>(*sample, ByF2, ByTab);
 }
 
 void TestDelegatesInViews::escapeLeavesTheCell()
 {
     QFETCH(const DelegateSample *, sample);
     SampleWindow<QTableView> window(*sample);
-    QVERIFY(QTest::qWaitForWindowActive(&window));
     QSignalSpy changes(&window.model(), &QAbstractItemModel::dataChanged);
-    window.pressF2();
+    QVERIFY(window.open());
     type(window.editor(), sample->typed);
-    QTest::keyClick(window.editor(), Qt::Key_Escape);
+    window.leave(ByEscape);
     QTRY_VERIFY(!window.editor());
     QCOMPARE(changes.count(), 0);
     QCOMPARE(window.cell().data(Qt::EditRole), initialValue(*sample));
@@ -198,58 +232,31 @@ void TestDelegatesInViews::openingAndClosingKeepsWhatTheCellMeans()
 {
     QFETCH(const DelegateSample *, sample);
     SampleWindow<QTableView> window(*sample);
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-    window.pressF2();
-    QTest::keyClick(window.editor(), Qt::Key_Return);
-    QTRY_VERIFY(!window.editor());
-    // The frequency editor shows, and so commits, another text of the same frequency.
-    if (qobject_cast<AFrequencyDelegate *>(window.view->itemDelegate()))
-        QCOMPARE(window.cell().data(Qt::EditRole), QVariant("2400.000 MHz"));
-    else
-        QCOMPARE(window.cell().data(Qt::EditRole), initialValue(*sample));
+    QVERIFY(window.open());
+    commitWhatIsShown(&window, initialValue(*sample), "2400.000 MHz");
 }
 
 void TestDelegatesInViews::aTreeEditsAsATable()
 {
     QFETCH(const DelegateSample *, sample);
-    SampleWindow<QTreeView> window(*sample);
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-    window.doubleClick();
-    QVERIFY(window.editor());
-    type(window.editor(), sample->typed);
-    QTest::keyClick(window.editor(), Qt::Key_Return);
-    QTRY_VERIFY(!window.editor());
-    QCOMPARE(window.cell().data(Qt::EditRole), sample->committed);
-    QVERIFY(window.othersAreUntouched());
+    typeAndLeave<QTreeView>(*sample, ByADoubleClick, ByReturn);
 }
 
 void TestDelegatesInViews::anOpenEditorFollowsTheModel()
 {
     QFETCH(const DelegateSample *, sample);
     SampleWindow<QTableView> window(*sample);
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-    window.pressF2();
+    QVERIFY(window.open());
     window.model().setData(window.cell(), sample->committed, Qt::EditRole);
-    QTest::keyClick(window.editor(), Qt::Key_Return);
-    QTRY_VERIFY(!window.editor());
-    if (qobject_cast<AFrequencyDelegate *>(window.view->itemDelegate()))
-        QCOMPARE(window.cell().data(Qt::EditRole), QVariant("1.500 MHz"));
-    else
-        QCOMPARE(window.cell().data(Qt::EditRole), sample->committed);
+    commitWhatIsShown(&window, sample->committed, "1.500 MHz");
 }
 
 void TestDelegatesInViews::theRowOfAnOpenEditorMayGo()
 {
     QFETCH(const DelegateSample *, sample);
     SampleWindow<QTableView> window(*sample);
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-    window.pressF2();
-    const QPointer<QWidget> editor = window.editor();
-    type(editor, sample->typed);
-    QVERIFY(window.model().removeRows(kRow, 2));
-    if (editor)
-        QTest::keyClick(editor, Qt::Key_Return);
-    QTRY_VERIFY(!editor);
+    QVERIFY(window.open());
+    typeIntoALostEditor(&window, *sample, [](QStandardItemModel *model) { QVERIFY(model->removeRows(kRow, 2)); });
     QCOMPARE(window.model().rowCount(), 1);
     QVERIFY(window.othersAreUntouched());
 }
@@ -258,14 +265,8 @@ void TestDelegatesInViews::theModelOfAnOpenEditorMayBeReset()
 {
     QFETCH(const DelegateSample *, sample);
     SampleWindow<QTableView> window(*sample);
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-    window.pressF2();
-    const QPointer<QWidget> editor = window.editor();
-    type(editor, sample->typed);
-    window.model().clear();
-    if (editor)
-        QTest::keyClick(editor, Qt::Key_Return);
-    QTRY_VERIFY(!editor);
+    QVERIFY(window.open());
+    typeIntoALostEditor(&window, *sample, [](QStandardItemModel *model) { model->clear(); });
     QCOMPARE(window.model().rowCount(), 0);
 }
 
@@ -273,8 +274,7 @@ void TestDelegatesInViews::theDelegateOfAnOpenEditorMayGo()
 {
     QFETCH(const DelegateSample *, sample);
     SampleWindow<QTableView> window(*sample);
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-    window.pressF2();
+    QVERIFY(window.open());
     const QPointer<QWidget> editor = window.editor();
     delete window.view->itemDelegate();
     if (editor)
@@ -286,8 +286,7 @@ void TestDelegatesInViews::anEditorFillsItsCell()
 {
     QFETCH(const DelegateSample *, sample);
     SampleWindow<QTableView> window(*sample);
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-    window.pressF2();
+    QVERIFY(window.open());
     QCOMPARE(window.editor()->geometry(), window.view->visualRect(window.cell()));
 }
 
@@ -296,8 +295,7 @@ void TestDelegatesInViews::aTextThatIsNoFrequencyKeepsItsEditorOpen()
 {
     DelegateSample sample = delegateSamples().at(5);
     SampleWindow<QTableView> window(sample);
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-    window.pressF2();
+    QVERIFY(window.open());
     for (const char *typed : {"12.", "12 M", ""}) {
         type(window.editor(), typed);
         if (*typed == '\0')
@@ -306,7 +304,7 @@ void TestDelegatesInViews::aTextThatIsNoFrequencyKeepsItsEditorOpen()
         QTest::qWait(20);
         QVERIFY2(window.editor(), typed);
     }
-    window.click(window.other, window.other->rect().center());
+    window.leave(ByAClickBeside);
     QTRY_VERIFY(!window.editor());
     QCOMPARE(window.cell().data(Qt::EditRole), QVariant("2.4 GHz"));
 }
@@ -330,8 +328,7 @@ void TestDelegatesInViews::aNegativeFrequencyNeedsLeaveToBeCommitted()
         return delegate;
     };
     SampleWindow<QTableView> window(sample);
-    QVERIFY(QTest::qWaitForWindowActive(&window));
-    window.pressF2();
+    QVERIFY(window.open());
     auto *editor = qobject_cast<QLineEdit *>(window.editor());
     QVERIFY(editor);
     QCOMPARE(editor->text(), QString("-1.000 MHz"));
