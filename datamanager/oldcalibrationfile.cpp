@@ -70,9 +70,10 @@ bool OldCalibrationFile::putBack()
         return false;
     struct stat current = {};
     const bool exists = readStatus(path(m_file), &current);
-    if (!exists || (m_hasReplacement && isSameState(current, m_replacement)))
-        ::rename(hiddenPath(m_file).constData(), path(m_file).constData());
-    drop(); // there still if both names are one file
+    const bool isOwn = !exists || (m_hasReplacement && isSameState(current, m_replacement));
+    if (isOwn && ::rename(hiddenPath(m_file).constData(), path(m_file).constData()) != 0)
+        m_file.clear(); // the hidden one stays: recover() takes it at the next load
+    drop();             // there still if both names are one file
     return true;
 }
 
