@@ -31,7 +31,9 @@ constexpr std::size_t kFirstDayField = 5;
 constexpr std::size_t kLastDayField = 6;
 constexpr std::size_t kRequiredFields = 10;
 
-constexpr qint64 kUnreadBytes = 5;       // at the end of a file, deliberately: a line ends there only
+// Deliberate: reading stops when this many bytes or fewer are left, so a last line that is shorter is ignored.
+constexpr qint64 kUnreadBytes = 5;
+
 constexpr qint64 kMergeGapHz = 10000000; // a wider gap begins a new group
 
 // A part of a line, not ended by a zero byte.

@@ -26,7 +26,7 @@ int addLimitTree(ADataManager *manager, const QString &path, ScannedDirectories 
 
     int added = 0;
     const QDir::Filters filter = QDir::Dirs | QDir::Files | QDir::AllDirs | QDir::Readable | QDir::NoDotAndDotDot;
-    const QFileInfoList entries = QDir(path).entryInfoList(filter, QDir::NoSort); // by name, that is
+    const QFileInfoList entries = QDir(path).entryInfoList(filter);
     for (const QFileInfo &entry : entries)
         added += addLimitTree(manager, entry.absoluteFilePath(), scanned);
     return added;

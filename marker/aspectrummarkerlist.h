@@ -43,8 +43,8 @@ public:
     // Deletes the marker; those that refer to it lose their reference. 0, or -1 if the marker is none of the list.
     int removeMarker(ASpectrumMarker *marker);
 
-    // Both keep all else of the marker, and are without effect for null or a marker of no list. Neither the type nor the
-    // trace is checked; markers on traces outside 0 to 9 are never updated.
+    // Both keep all else of the marker, and are without effect for null or a marker of no list. Neither the type nor
+    // the trace is checked; markers on traces outside 0 to 9 are never updated.
 
     // The marker becomes the last of the new type on its trace.
     void changeMarkerType(ASpectrumMarker *marker, ASpectrumMarker::Type type);
