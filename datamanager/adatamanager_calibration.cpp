@@ -54,25 +54,6 @@ void listFile(QMap<ACalibrationData::CalibrationType, FileNames> *filesByType, A
         (*filesByType)[key].add(filename);
 }
 
-QStringList addCalibrationTree(ADataManager *manager, const QString &path, ACalibrationData::CalibrationType type,
-                               ScannedDirectories *scanned)
-{
-    QDir dir(path);
-    if (!scanned->enter(dir.path()))
-        return {};
-    OldCalibrationFile::recoverAll(dir.path());
-    dir.setNameFilters(ACalibrationData::nameFilters());
-    dir.setFilter(QDir::Files | QDir::AllDirs | QDir::Readable | QDir::NoDotAndDotDot);
-
-    QStringList labels;
-    const QFileInfoList entries = dir.entryInfoList();
-    for (const QFileInfo &entry : entries) {
-        labels += entry.isDir() ? addCalibrationTree(manager, entry.absoluteFilePath(), type, scanned)
-                                : manager->addCalibrationFile(entry.absoluteFilePath(), type);
-    }
-    return labels;
-}
-
 } // namespace
 
 QStringList ADataManager::addCalibrationFile(const QString &filename, ACalibrationData::CalibrationType type)
@@ -103,8 +84,10 @@ QStringList ADataManager::addCalibrationFile(const QString &filename, ACalibrati
 
 QStringList ADataManager::addCalibrationPath(const QString &path, ACalibrationData::CalibrationType type)
 {
-    ScannedDirectories scanned;
-    return addCalibrationTree(this, path, type, &scanned);
+    QStringList labels;
+    forEachFile(path, ACalibrationData::nameFilters(), OldCalibrationFile::recoverAll,
+                [&](const QString &filename) { labels += addCalibrationFile(filename, type); });
+    return labels;
 }
 
 void ADataManager::addCalibrationData(const ACalibrationData &data, const QString &filename)
