@@ -21,6 +21,7 @@ void ADataManager::createChannelInfoFromProfiles()
         clearChannelInfoData();
 
     auto *group = new AChannelInfo(d->channelRoot, AChannelInfo::Generic, AFrequency(), AFrequency(), QString(), false);
+    // Only there if a receiver of the first run's signal builds the tree again.
     delete d->channelGroups.value(profilesGroup());
     d->channelRoot->appendChild(group);
     d->channelGroups[profilesGroup()] = group;

@@ -84,6 +84,7 @@ QString descriptionOf(const QDomElement &limit)
     return element.isNull() ? attribute(limit, "description") : element.text();
 }
 
+// With two empty items behind the six that are filled, deliberately: in the columns of a piece's edges.
 Row limitRow(const QDomElement &limit)
 {
     return {new QStandardItem(attribute(limit, "name")),
