@@ -42,7 +42,7 @@ quintptr entryId(int type, const QString &label)
     return qHash(QLatin1Char('!') + QString::number(type) + label, 0);
 }
 
-// Not translated, deliberately: editors know the row by it.
+// Not translated, deliberately: an edit that leaves the text as it is, is known by it.
 QString addValueText()
 {
     return QStringLiteral("-- add value --");
@@ -389,7 +389,7 @@ QVariant ACalibrationObjectModel::headerData(int section, Qt::Orientation orient
 bool ACalibrationObjectModel::removeRows(int row, int count, const QModelIndex &parent)
 {
     const Node node = nodeOf(parent);
-    // A fixed text, deliberately: logs are searched for it, whatever the compiler makes of the signature.
+    // A fixed text, deliberately: what a compiler makes of the signature differs.
     qDebug("%s (row %d, count %d, type %d)",
            "virtual bool ACalibrationObjectModel::removeRows(int, int, const QModelIndex&)", row, count, node.level);
     switch (node.level) {

@@ -61,8 +61,8 @@ ASpectrumMarker::ASpectrumMarker(Type type)
 
 ASpectrumMarker::~ASpectrumMarker() = default;
 
-// Of an unknown type the number takes the first place and "%2" stays in the text, deliberately: no such name is that of
-// another marker.
+// Of an unknown type the number takes the first place and "%2" stays in the text, deliberately: so it
+// cannot be taken for the name of another marker.
 QString ASpectrumMarker::name() const
 {
     QString text = QStringLiteral("%1 %2");
