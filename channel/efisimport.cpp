@@ -15,7 +15,7 @@
 
 namespace {
 
-enum Direction
+enum LinkDirection
 {
     NoDirection = 0,
     Uplink = 1,
@@ -147,6 +147,8 @@ public:
     }
 
 private:
+    Q_DISABLE_COPY(Edge) // m_unit leads into m_text
+
     static bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
     QVarLengthArray<char, 64> m_text;
@@ -177,7 +179,7 @@ void readRange(const Field &field, EfisEntry *entry)
         entry->end = last.inUnit(unit);
 }
 
-EfisEntry entryFrom(const Fields &fields, std::size_t rangeField, Direction direction)
+EfisEntry entryFrom(const Fields &fields, std::size_t rangeField, LinkDirection direction)
 {
     EfisEntry entry;
     entry.direction = direction;
