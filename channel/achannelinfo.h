@@ -169,8 +169,9 @@ public:
     void sortChildren(int column, Qt::SortOrder order);
 
 private:
-    friend class AChannelReader;
+    class Reader;
     class Walk;
+    struct ComparedNode;
 
     static QColor colorFromVariant(const QVariant &value);
     QDomElement fieldsToDomNode(QDomDocument *document) const;
@@ -182,7 +183,6 @@ private:
     bool isNamed(const QString &name) const;
     void copyFields(const AChannelInfo &other);
     bool hasEqualFields(const AChannelInfo &other) const;
-    struct Side;
     qint64 expandedChildCount() const;
     QVariant channelColor(const Definition &definition) const;
     bool generatesLike(const AChannelInfo &other) const;
