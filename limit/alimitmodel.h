@@ -66,6 +66,8 @@ Q_SIGNALS:
     void saveError(const QString &msg);
 
 private:
+    struct PieceReader;
+
     static QString frequencyText(const AFrequency &frequency);
     void clearRows();
 
