@@ -9,7 +9,7 @@
 #include <QtCore/QMap>
 #include <QtCore/QSet>
 #include <QtCore/QString>
-#include <QtCore/Qt>
+#include <QtCore/qnamespace.h>
 
 #include <memory>
 
