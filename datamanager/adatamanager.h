@@ -144,9 +144,9 @@ protected Q_SLOTS:
 private:
     Q_DISABLE_COPY(ADataManager)
 
-    bool addObject(const ACalibrationData &data, const QString &filename);
-    void removeObject(const QString &label, ACalibrationData::CalibrationType type, bool removeFromFile,
-                      OldCalibrationFile *oldFile);
+    bool storeCalibration(const ACalibrationData &data, const QString &filename);
+    void takeOutCalibration(const QString &label, ACalibrationData::CalibrationType type, bool removeFromFile,
+                            OldCalibrationFile *oldFile);
 
     static ADataManager *m_instance;
     std::unique_ptr<ADataManagerPrivate> d;

@@ -92,11 +92,11 @@ QStringList ADataManager::addCalibrationPath(const QString &path, ACalibrationDa
 
 void ADataManager::addCalibrationData(const ACalibrationData &data, const QString &filename)
 {
-    addObject(data, filename);
+    storeCalibration(data, filename);
 }
 
 // False if the file could not be written.
-bool ADataManager::addObject(const ACalibrationData &data, const QString &filename)
+bool ADataManager::storeCalibration(const ACalibrationData &data, const QString &filename)
 {
     // By label alone: an object takes the place of one of another type, too.
     const auto hasLabel = [&data](const ACalibrationData &object) { return object.label() == data.label(); };
@@ -139,8 +139,8 @@ void ADataManager::updateCalibrationData(const ACalibrationData &data, const QSt
 
     OldCalibrationFile oldFile;
     if (!oldLabel.isEmpty())
-        removeObject(label, data.type(), true, &oldFile);
-    if (addObject(data, file) || !oldFile.putBack())
+        takeOutCalibration(label, data.type(), true, &oldFile);
+    if (storeCalibration(data, file) || !oldFile.putBack())
         return;
     // The events of the file's absence would bring the old state into memory, which keeps the new one after any save
     // that fails.
@@ -151,12 +151,12 @@ void ADataManager::updateCalibrationData(const ACalibrationData &data, const QSt
 void ADataManager::removeCalibrationData(const QString &label, ACalibrationData::CalibrationType type,
                                          bool removeFromFile)
 {
-    removeObject(label, type, removeFromFile, nullptr);
+    takeOutCalibration(label, type, removeFromFile, nullptr);
 }
 
 // Without `oldFile` the file's old state is gone at once.
-void ADataManager::removeObject(const QString &label, ACalibrationData::CalibrationType type, bool removeFromFile,
-                                OldCalibrationFile *oldFile)
+void ADataManager::takeOutCalibration(const QString &label, ACalibrationData::CalibrationType type, bool removeFromFile,
+                                      OldCalibrationFile *oldFile)
 {
     const Place place = firstPlace(d->calibrationsByFile, label, type);
     if (place.position < 0)

@@ -38,9 +38,7 @@ void ADataManager::createChannelInfoFromProfiles()
 
 void ADataManager::clearChannelInfoData()
 {
-    const QMap<QString, const AChannelInfo *> groups = d->channelGroups;
-    for (const AChannelInfo *group : groups)
-        delete group;
+    qDeleteAll(d->channelGroups);
     d->channelGroups.clear();
     Q_EMIT channelInfoDataChanged();
 }
@@ -52,7 +50,7 @@ AChannelInfo *ADataManager::getChannelInfoRoot() const
 
 const AChannelInfo *ADataManager::getChannelInfoForName(const QString &name) const
 {
-    return d->channelRoot ? d->channelRoot->findByName(name) : nullptr;
+    return d->channelRoot->findByName(name);
 }
 
 const AChannelInfo *ADataManager::getChannelInfoForProfile(const QString &id) const
