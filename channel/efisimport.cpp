@@ -3,10 +3,10 @@
 #include "channel/achannelinfo.h"
 
 #include <QtCore/QDate>
+#include <QtCore/QDebug>
 #include <QtCore/QFileDevice>
 #include <QtCore/QIODevice>
 #include <QtCore/QVarLengthArray>
-#include <QtCore/QtDebug>
 
 #include <algorithm>
 #include <array>

@@ -85,8 +85,9 @@ QStringList ADataManager::addCalibrationFile(const QString &filename, ACalibrati
 QStringList ADataManager::addCalibrationPath(const QString &path, ACalibrationData::CalibrationType type)
 {
     QStringList labels;
-    forEachFile(path, ACalibrationData::nameFilters(), OldCalibrationFile::recoverAll,
-                [&](const QString &filename) { labels += addCalibrationFile(filename, type); });
+    const auto recoverFiles = [](const QString &directory) { OldCalibrationFile::recoverAll(directory); };
+    const auto addFile = [&](const QString &filename) { labels += addCalibrationFile(filename, type); };
+    forEachFile(path, ACalibrationData::nameFilters(), recoverFiles, addFile);
     return labels;
 }
 
