@@ -42,6 +42,7 @@ quintptr entryId(int type, const QString &label)
     return qHash(QLatin1Char('!') + QString::number(type) + label, 0);
 }
 
+// Not translated, deliberately: an edit that leaves the text as it is, is known by it.
 QString addValueText()
 {
     return QStringLiteral("-- add value --");
@@ -142,6 +143,8 @@ ACalibrationObjectModel::Node ACalibrationObjectModel::nodeOf(const QModelIndex 
             text += prefix;
             text += labels.at(i);
             const quintptr hash = qHash(QStringView(text).mid(1), 0);
+            // The label at the index's row and not at `i`, deliberately: an index that was made before the objects
+            // moved stands for what its row shows now.
             if (hash == id)
                 return {ObjectLevel, type, i, labels.value(index.row()), hash};
             if (qHash(QStringView(text), 0) == id)
@@ -249,7 +252,7 @@ QVariant ACalibrationObjectModel::data(const QModelIndex &index, int role) const
         case ACalibrationData::Attenuator:
             return tr("Attenuator");
         default:
-            return QStringLiteral("n/a");
+            return QStringLiteral("n/a"); // not translated, deliberately: no user sees a fifth type
         }
     case ObjectLevel:
         return node.label;
@@ -386,6 +389,7 @@ QVariant ACalibrationObjectModel::headerData(int section, Qt::Orientation orient
 bool ACalibrationObjectModel::removeRows(int row, int count, const QModelIndex &parent)
 {
     const Node node = nodeOf(parent);
+    // A fixed text, deliberately: what a compiler makes of the signature differs.
     qDebug("%s (row %d, count %d, type %d)",
            "virtual bool ACalibrationObjectModel::removeRows(int, int, const QModelIndex&)", row, count, node.level);
     switch (node.level) {

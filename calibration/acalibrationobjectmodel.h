@@ -36,13 +36,18 @@ public:
     // The edit value of a frequency is its whole hertz (64 bit), that of a gain its text with the unit.
     QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
 
-    // Of an object: renames it. Of a frequency: a number of hertz or a text with a unit; one that is new moves the
-    // entry, keeping the table's gain there, one below zero deletes it, one that another row has is refused. That holds
-    // for the text that an editor began with, too: closing one as it was opened deletes an entry below zero and moves
-    // one between two whole hertz to the whole hertz. Of a gain: a number, with or without a unit, in the form of the
-    // default locale or with "." as decimal sign; what is none gives 0. It goes to the row's frequency in whole hertz,
-    // so that for an entry between two of them it adds another. In the last row both add an entry, the gain at 0 Hz.
-    // The text that an editor of a gain, or of the last row, began with changes nothing.
+    // - Of an object: renames it.
+    // - Of a frequency: a number of hertz or a text with a unit. One that is new moves the entry, keeping the table's
+    //   gain there; one below zero deletes it; one that another row has is refused.
+    // - Of a gain: a number, with or without a unit, in the form of the default locale or with "." as decimal sign;
+    // what
+    //   is none gives 0. It goes to the row's frequency in whole hertz, so that for an entry between two of them it
+    //   adds another.
+    // - In the last row both add an entry, the gain at 0 Hz.
+    //
+    // The text that an editor began with changes nothing in a gain and in the last row. In a frequency it counts like
+    // any other: an editor that is closed as it was opened deletes an entry below zero and moves one between two whole
+    // hertz to the whole hertz.
     bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
 
     QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;

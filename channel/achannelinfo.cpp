@@ -7,7 +7,6 @@
 
 namespace {
 
-constexpr int kColumnCount = AChannelInfo::ColumnMirrorEntryFreq + 1;
 constexpr int kAnyChannel = AChannelInfo::Channel | AChannelInfo::AutoChannel; // accepted as a stored type
 
 AFrequency frequencyFromVariant(const QVariant &value)
@@ -107,7 +106,6 @@ AChannelInfo::~AChannelInfo()
         cutLooseChildren(doomed[next++]);
     for (AChannelInfo *node : doomed)
         delete node;
-    m_parent = nullptr;
 }
 
 // All but the place in the tree: parent, children and row.
@@ -188,7 +186,7 @@ int AChannelInfo::row() const
 
 int AChannelInfo::columnCount() const
 {
-    return kColumnCount;
+    return ColumnMirrorEntryFreq + 1; // the last one
 }
 
 QColor AChannelInfo::color() const

@@ -19,6 +19,10 @@ class QIODevice;
 // One node of the channel plan: a named frequency range with narrower ranges below it. A node owns its children, and
 // takes itself out of its parent when it is deleted, so a subtree is removed by deleting its top node. Trees of any
 // depth and width are walked without recursion, except by comparing and reading.
+//
+// A mirror of a range is a copy of it at another frequency, such as the downlink that belongs to an uplink. It is a
+// node of its own beside the range, or not there but known by the frequency where it would begin. docs/channels.md
+// shows the use of the tree, docs/formats.md has the channel section of a profile.
 class AVELDORAN_DATA_EXPORT AChannelInfo
 {
 public:
@@ -44,11 +48,13 @@ public:
         ColumnProfileId,
         ColumnComment,
         ColumnAutoChannelDefinition, // a QVariantList of QVariantMap
-        ColumnMirrorEntryFreq,
+        ColumnMirrorEntryFreq,       // where the mirror begins (not a distance); 0 for none
     };
 
-    // A run of equally spaced channels, with the keys "start", "width" and "space" (frequency texts), "first",
-    // "count" and "step" (int) and "color" (QColor or text).
+    // A run of "count" equally wide channels (int). The first begins at "start", each is as wide as "width", and
+    // "space" lies between two of them, below 0 where they overlap (frequency texts). The first one's number is
+    // "first", from one to the next it rises by "step" (int). "color" (QColor or text) is that of all; one that is none
+    // leaves them the node's. What is missing or no number is 0, so a definition without a count makes no channel.
     using Definition = QMap<QString, QVariant>;
 
     // Nodes of a tree, each with its depth or its stacking level.
@@ -103,8 +109,8 @@ public:
     // --- reading profiles ---
 
     // Reads a profile below `parent`: one node for its whole range, with its channel section below. False for a null
-    // or invalid profile. `expandMirrors` makes each mirrored copy a sibling, otherwise only its frequency is kept;
-    // `expandAutoChannels` turns definitions into channels at once.
+    // or invalid profile. `expandMirrors` makes each mirror a sibling before its range, otherwise only the frequency
+    // where it begins is kept, of several the last; `expandAutoChannels` turns definitions into channels at once.
     static bool fromProfile(AProfile *profile, AChannelInfo *parent, bool expandMirrors, bool expandAutoChannels);
 
     // Reads one "range" element. Gives the nodes made directly below `parent`, mirrored copies first; none for an
@@ -128,7 +134,9 @@ public:
 
     // --- expansion and flat views ---
 
-    // Turns the definitions of this node and all below into channels. Costs time and memory by the number of channels.
+    // Turns the definitions of this node and all below into channels, behind the children that are there.
+    // `clearExpanded` first deletes those that were made before, `clearDefinitions` drops the definitions afterwards.
+    // Costs time and memory by the number of channels.
     void processChannelDefinitions(bool clearDefinitions, bool clearExpanded);
 
     // How many channels processChannelDefinitions would make here and below; nothing is made.
@@ -154,15 +162,16 @@ public:
 
     // --- sorting ---
 
-    // Sorts the children of this node and of all below by a column's text; the frequencies of columns 2 and 3 by
-    // number, the mirror frequency as text of digits. Children with equal texts keep their order, and a descending
+    // Sorts the children of this node and of all below by a column's text; the start and stop frequencies by number,
+    // but where a mirror begins as text of digits. Children with equal texts keep their order, and a descending
     // order is the ascending one reversed, equal ones included. A column without texts, or one that doesn't exist, has
     // equal ones.
     void sortChildren(int column, Qt::SortOrder order);
 
 private:
-    friend class AChannelReader;
+    class Reader;
     class Walk;
+    struct ComparedNode;
 
     static QColor colorFromVariant(const QVariant &value);
     QDomElement fieldsToDomNode(QDomDocument *document) const;
@@ -174,7 +183,6 @@ private:
     bool isNamed(const QString &name) const;
     void copyFields(const AChannelInfo &other);
     bool hasEqualFields(const AChannelInfo &other) const;
-    struct Side;
     qint64 expandedChildCount() const;
     QVariant channelColor(const Definition &definition) const;
     bool generatesLike(const AChannelInfo &other) const;

@@ -62,7 +62,7 @@ bool hasEqualDefinitions(const QList<AChannelInfo::Definition> &left, const QLis
 } // namespace
 
 // A node as it stands, or as processChannelDefinitions(true, true) would leave it and all below it.
-struct AChannelInfo::Side
+struct Q_DECL_HIDDEN AChannelInfo::ComparedNode
 {
     const AChannelInfo *node;
     bool expanded;
@@ -71,9 +71,9 @@ struct AChannelInfo::Side
     qint64 childCount() const { return expanded ? node->expandedChildCount() : node->m_children.size(); }
 
     // `generated` keeps the channels that the definitions give; null leaves them out.
-    std::vector<Side> children(std::unique_ptr<AChannelInfo> *generated) const
+    std::vector<ComparedNode> children(std::unique_ptr<AChannelInfo> *generated) const
     {
-        std::vector<Side> list;
+        std::vector<ComparedNode> list;
         for (const AChannelInfo *child : node->m_children) {
             if (!expanded || (child->m_type & AutoChannel) == 0)
                 list.push_back({child, expanded});
@@ -89,16 +89,16 @@ struct AChannelInfo::Side
         return list;
     }
 
-    bool equals(const Side &other) const;
-    static bool haveEqualChildren(const Side &left, const Side &right);
+    bool equals(const ComparedNode &other) const;
+    static bool haveEqualChildren(const ComparedNode &left, const ComparedNode &right);
 };
 
 bool AChannelInfo::operator==(const AChannelInfo &other) const
 {
-    return Side{this, false}.equals({&other, false});
+    return ComparedNode{this, false}.equals({&other, false});
 }
 
-bool AChannelInfo::Side::equals(const Side &other) const
+bool AChannelInfo::ComparedNode::equals(const ComparedNode &other) const
 {
     if (!node->hasEqualFields(*other.node) || node->m_mirrorEntryFrequency != other.node->m_mirrorEntryFrequency)
         return false;
@@ -114,7 +114,7 @@ bool AChannelInfo::Side::equals(const Side &other) const
 }
 
 // A child that matched is not used up: two children of this node may match the same child of the other.
-bool AChannelInfo::Side::haveEqualChildren(const Side &left, const Side &right)
+bool AChannelInfo::ComparedNode::haveEqualChildren(const ComparedNode &left, const ComparedNode &right)
 {
     if (left.childCount() != right.childCount()) // known without making the channels, however many they are
         return false;
@@ -122,20 +122,20 @@ bool AChannelInfo::Side::haveEqualChildren(const Side &left, const Side &right)
     const bool generateEqually = left.expanded && right.expanded && left.node->generatesLike(*right.node);
     std::unique_ptr<AChannelInfo> leftGenerated;
     std::unique_ptr<AChannelInfo> rightGenerated;
-    const std::vector<Side> wanted = left.children(generateEqually ? nullptr : &leftGenerated);
-    const std::vector<Side> others = right.children(generateEqually ? nullptr : &rightGenerated);
+    const std::vector<ComparedNode> wanted = left.children(generateEqually ? nullptr : &leftGenerated);
+    const std::vector<ComparedNode> others = right.children(generateEqually ? nullptr : &rightGenerated);
 
-    std::vector<Side> candidates; // sorted when the first child stands at another place
-    const auto isBeforeSide = [](const Side &a, const Side &b) { return isBefore(a.node, b.node); };
+    std::vector<ComparedNode> candidates; // sorted when the first child stands at another place
+    const auto isBeforeNode = [](const ComparedNode &a, const ComparedNode &b) { return isBefore(a.node, b.node); };
     for (std::size_t i = 0; i < wanted.size(); ++i) {
         if (wanted[i].equals(others[i]))
             continue;
         if (candidates.empty()) {
             candidates = others;
-            std::stable_sort(candidates.begin(), candidates.end(), isBeforeSide);
+            std::stable_sort(candidates.begin(), candidates.end(), isBeforeNode);
         }
-        const auto [first, last] = std::equal_range(candidates.cbegin(), candidates.cend(), wanted[i], isBeforeSide);
-        const bool found = std::any_of(first, last, [&](const Side &candidate) {
+        const auto [first, last] = std::equal_range(candidates.cbegin(), candidates.cend(), wanted[i], isBeforeNode);
+        const bool found = std::any_of(first, last, [&](const ComparedNode &candidate) {
             return candidate.node != others[i].node && wanted[i].equals(candidate);
         });
         if (!found)

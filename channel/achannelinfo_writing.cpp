@@ -1,5 +1,7 @@
 #include "channel/achannelinfo.h"
 
+#include "channel/channeldefinition.h"
+
 #include <QtXml/QDomDocument>
 
 #include <vector>
@@ -35,8 +37,6 @@ QString attributeForType(int type)
     }
 }
 
-} // namespace
-
 // A node while its children are written.
 struct OpenElement
 {
@@ -44,6 +44,8 @@ struct OpenElement
     QDomElement element;
     int nextChild;
 };
+
+} // namespace
 
 QDomElement AChannelInfo::toDomNode(QDomDocument *document) const
 {
@@ -111,17 +113,16 @@ void AChannelInfo::appendDefinitions(QDomDocument *document, QDomElement *elemen
         const auto writeAlways = [&](const QString &key) {
             channels.setAttribute(key, definition.value(key).toString());
         };
-        write(QStringLiteral("start"), m_beginFrequency.canonicalText());
-        write(QStringLiteral("first"), one);
-        writeAlways(QStringLiteral("width"));
-        writeAlways(QStringLiteral("count"));
-        write(QStringLiteral("step"), one);
-        write(QStringLiteral("space"), zero);
-        const QString colorKey = QStringLiteral("color");
-        const QColor ownColor = colorFromVariant(definition.value(colorKey));
+        write(definitionkey::start(), m_beginFrequency.canonicalText());
+        write(definitionkey::first(), one);
+        writeAlways(definitionkey::width());
+        writeAlways(definitionkey::count());
+        write(definitionkey::step(), one);
+        write(definitionkey::space(), zero);
+        const QColor ownColor = colorFromVariant(definition.value(definitionkey::color()));
         // The colour is on the left: a comparison of two QVariants converts the right one, here a text to its colour.
         if (ownColor.isValid() && QVariant(ownColor) != m_color)
-            channels.setAttribute(colorKey, ownColor.name());
+            channels.setAttribute(definitionkey::color(), ownColor.name());
         element->appendChild(channels);
     }
 }

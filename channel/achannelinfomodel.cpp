@@ -25,8 +25,8 @@ constexpr const char *kHeaders[] = {
     QT_TRANSLATE_NOOP("AChannelInfoModel", "Auto Channel Definition"),
     QT_TRANSLATE_NOOP("AChannelInfoModel", "Mirror Entry Freq"),
 };
-constexpr int kColumnCount = AChannelInfo::ColumnMirrorEntryFreq + 1;
-static_assert(std::size(kHeaders) == kColumnCount, "one header for each column");
+constexpr int kColumnCount = std::size(kHeaders);
+static_assert(kColumnCount == AChannelInfo::ColumnMirrorEntryFreq + 1, "one header for each column");
 
 constexpr qreal kBackgroundAlpha = 0.5;
 
@@ -71,8 +71,7 @@ QModelIndex AChannelInfoModel::index(int row, int column, const QModelIndex &par
 {
     if (!hasIndex(row, column, parent))
         return {};
-    AChannelInfo *node = nodeAt(parent)->child(row);
-    return node ? createIndex(row, column, node) : QModelIndex();
+    return createIndex(row, column, nodeAt(parent)->child(row));
 }
 
 QModelIndex AChannelInfoModel::parent(const QModelIndex &index) const

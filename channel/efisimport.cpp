@@ -3,10 +3,10 @@
 #include "channel/achannelinfo.h"
 
 #include <QtCore/QDate>
+#include <QtCore/QDebug>
 #include <QtCore/QFileDevice>
 #include <QtCore/QIODevice>
 #include <QtCore/QVarLengthArray>
-#include <QtCore/QtDebug>
 
 #include <algorithm>
 #include <array>
@@ -15,7 +15,7 @@
 
 namespace {
 
-enum Direction
+enum LinkDirection
 {
     NoDirection = 0,
     Uplink = 1,
@@ -31,7 +31,9 @@ constexpr std::size_t kFirstDayField = 5;
 constexpr std::size_t kLastDayField = 6;
 constexpr std::size_t kRequiredFields = 10;
 
-constexpr qint64 kUnreadBytes = 5;       // at the end of a file, deliberately: a line ends there only
+// Deliberate: reading stops when this many bytes or fewer are left, so a last line that is shorter is ignored.
+constexpr qint64 kUnreadBytes = 5;
+
 constexpr qint64 kMergeGapHz = 10000000; // a wider gap begins a new group
 
 // A part of a line, not ended by a zero byte.
@@ -145,6 +147,8 @@ public:
     }
 
 private:
+    Q_DISABLE_COPY(Edge) // m_unit leads into m_text
+
     static bool isBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
     QVarLengthArray<char, 64> m_text;
@@ -175,7 +179,7 @@ void readRange(const Field &field, EfisEntry *entry)
         entry->end = last.inUnit(unit);
 }
 
-EfisEntry entryFrom(const Fields &fields, std::size_t rangeField, Direction direction)
+EfisEntry entryFrom(const Fields &fields, std::size_t rangeField, LinkDirection direction)
 {
     EfisEntry entry;
     entry.direction = direction;

@@ -8,7 +8,7 @@
 #include <QtCore/QString>
 
 // The lines of an EFIS export, a semicolon-separated file of frequency allocations (docs/formats.md).
-// AChannelInfo::fromEfisCSV reads a whole file with what stands here.
+// AChannelInfo::fromEfisCSV (defined in efisimport.cpp) reads a whole file by the same rules.
 
 // One allocation, in one direction.
 struct EfisEntry

@@ -10,6 +10,7 @@ set(AVELDORAN_FOLDERS
 set(AVELDORAN_PRIVATE_HEADERS
     bootlogo/logobackground.h
     channel/achannelinfo_walk.h
+    channel/channeldefinition.h
     core/amdrdocument_p.h
     core/atomicfile.h
     core/boundeddom.h

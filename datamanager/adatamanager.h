@@ -61,8 +61,8 @@ public:
     // Reads one limit file in place of what it gave before. On failure error() says why and nothing is changed.
     bool addLimitFile(const QString &filename);
 
-    // Reads a file, or every file that can be read in a directory and those below it, and tells how many held limits.
-    // error() names each that does not. A directory is scanned once, however many links lead to it.
+    // Reads a file, or every file that can be read in a directory and those below it, and tells how many could be read.
+    // error() names each that is no limit file. A directory is scanned once, however many links lead to it.
     int addLimitPath(const QString &path);
 
     bool addInternalLimit(const ALimit *limit); // the registry owns it from then on; always true
@@ -144,9 +144,9 @@ protected Q_SLOTS:
 private:
     Q_DISABLE_COPY(ADataManager)
 
-    bool addObject(const ACalibrationData &data, const QString &filename);
-    void removeObject(const QString &label, ACalibrationData::CalibrationType type, bool removeFromFile,
-                      OldCalibrationFile *oldFile);
+    bool storeCalibration(const ACalibrationData &data, const QString &filename);
+    void takeOutCalibration(const QString &label, ACalibrationData::CalibrationType type, bool removeFromFile,
+                            OldCalibrationFile *oldFile);
 
     static ADataManager *m_instance;
     std::unique_ptr<ADataManagerPrivate> d;

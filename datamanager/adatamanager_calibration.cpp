@@ -54,25 +54,6 @@ void listFile(QMap<ACalibrationData::CalibrationType, FileNames> *filesByType, A
         (*filesByType)[key].add(filename);
 }
 
-QStringList addCalibrationTree(ADataManager *manager, const QString &path, ACalibrationData::CalibrationType type,
-                               ScannedDirectories *scanned)
-{
-    QDir dir(path);
-    if (!scanned->enter(dir.path()))
-        return {};
-    OldCalibrationFile::recoverAll(dir.path());
-    dir.setNameFilters(ACalibrationData::nameFilters());
-    dir.setFilter(QDir::Files | QDir::AllDirs | QDir::Readable | QDir::NoDotAndDotDot);
-
-    QStringList labels;
-    const QFileInfoList entries = dir.entryInfoList();
-    for (const QFileInfo &entry : entries) {
-        labels += entry.isDir() ? addCalibrationTree(manager, entry.absoluteFilePath(), type, scanned)
-                                : manager->addCalibrationFile(entry.absoluteFilePath(), type);
-    }
-    return labels;
-}
-
 } // namespace
 
 QStringList ADataManager::addCalibrationFile(const QString &filename, ACalibrationData::CalibrationType type)
@@ -103,17 +84,20 @@ QStringList ADataManager::addCalibrationFile(const QString &filename, ACalibrati
 
 QStringList ADataManager::addCalibrationPath(const QString &path, ACalibrationData::CalibrationType type)
 {
-    ScannedDirectories scanned;
-    return addCalibrationTree(this, path, type, &scanned);
+    QStringList labels;
+    const auto recoverFiles = [](const QString &directory) { OldCalibrationFile::recoverAll(directory); };
+    const auto addFile = [&](const QString &filename) { labels += addCalibrationFile(filename, type); };
+    forEachFile(path, ACalibrationData::nameFilters(), recoverFiles, addFile);
+    return labels;
 }
 
 void ADataManager::addCalibrationData(const ACalibrationData &data, const QString &filename)
 {
-    addObject(data, filename);
+    storeCalibration(data, filename);
 }
 
 // False if the file could not be written.
-bool ADataManager::addObject(const ACalibrationData &data, const QString &filename)
+bool ADataManager::storeCalibration(const ACalibrationData &data, const QString &filename)
 {
     // By label alone: an object takes the place of one of another type, too.
     const auto hasLabel = [&data](const ACalibrationData &object) { return object.label() == data.label(); };
@@ -156,8 +140,8 @@ void ADataManager::updateCalibrationData(const ACalibrationData &data, const QSt
 
     OldCalibrationFile oldFile;
     if (!oldLabel.isEmpty())
-        removeObject(label, data.type(), true, &oldFile);
-    if (addObject(data, file) || !oldFile.putBack())
+        takeOutCalibration(label, data.type(), true, &oldFile);
+    if (storeCalibration(data, file) || !oldFile.putBack())
         return;
     // The events of the file's absence would bring the old state into memory, which keeps the new one after any save
     // that fails.
@@ -168,12 +152,12 @@ void ADataManager::updateCalibrationData(const ACalibrationData &data, const QSt
 void ADataManager::removeCalibrationData(const QString &label, ACalibrationData::CalibrationType type,
                                          bool removeFromFile)
 {
-    removeObject(label, type, removeFromFile, nullptr);
+    takeOutCalibration(label, type, removeFromFile, nullptr);
 }
 
 // Without `oldFile` the file's old state is gone at once.
-void ADataManager::removeObject(const QString &label, ACalibrationData::CalibrationType type, bool removeFromFile,
-                                OldCalibrationFile *oldFile)
+void ADataManager::takeOutCalibration(const QString &label, ACalibrationData::CalibrationType type, bool removeFromFile,
+                                      OldCalibrationFile *oldFile)
 {
     const Place place = firstPlace(d->calibrationsByFile, label, type);
     if (place.position < 0)

@@ -21,6 +21,7 @@ void ADataManager::createChannelInfoFromProfiles()
         clearChannelInfoData();
 
     auto *group = new AChannelInfo(d->channelRoot, AChannelInfo::Generic, AFrequency(), AFrequency(), QString(), false);
+    // Only there if a receiver of the first run's signal builds the tree again.
     delete d->channelGroups.value(profilesGroup());
     d->channelRoot->appendChild(group);
     d->channelGroups[profilesGroup()] = group;
@@ -37,9 +38,7 @@ void ADataManager::createChannelInfoFromProfiles()
 
 void ADataManager::clearChannelInfoData()
 {
-    const QMap<QString, const AChannelInfo *> groups = d->channelGroups;
-    for (const AChannelInfo *group : groups)
-        delete group;
+    qDeleteAll(d->channelGroups);
     d->channelGroups.clear();
     Q_EMIT channelInfoDataChanged();
 }
@@ -51,7 +50,7 @@ AChannelInfo *ADataManager::getChannelInfoRoot() const
 
 const AChannelInfo *ADataManager::getChannelInfoForName(const QString &name) const
 {
-    return d->channelRoot ? d->channelRoot->findByName(name) : nullptr;
+    return d->channelRoot->findByName(name);
 }
 
 const AChannelInfo *ADataManager::getChannelInfoForProfile(const QString &id) const

@@ -4,7 +4,6 @@
 #include "datamanager/adatamanager_p.h"
 #include "datamanager/scanneddirectories.h"
 
-#include <QtCore/QDir>
 #include <QtCore/QFileInfo>
 
 // The limit store: the limits of each file, and those that the application handed in.
@@ -15,21 +14,6 @@ const QString &internalGroup()
 {
     static const QString name = QStringLiteral("(internal)");
     return name;
-}
-
-int addLimitTree(ADataManager *manager, const QString &path, ScannedDirectories *scanned)
-{
-    if (!QFileInfo(path).isDir())
-        return manager->addLimitFile(path) ? 1 : 0;
-    if (!scanned->enter(path))
-        return 0;
-
-    int added = 0;
-    const QDir::Filters filter = QDir::Dirs | QDir::Files | QDir::AllDirs | QDir::Readable | QDir::NoDotAndDotDot;
-    const QFileInfoList entries = QDir(path).entryInfoList(filter, QDir::NoSort); // by name, that is
-    for (const QFileInfo &entry : entries)
-        added += addLimitTree(manager, entry.absoluteFilePath(), scanned);
-    return added;
 }
 
 } // namespace
@@ -47,7 +31,7 @@ bool ADataManager::addLimitFile(const QString &filename)
         return false;
     }
     qDeleteAll(d->limitsByFile.take(filename));
-    watchFile(filename);
+    watchFile(filename); // again: a file that was replaced while it was read took its watch along
     d->limitsByFile[filename] = limits;
     Q_EMIT limitDataChanged();
     return true;
@@ -55,8 +39,13 @@ bool ADataManager::addLimitFile(const QString &filename)
 
 int ADataManager::addLimitPath(const QString &path)
 {
-    ScannedDirectories scanned;
-    return addLimitTree(this, path, &scanned);
+    int added = 0;
+    const auto addFile = [this, &added](const QString &filename) { added += addLimitFile(filename) ? 1 : 0; };
+    if (QFileInfo(path).isDir())
+        forEachFile(path, {}, nullptr, addFile);
+    else
+        addFile(path);
+    return added;
 }
 
 bool ADataManager::addInternalLimit(const ALimit *limit)

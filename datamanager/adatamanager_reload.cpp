@@ -41,10 +41,11 @@ void ADataManager::updateFile(QString filename) // NOLINT(performance-unnecessar
                 d->calibrationFilesByType[type].remove(filename);
                 d->calibrationFilesByType[ACalibrationData::AllTypes].remove(filename);
             } else {
-                watchFile(
-                    filename); // a file that is replaced takes its watch along; first, so that no change is missed
+                // A file that is replaced takes its watch along. Before it is read, so that no change is missed.
+                watchFile(filename);
+                // Left empty if the file can't be read.
                 QList<ACalibrationData> &objects = d->calibrationsByFile[filename];
-                objects.clear(); // and empty if the file can't be read
+                objects.clear();
                 ACalibrationData::readAll(filename, objects, type);
             }
             Q_EMIT calibrationDataChanged(type);
@@ -52,10 +53,11 @@ void ADataManager::updateFile(QString filename) // NOLINT(performance-unnecessar
     }
 
     if (d->limitsByFile.contains(filename)) {
+        // Reading signals too where it succeeds: a reload deliberately gives two signals.
         if (missing)
             qDeleteAll(d->limitsByFile.take(filename));
         else
-            addLimitFile(filename); // signals too where it succeeds: a reload deliberately gives two signals
+            addLimitFile(filename);
         Q_EMIT limitDataChanged();
     }
 
@@ -65,7 +67,8 @@ void ADataManager::updateFile(QString filename) // NOLINT(performance-unnecessar
     if (fromFile == d->profiles.end())
         return;
     // A bare replacement, deliberately: whatever the file holds now stands under the old id, without a flag and
-    // without a new watch, and the old object stays with whoever holds it.
+    // without a new watch, and the old object stays with whoever holds it. removeProfile() signals too: a file that has
+    // gone deliberately gives two signals.
     if (missing)
         removeProfile(fromFile.value());
     else

@@ -15,14 +15,14 @@ namespace {
 constexpr char kPrefix[] = ".";
 constexpr char kSuffix[] = ".old";
 
-QByteArray path(const QString &fileName)
+QByteArray path(const QString &filename)
 {
-    return QFile::encodeName(fileName);
+    return QFile::encodeName(filename);
 }
 
-QByteArray hiddenPath(const QString &fileName)
+QByteArray hiddenPath(const QString &filename)
 {
-    const QFileInfo file(fileName);
+    const QFileInfo file(filename);
     return path(file.path() + QLatin1Char('/') + QLatin1String(kPrefix) + file.fileName() + QLatin1String(kSuffix));
 }
 
@@ -40,18 +40,18 @@ bool isSameState(const struct stat &a, const struct stat &b)
 
 } // namespace
 
-void OldCalibrationFile::takeAway(const QString &fileName)
+void OldCalibrationFile::takeAway(const QString &filename)
 {
     struct stat status = {};
-    if (!readStatus(path(fileName), &status) || S_ISDIR(status.st_mode))
+    if (!readStatus(path(filename), &status) || S_ISDIR(status.st_mode))
         return;
-    if (::rename(path(fileName).constData(), hiddenPath(fileName).constData()) == 0)
-        m_file = fileName;
+    if (::rename(path(filename).constData(), hiddenPath(filename).constData()) == 0)
+        m_file = filename;
 }
 
-void OldCalibrationFile::keep(const QString &fileName)
+void OldCalibrationFile::keep(const QString &filename)
 {
-    const QString target = QFileInfo(fileName).canonicalFilePath(); // which a save through a link replaces
+    const QString target = QFileInfo(filename).canonicalFilePath(); // which a save through a link replaces
     if (target.isEmpty())
         return;
     ::unlink(hiddenPath(target).constData());
@@ -70,9 +70,10 @@ bool OldCalibrationFile::putBack()
         return false;
     struct stat current = {};
     const bool exists = readStatus(path(m_file), &current);
-    if (!exists || (m_hasReplacement && isSameState(current, m_replacement)))
-        ::rename(hiddenPath(m_file).constData(), path(m_file).constData());
-    drop(); // there still if both names are one file
+    const bool isOwn = !exists || (m_hasReplacement && isSameState(current, m_replacement));
+    if (isOwn && ::rename(hiddenPath(m_file).constData(), path(m_file).constData()) != 0)
+        m_file.clear(); // the hidden one stays: recover() takes it at the next load
+    drop();             // there still if both names are one file
     return true;
 }
 
@@ -83,27 +84,28 @@ void OldCalibrationFile::drop()
     m_file.clear();
 }
 
-void OldCalibrationFile::recover(const QString &fileName)
+void OldCalibrationFile::recover(const QString &filename)
 {
     struct stat status = {};
-    if (!readStatus(path(fileName), &status))
-        ::rename(hiddenPath(fileName).constData(), path(fileName).constData());
+    if (!readStatus(path(filename), &status))
+        ::rename(hiddenPath(filename).constData(), path(filename).constData());
 }
 
 void OldCalibrationFile::recoverAll(const QString &directory)
 {
     const QDir dir(directory);
-    const QStringList hidden = dir.entryList({QStringLiteral(".*.old")}, QDir::Files | QDir::Hidden | QDir::System);
+    const QString pattern = QLatin1String(kPrefix) + QLatin1Char('*') + QLatin1String(kSuffix);
+    const QStringList hidden = dir.entryList({pattern}, QDir::Files | QDir::Hidden | QDir::System);
     for (const QString &name : hidden) {
         const int prefix = static_cast<int>(qstrlen(kPrefix));
         const int suffix = static_cast<int>(qstrlen(kSuffix));
-        const QString fileName = name.mid(prefix, name.size() - prefix - suffix);
-        if (QDir::match(ACalibrationData::nameFilters(), fileName))
-            recover(dir.filePath(fileName));
+        const QString filename = name.mid(prefix, name.size() - prefix - suffix);
+        if (QDir::match(ACalibrationData::nameFilters(), filename))
+            recover(dir.filePath(filename));
     }
 }
 
-void OldCalibrationFile::removeRemains(const QString &fileName)
+void OldCalibrationFile::removeRemains(const QString &filename)
 {
-    ::unlink(hiddenPath(fileName).constData());
+    ::unlink(hiddenPath(filename).constData());
 }

@@ -6,7 +6,7 @@
 
 // A calibration file as it was, while an edit that deletes or shortens it before it writes the new state is under way.
 // It lives beside the file under a hidden name, ".NAME.old", which no reader takes for a calibration file, and is gone
-// with this object, unless the process is killed before. Private to libaveldorandata.
+// with this object, unless the process is killed before or it can't be put back. Private to libaveldorandata.
 class OldCalibrationFile
 {
 public:
@@ -14,10 +14,12 @@ public:
     ~OldCalibrationFile() { drop(); }
 
     // In place of deleting the file. If it can't be moved it stays where it was, like a file that can't be deleted.
-    void takeAway(const QString &fileName);
+    void takeAway(const QString &filename);
 
-    // Before the file is replaced, and after that. Where the file system has no hard links nothing is kept.
-    void keep(const QString &fileName);
+    // Before the file is replaced. Where the file system has no hard links nothing is kept.
+    void keep(const QString &filename);
+
+    // After the file was replaced: putBack() undoes this replacement, and none that somebody else makes later.
     void noteReplacement();
 
     // Makes the file what it was, unless somebody else has written it meanwhile. False if nothing was kept.
@@ -25,10 +27,10 @@ public:
 
     // What a process left that was killed: a file that is missing comes back. None that exists is changed, and the old
     // state beside it stays, since it may have what the file lacks.
-    static void recover(const QString &fileName);
+    static void recover(const QString &filename);
     static void recoverAll(const QString &directory);
 
-    static void removeRemains(const QString &fileName); // of such a process
+    static void removeRemains(const QString &filename); // of such a process
 
 private:
     Q_DISABLE_COPY(OldCalibrationFile)

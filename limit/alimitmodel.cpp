@@ -5,7 +5,6 @@
 namespace {
 
 constexpr int kUnitCount = 18;
-constexpr int kInitialColumns = 9; // the titles widen it
 
 bool isFrequencyColumn(int column)
 {
@@ -16,7 +15,7 @@ bool isFrequencyColumn(int column)
 } // namespace
 
 ALimitModel::ALimitModel(QObject *parent)
-    : QStandardItemModel(0, kInitialColumns, parent)
+    : QStandardItemModel(parent)
     , m_headerLabels({tr("Name"), tr("Begin"), tr("End"), tr("Unit"), tr("Description"), tr("Color"),
                       tr("Begin Frequency"), tr("End Frequency"), tr("Begin Value"), tr("End Value"),
                       tr("Interpolation")})
@@ -56,7 +55,6 @@ QString ALimitModel::frequencyText(const AFrequency &frequency)
 
 void ALimitModel::clearRows()
 {
-    clear(); // drops the titles too
-    setColumnCount(m_headerLabels.size());
-    setHorizontalHeaderLabels(m_headerLabels);
+    clear();                                   // drops the titles too
+    setHorizontalHeaderLabels(m_headerLabels); // and with them makes the columns
 }

@@ -18,7 +18,8 @@ class AVELDORAN_DATA_EXPORT ALimitModel : public QStandardItemModel
     Q_OBJECT
 
 public:
-    // The first six are filled in limits, the others in pieces. Frequencies are numbers of megahertz, held as text.
+    // The first six are filled in limits, the others in pieces; limits read from a file have empty items in the next
+    // two. Frequencies are numbers of megahertz, held as text.
     enum Columns
     {
         ColumnName = 0, // holds the pieces
@@ -65,6 +66,8 @@ Q_SIGNALS:
     void saveError(const QString &msg);
 
 private:
+    struct PieceReader;
+
     static QString frequencyText(const AFrequency &frequency);
     void clearRows();
 

@@ -84,6 +84,7 @@ QString descriptionOf(const QDomElement &limit)
     return element.isNull() ? attribute(limit, "description") : element.text();
 }
 
+// With two empty items behind the six that are filled, deliberately: in the columns of a piece's edges.
 Row limitRow(const QDomElement &limit)
 {
     return {new QStandardItem(attribute(limit, "name")),
@@ -166,6 +167,28 @@ private:
 
 } // namespace
 
+struct Q_DECL_HIDDEN ALimitModel::PieceReader
+{
+    static Row sectionRow(const QDomElement &section)
+    {
+        const double begin = attribute(section, "beginFrequency", "0").toDouble();
+        const double end = attribute(section, "endFrequency", "0").toDouble();
+        const QString beginValue = valueText(attribute(section, "beginValue", "0").toDouble());
+        const QString endValue = valueText(attribute(section, "endValue", beginValue).toDouble());
+        return pieceRow({frequencyItem(frequencyText(hertz(begin)), begin),
+                         new QStandardItem(frequencyText(hertz(end))), new QStandardItem(beginValue),
+                         new QStandardItem(endValue), new QStandardItem(interpolationText(section, "1"))});
+    }
+
+    static Row levelRow(const QDomElement &level)
+    {
+        const qulonglong at = attribute(level, "frequency", "0").toULongLong();
+        return pieceRow({nullptr, frequencyItem(frequencyText(wholeHertz(at)), at), nullptr,
+                         new QStandardItem(valueText(level.text().toDouble())),
+                         new QStandardItem(interpolationText(level, "0"))});
+    }
+};
+
 bool ALimitModel::loadFromFile(const QString &fileName)
 {
     QFile file(fileName);
@@ -195,23 +218,11 @@ bool ALimitModel::loadFromFile(const QString &fileName)
     for (; !limit.isNull(); limit = limit.nextSiblingElement(limitTag)) {
         const Row row = limitRow(limit);
         QDomElement section = limit.firstChildElement(sectionTag);
-        for (; !section.isNull(); section = section.nextSiblingElement(sectionTag)) {
-            const double begin = attribute(section, "beginFrequency", "0").toDouble();
-            const double end = attribute(section, "endFrequency", "0").toDouble();
-            const QString beginValue = valueText(attribute(section, "beginValue", "0").toDouble());
-            const QString endValue = valueText(attribute(section, "endValue", beginValue).toDouble());
-            row.first()->appendRow(
-                pieceRow({frequencyItem(frequencyText(hertz(begin)), begin),
-                          new QStandardItem(frequencyText(hertz(end))), new QStandardItem(beginValue),
-                          new QStandardItem(endValue), new QStandardItem(interpolationText(section, "1"))}));
-        }
+        for (; !section.isNull(); section = section.nextSiblingElement(sectionTag))
+            row.first()->appendRow(PieceReader::sectionRow(section));
         QDomElement level = limit.firstChildElement(levelTag);
-        for (; !level.isNull(); level = level.nextSiblingElement(levelTag)) {
-            const qulonglong at = attribute(level, "frequency", "0").toULongLong();
-            row.first()->appendRow(pieceRow({nullptr, frequencyItem(frequencyText(wholeHertz(at)), at), nullptr,
-                                             new QStandardItem(valueText(level.text().toDouble())),
-                                             new QStandardItem(interpolationText(level, "0"))}));
-        }
+        for (; !level.isNull(); level = level.nextSiblingElement(levelTag))
+            row.first()->appendRow(PieceReader::levelRow(level));
         appendRow(row);
     }
     return true;

@@ -1,6 +1,5 @@
 #include "limit/alimitselectiondelegate.h"
 
-#include <QtGui/QIcon>
 #include <QtWidgets/QComboBox>
 
 ALimitSelectionDelegate::ALimitSelectionDelegate(const QMap<unsigned int, QString> &labels, QObject *parent)
@@ -15,7 +14,7 @@ QWidget *ALimitSelectionDelegate::createEditor(QWidget *parent, const QStyleOpti
 {
     auto *box = new QComboBox(parent);
     for (auto label = m_labels.cbegin(); label != m_labels.cend(); ++label)
-        box->insertItem(box->count(), QIcon(), label.value(), label.key());
+        box->addItem(label.value(), label.key());
     const QString shown = index.data(Qt::DisplayRole).toString();
     box->setCurrentIndex(box->findData(shown, Qt::DisplayRole, Qt::MatchCaseSensitive));
     return box;

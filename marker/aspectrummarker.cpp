@@ -13,7 +13,7 @@ struct ASpectrumMarker::Private
     ASpectrumMarker *referenceMarker = nullptr;
     int index = -1;
     AFrequency targetFrequency;
-    DisplayOptions displayOptions = {ShowSymbol | ShowLabel | ShowDetails}; // a stored marker without any has fewer
+    DisplayOptions displayOptions = {ShowSymbol | ShowLabel | ShowDetails}; // loadSetup's default lacks ShowDetails
     bool enabled = true;
 };
 
@@ -61,6 +61,8 @@ ASpectrumMarker::ASpectrumMarker(Type type)
 
 ASpectrumMarker::~ASpectrumMarker() = default;
 
+// Of an unknown type the number takes the first place and "%2" stays in the text, deliberately: so it
+// cannot be taken for the name of another marker.
 QString ASpectrumMarker::name() const
 {
     QString text = QStringLiteral("%1 %2");

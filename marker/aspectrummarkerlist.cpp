@@ -288,7 +288,11 @@ bool ASpectrumMarkerList::isEmpty() const
 void ASpectrumMarkerList::clear()
 {
     // A marker that lost its place to an equal key is deliberately left alive: who saw that it is no longer contained
-    // may have taken it over.
+    // may have taken it over. What it refers to goes.
+    for (const QList<ASpectrumMarker *> *markers : qAsConst(m_traces)) {
+        for (ASpectrumMarker *marker : *markers)
+            marker->setReferenceMarker(nullptr);
+    }
     qDeleteAll(d->allMarkers);
     qDeleteAll(m_traces);
     d->allMarkers.clear();

@@ -9,7 +9,7 @@
 #include <QtCore/QMap>
 #include <QtCore/QSet>
 #include <QtCore/QString>
-#include <QtCore/Qt>
+#include <QtCore/qnamespace.h>
 
 #include <memory>
 
@@ -22,7 +22,8 @@ struct emu_entry;
 // The markers of one spectrum display. It owns them, numbers them by type, makes them follow the traces, and stores
 // and loads them as named setups. Used from the one thread that drives the display.
 //
-// Numbers run from 0 over all markers of one type, by trace and then by age. They come from sort keys that are distinct
+// Numbers run from 0 over all markers of one type, by trace and then by the number before: a new marker is the last of
+// its trace, and one that comes from another trace goes by its old number. They come from sort keys that are distinct
 // while there are fewer than ten markers of a type. With more of them, on several traces, keys can be equal, and of
 // such markers only one is renumbered or listed. One that is not stays on its trace with its old number, and may be
 // missing from all(), at() and the setups.
@@ -42,9 +43,13 @@ public:
     // Deletes the marker; those that refer to it lose their reference. 0, or -1 if the marker is none of the list.
     int removeMarker(ASpectrumMarker *marker);
 
-    // The marker becomes the last of its type and keeps all else. Without effect for null or a marker of no list.
-    // Neither the type nor the trace is checked; markers on traces outside 0 to 9 are never updated.
+    // Both keep all else of the marker, and are without effect for null or a marker of no list. Neither the type nor
+    // the trace is checked; markers on traces outside 0 to 9 are never updated.
+
+    // The marker becomes the last of the new type on its trace.
     void changeMarkerType(ASpectrumMarker *marker, ASpectrumMarker::Type type);
+
+    // The marker is sorted on the new trace by its old number, so it may come before markers that are there.
     void changeMarkerTrace(ASpectrumMarker *marker, int trace);
 
     // Numbers the markers of a type anew. Every operation that changes markers does this itself.
@@ -64,7 +69,7 @@ public:
     bool isEmpty() const;
 
     // Deletes the markers of all(); the data of the last updates stay. Markers that lost their place in all() to an
-    // equal sort key are no longer the list's own and are not deleted.
+    // equal sort key are no longer the list's own and are not deleted; they lose their references.
     void clear();
 
     // The family of the marker's type: 1 maxima, 2 minima, 3 TypeStd, 4 TypeCal, -1 for an unknown type.

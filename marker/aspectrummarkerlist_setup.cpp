@@ -32,6 +32,33 @@ constexpr int kBelievedEntries = 100;
 // their traces, as they are stored.
 constexpr int kNumberedOneByOne = 1000;
 
+struct StoredMarker
+{
+    ASpectrumMarker::Type type;
+    int trace;
+    AFrequency target;
+    ASpectrumMarker::DisplayOptions displayOptions;
+    bool enabled;
+    int reference; // the position of another entry, or kNoReference
+};
+
+// The entry at the array's current index.
+StoredMarker readEntry(const QSettings &settings)
+{
+    StoredMarker entry = {};
+    entry.enabled = settings.value(kEnabled, true).toBool();
+    entry.type =
+        static_cast<ASpectrumMarker::Type>(settings.value(kType, static_cast<int>(ASpectrumMarker::TypeMax)).toInt());
+    entry.trace = settings.value(kTrace, 0).toInt();
+    const qulonglong hertz = settings.value(kTargetFrequency, 0).toULongLong();
+    entry.target.setValue(static_cast<qint64>(hertz), AFrequency::Hz);
+    const int options =
+        settings.value(kDisplayOptions, int(ASpectrumMarker::ShowSymbol | ASpectrumMarker::ShowLabel)).toInt();
+    entry.displayOptions = ASpectrumMarker::DisplayOptions(QFlag(options));
+    entry.reference = settings.value(kReferenceMarkerIndex, kNoReference).toInt();
+    return entry;
+}
+
 // Of an array that is open for reading.
 QVector<int> storedPositions(const QSettings &settings, int count)
 {
@@ -95,29 +122,20 @@ void ASpectrumMarkerList::loadSetup(QSettings *settings, const QString &name)
     QMultiHash<int, ASpectrumMarker *> pendingReferences;
     for (const int i : positions) {
         settings->setArrayIndex(i);
-        const bool enabled = settings->value(kEnabled, true).toBool();
-        const int typeNumber = settings->value(kType, static_cast<int>(ASpectrumMarker::TypeMax)).toInt();
-        const int trace = settings->value(kTrace, 0).toInt();
-        const qulonglong hertz = settings->value(kTargetFrequency, 0).toULongLong();
-        const int options =
-            settings->value(kDisplayOptions, int(ASpectrumMarker::ShowSymbol | ASpectrumMarker::ShowLabel)).toInt();
-        const int reference = settings->value(kReferenceMarkerIndex, kNoReference).toInt();
-
-        AFrequency target;
-        target.setValue(static_cast<qint64>(hertz), AFrequency::Hz);
-        const auto type = static_cast<ASpectrumMarker::Type>(typeNumber);
-        ASpectrumMarker *marker = numberAtOnce ? appendMarker(type, trace, target) : addMarker(type, trace, target);
+        const StoredMarker entry = readEntry(*settings);
+        ASpectrumMarker *marker = numberAtOnce ? appendMarker(entry.type, entry.trace, entry.target)
+                                               : addMarker(entry.type, entry.trace, entry.target);
         if (!marker)
             continue;
-        loadedTypes.insert(typeNumber);
-        marker->setDisplayOptions(ASpectrumMarker::DisplayOptions(QFlag(options)));
-        marker->setEnabled(enabled);
+        loadedTypes.insert(entry.type);
+        marker->setDisplayOptions(entry.displayOptions);
+        marker->setEnabled(entry.enabled);
         loadedMarkers.insert(i, marker);
 
-        if (reference >= 0 && reference < i) {
-            marker->setReferenceMarker(loadedMarkers.value(reference));
-        } else if (reference > i) {
-            pendingReferences.insert(reference, marker);
+        if (entry.reference >= 0 && entry.reference < i) {
+            marker->setReferenceMarker(loadedMarkers.value(entry.reference));
+        } else if (entry.reference > i) {
+            pendingReferences.insert(entry.reference, marker);
         } else {
             // Only here, deliberately: a marker with a reference of its own serves none that wait for it, so that
             // loading makes no chains out of forward references.

@@ -46,7 +46,7 @@ AMeasurementValue interpolated(const AMeasurementValue &a, const AMeasurementVal
     const double weight = 1.0 - (b.frequency - target) / (b.frequency - a.frequency);
     const auto leadingA = static_cast<quint32>(a.leading);
     const auto leadingB = static_cast<quint32>(b.leading);
-    const quint32 leadingRise = leadingB - leadingA; // wraps for a fall, as 32-bit counters do
+    const quint32 leadingRise = leadingB - leadingA; // deliberately formed in 32 bits: a fall counts as a large rise
     const double leading = leadingA + weight * leadingRise;
     return {(b.level - a.level) * weight + a.level, a.unit, target, static_cast<quint32>(static_cast<quint64>(leading)),
             (b.trailing - a.trailing) * weight + a.trailing};
@@ -218,6 +218,7 @@ AMeasurementValue ASpectrumMarkerList::getMarkerSum(int trace, const emu_entry *
             return {};
         if (!isAddedDirectly(*unit))
             value.level *= value.level;
+        // Deliberate: a level of 0 adds nothing, and its marker does not lend the sum its other members either.
         if (value.level == 0.0)
             continue;
         sum = sum.isEmpty() ? value : sum + value;

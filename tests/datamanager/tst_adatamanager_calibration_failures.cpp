@@ -2,14 +2,43 @@
 
 #include <QtTest/QtTest>
 
+#include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <random>
 
+#include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 using namespace registrytest;
+
+namespace {
+
+// As long as it lives, no file can be renamed back from a name that ends in ".old": other renames work.
+class BlockedRestoring
+{
+public:
+    BlockedRestoring() { s_isActive = true; }
+    ~BlockedRestoring() { s_isActive = false; }
+    static bool concerns(const char *from) { return s_isActive && QByteArray(from).endsWith(".old"); }
+
+private:
+    static inline bool s_isActive = false;
+};
+
+} // namespace
+
+// In place of the one of the C library, for the libraries too.
+extern "C" Q_DECL_EXPORT int rename(const char *from, const char *to) noexcept
+{
+    if (BlockedRestoring::concerns(from)) {
+        errno = ENOSPC;
+        return -1;
+    }
+    return ::renameat(AT_FDCWD, from, AT_FDCWD, to);
+}
 
 namespace {
 
@@ -91,6 +120,7 @@ private Q_SLOTS:
     void aRenameThroughALinkThatCannotBeWrittenKeepsTheFile();
     void aRenameLeavesNothingBehind_data();
     void aRenameLeavesNothingBehind();
+    void aFileThatCannotBePutBackComesWithTheNextLoad();
     void whatSomebodyElseWroteMeanwhileStays_data();
     void whatSomebodyElseWroteMeanwhileStays();
     void aFileThatCannotStandAsideIsReplaced();
@@ -193,6 +223,25 @@ void TestADataManagerCalibrationFailures::aRenameLeavesNothingBehind()
     registry->removeCalibrationData("b", kCable, true);
     registry->removeCalibrationData("new", kCable, true);
     QCOMPARE(filesBeside(file), QStringList());
+}
+
+void TestADataManagerCalibrationFailures::aFileThatCannotBePutBackComesWithTheNextLoad()
+{
+    CalibrationRegistry registry;
+    const QString file = registry.load(registry.user(kCable, "a.xml"), {flat("a", kCable, 1)}, kCable);
+    const QByteArray before = readBytes(file);
+    expectFailedSave(file);
+    {
+        const FileSizeLimit full(0);
+        const BlockedRestoring blocked;
+        registry->updateCalibrationData(flat("new", kCable, 2), "a");
+    }
+    QVERIFY(!QFile::exists(file));
+    QCOMPARE(readBytes(hiddenName(file)), before);
+
+    QCOMPARE(registry->addCalibrationFile(file, kCable), QStringList{"a"});
+    QCOMPARE(readBytes(file), before);
+    QCOMPARE(filesBeside(file), QStringList{QFileInfo(file).fileName()});
 }
 
 void TestADataManagerCalibrationFailures::whatSomebodyElseWroteMeanwhileStays_data()

@@ -110,6 +110,7 @@ private Q_SLOTS:
     void familiesLieTenThousandNumbersApart();
     void typesOfOneFamilyShareTheirKeys();
     void aLoserIsNotClearedWithTheList();
+    void aLoserRefersToNoMarkerThatWasCleared();
     void aLoserIsFreedWithTheObject();
     void aLoserCanBeRemoved();
     void aLoserLosesADeletedReference();
@@ -211,6 +212,16 @@ void TestASpectrumMarkerListCollisions::aLoserIsNotClearedWithTheList()
     list.clear();
     QVERIFY(list.isEmpty());
     QCOMPARE(loser->name(), QStringLiteral("Max 12"));
+}
+
+void TestASpectrumMarkerListCollisions::aLoserRefersToNoMarkerThatWasCleared()
+{
+    ASpectrumMarkerList list;
+    ASpectrumMarker *reference = add(&list, ASpectrumMarker::TypeStd, 5);
+    const std::unique_ptr<ASpectrumMarker> loser(addLoser(&list));
+    loser->setReferenceMarker(reference);
+    list.clear();
+    QVERIFY(!loser->referenceMarker());
 }
 
 void TestASpectrumMarkerListCollisions::aLoserIsFreedWithTheObject()

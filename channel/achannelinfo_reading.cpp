@@ -1,9 +1,10 @@
 #include "channel/achannelinfo.h"
 
+#include "channel/channeldefinition.h"
 #include "core/aprofile.h"
 #include "core/asettings.h"
 
-#include <QtCore/QtDebug>
+#include <QtCore/QDebug>
 #include <QtXml/QDomDocument>
 
 #include <vector>
@@ -177,11 +178,11 @@ QDomElement framedCopy(const QDomElement &section, const ProfileFrame &frame)
 
 } // namespace
 
-class AChannelReader
+class Q_DECL_HIDDEN AChannelInfo::Reader
 {
 public:
     // `name` tells the section from others in a message.
-    AChannelReader(bool expandMirrors, bool expandAutoChannels, const QString &name = {})
+    Reader(bool expandMirrors, bool expandAutoChannels, const QString &name = {})
         : m_name(name)
         , m_expandMirrors(expandMirrors)
         , m_expandAutoChannels(expandAutoChannels)
@@ -205,7 +206,7 @@ private:
     qint64 m_mirrorBudget = kMaxMirrorCost;
 };
 
-QList<AChannelInfo *> AChannelReader::read(const QDomElement &element, AChannelInfo *parent, bool selectable)
+QList<AChannelInfo *> AChannelInfo::Reader::read(const QDomElement &element, AChannelInfo *parent, bool selectable)
 {
     if (lowerTag(element) != QLatin1String("range"))
         return {};
@@ -213,8 +214,8 @@ QList<AChannelInfo *> AChannelReader::read(const QDomElement &element, AChannelI
 }
 
 // `frame` is null for all but the outermost range of a profile.
-QList<AChannelInfo *> AChannelReader::readFramed(const QDomElement &section, const ProfileFrame *frame,
-                                                 AChannelInfo *parent, bool selectable)
+QList<AChannelInfo *> AChannelInfo::Reader::readFramed(const QDomElement &section, const ProfileFrame *frame,
+                                                       AChannelInfo *parent, bool selectable)
 {
     const QString label = frame ? frame->label : section.attribute(QStringLiteral("label"));
     auto *node = new AChannelInfo(parent, typeFromAttribute(section.attribute(QStringLiteral("type"))), {}, {}, label,
@@ -246,7 +247,7 @@ QList<AChannelInfo *> AChannelReader::readFramed(const QDomElement &section, con
     return nodes;
 }
 
-void AChannelReader::readElement(const QDomElement &element, AChannelInfo *node)
+void AChannelInfo::Reader::readElement(const QDomElement &element, AChannelInfo *node)
 {
     const QString tag = lowerTag(element);
     if (tag == QLatin1String("begin"))
@@ -265,7 +266,7 @@ void AChannelReader::readElement(const QDomElement &element, AChannelInfo *node)
 
 // A range that begins at or above its parent's end, or ends at or below its parent's begin, loses its parent and with
 // it its place in the tree. A parent's edge of zero passes everything.
-void AChannelReader::readBegin(const QString &text, AChannelInfo *node)
+void AChannelInfo::Reader::readBegin(const QString &text, AChannelInfo *node)
 {
     node->m_beginFrequency = AProfile::frequencyFromText(text);
     const AChannelInfo *parent = node->m_parent;
@@ -273,7 +274,7 @@ void AChannelReader::readBegin(const QString &text, AChannelInfo *node)
         node->m_parent = nullptr;
 }
 
-void AChannelReader::readEnd(const QString &text, AChannelInfo *node)
+void AChannelInfo::Reader::readEnd(const QString &text, AChannelInfo *node)
 {
     node->m_endFrequency = AProfile::frequencyFromText(text);
     const AChannelInfo *parent = node->m_parent;
@@ -281,7 +282,7 @@ void AChannelReader::readEnd(const QString &text, AChannelInfo *node)
         node->m_parent = nullptr;
 }
 
-void AChannelReader::readDefinition(const QDomElement &element, AChannelInfo *node)
+void AChannelInfo::Reader::readDefinition(const QDomElement &element, AChannelInfo *node)
 {
     const auto frequency = [&element](const QString &name, const QString &absent) {
         return frequencyFromLatin1(element.attribute(name, absent)).canonicalText();
@@ -289,21 +290,21 @@ void AChannelReader::readDefinition(const QDomElement &element, AChannelInfo *no
     const auto number = [&element](const QString &name) {
         return element.attribute(name, QStringLiteral("1")).toInt();
     };
-    const QString start = QStringLiteral("start");
-    AChannelInfo::Definition definition;
+    const QString start = definitionkey::start();
+    Definition definition;
     definition[start] = element.hasAttribute(start) ? frequency(start, {}) : node->m_beginFrequency.canonicalText();
-    definition[QStringLiteral("width")] = frequency(QStringLiteral("width"), QStringLiteral("5 MHz"));
-    definition[QStringLiteral("space")] = frequency(QStringLiteral("space"), QStringLiteral("0"));
-    definition[QStringLiteral("first")] = number(QStringLiteral("first"));
-    definition[QStringLiteral("count")] = number(QStringLiteral("count"));
-    definition[QStringLiteral("step")] = number(QStringLiteral("step"));
-    definition[QStringLiteral("color")] = node->m_color;
+    definition[definitionkey::width()] = frequency(definitionkey::width(), QStringLiteral("5 MHz"));
+    definition[definitionkey::space()] = frequency(definitionkey::space(), QStringLiteral("0"));
+    definition[definitionkey::first()] = number(definitionkey::first());
+    definition[definitionkey::count()] = number(definitionkey::count());
+    definition[definitionkey::step()] = number(definitionkey::step());
+    definition[definitionkey::color()] = node->m_color;
     node->m_channelDefinitions.append(definition);
 }
 
 // Stores where the copy begins or, with mirrors expanded, reads the copy as a sibling of `node`.
-QList<AChannelInfo *> AChannelReader::readMirror(const QDomElement &mirror, const ProfileFrame *frame,
-                                                 AChannelInfo *node, AChannelInfo *parent)
+QList<AChannelInfo *> AChannelInfo::Reader::readMirror(const QDomElement &mirror, const ProfileFrame *frame,
+                                                       AChannelInfo *node, AChannelInfo *parent)
 {
     const QString relative = QStringLiteral("relative");
     AFrequency mirrorBegin = frequencyFromLatin1(mirror.text());
@@ -331,7 +332,7 @@ QList<AChannelInfo *> AChannelReader::readMirror(const QDomElement &mirror, cons
     setTextOfFirstChild(copy, QLatin1String("begin"), mirrorBegin.canonicalText());
     setTextOfFirstChild(copy, QLatin1String("end"), mirrorEnd.canonicalText());
     const std::vector<QDomElement> elements = elementsBelow(copy); // without what stood inside the replaced texts
-    const QString start = QStringLiteral("start");
+    const QString start = definitionkey::start();
     for (QDomElement element : elements) {
         if (lowerTag(element) == QLatin1String("channels") && element.hasAttribute(start)) {
             const AFrequency original = frequencyFromLatin1(element.attribute(start));
@@ -355,7 +356,7 @@ bool AChannelInfo::fromProfile(AProfile *profile, AChannelInfo *parent, bool exp
     if (section.isNull())
         section = emptySection.createElement(QStringLiteral("range"));
 
-    AChannelReader reader(expandMirrors, expandAutoChannels, QStringLiteral(" of profile '%1'").arg(profile->id()));
+    Reader reader(expandMirrors, expandAutoChannels, QStringLiteral(" of profile '%1'").arg(profile->id()));
     const QList<AChannelInfo *> nodes = reader.readFramed(section, &frame, parent, profile->showInChannelList());
     const QString id = profile->id();
     for (AChannelInfo *node : nodes)
@@ -370,5 +371,5 @@ QList<AChannelInfo *> AChannelInfo::processXmlElement(QDomElement *element, ACha
         qWarning("processXmlElement: the element is null");
         return {};
     }
-    return AChannelReader(expandMirrors, expandAutoChannels).read(*element, parent, selectable);
+    return Reader(expandMirrors, expandAutoChannels).read(*element, parent, selectable);
 }
