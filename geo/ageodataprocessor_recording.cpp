@@ -124,6 +124,7 @@ int AGeoDataProcessor::assignWaypoints(int tolerance)
 
 void AGeoDataProcessor::processMeasurementData(const emu_entry *unit)
 {
+    // Deliberately for all: without a value in the first sweep the others aren't looked at.
     if (m_sweeps.isEmpty() || m_sweeps.first().values.isEmpty())
         return;
     if (!unit)
