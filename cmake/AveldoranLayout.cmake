@@ -30,10 +30,12 @@ set(AVELDORAN_PRIVATE_HEADERS
     datamanager/adatamanager_p.h
     datamanager/filenames.h
     datamanager/oldcalibrationfile.h
+    datamanager/scanneddirectories.h
+    geo/balloon.h
     geo/elementmaker.h
+    geo/isotext.h
     geo/kmlpath.h
     geo/waypoint.h
-    datamanager/scanneddirectories.h
     marker/aspectrummarkerlist_p.h
     views/editorlook.h
     views/filtertable.h

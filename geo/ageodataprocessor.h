@@ -45,6 +45,22 @@ public:
         AMeasurementValue average;
     };
 
+    // What placemarks are called. They have a name if any bit is set, be it one without a meaning.
+    enum LabelFlag
+    {
+        NameOfRecord = 1, // goes before the time
+        NameOfTime = 2,
+        ValueInName = 1 << 10, // adds value and frequency to the record's name
+    };
+
+    // What of the sensors has paths. Deliberately the tilt comes with the gyroscope and with the compass alike.
+    enum SensorFlag : unsigned int
+    {
+        Gyroscope = 1,
+        Compass = 2,
+        Pressure = 4,
+    };
+
     explicit AGeoDataProcessor(QObject *parent = nullptr);
     ~AGeoDataProcessor() override; // releases the waypoints
 
@@ -126,9 +142,8 @@ public:
     //
     // `elevationScale` is the height in metres that the highest value reaches; at 0 or below, paths keep the altitude
     // of their records. `withBalloons` gives each measured point a placemark. `withTimeTrack` adds tracks with time
-    // stamps. Bits of `labelFlags`: 0 names placemarks after the record, 1 after the time, 10 adds value and frequency
-    // to the record's name. `absoluteGpsAltitude` puts the path of the waypoints at their altitude, not on the ground.
-    // Bits of `sensorFlags`: 0 gyroscope and tilt, 1 compass and tilt, 2 air pressure.
+    // stamps. `labelFlags` are LabelFlags. `absoluteGpsAltitude` puts the path of the waypoints at their altitude, not
+    // on the ground. `sensorFlags` are SensorFlags.
     QDomDocument *toKml(QString documentName, float elevationScale, bool withBalloons, bool withGpsTrack,
                         bool withTimeTrack, int labelFlags, bool absoluteGpsAltitude, unsigned int sensorFlags);
 
