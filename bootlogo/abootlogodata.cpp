@@ -8,6 +8,9 @@
 #include <iterator>
 #include <limits>
 
+// The picture. Constructor and destructor are in abootlogodata_composition.cpp, with the layout that the first of them
+// writes.
+
 namespace {
 
 constexpr int kGlyphRows = 5;

@@ -82,7 +82,8 @@ public:
     //   25 pixels.
     // - settings: where what goes, see docs/formats.md; a field whose key is absent is left out. Null: the default
     //   settings of the application.
-    // - memory: what was read from the device: at 38 its firmware versions, at 31 its calibration date. Not changed.
+    // - memory: what was read from the device: at 38 its firmware versions, at 31 its calibration date, in the forms of
+    //   docs/formats.md ("Device memory"). Not changed.
     // - firmware: the firmware version; if empty that of the memory, and else the device's own.
     // - options: option bits to print beside those of the device.
     bool fromDeviceInformation(const QString &bitmapFile, QSettings *settings, AVeldoranDevice *device,

@@ -174,30 +174,27 @@ bool loadBackground(const QString &bitmapFile, ABootlogoData *logo)
 
 // --- steps of the composition, each left out if its setting is ---
 
-void writeField(const QSettings &layout, const char *key, const QString &text, ABootlogoData *logo)
+// `columnsToTheLeft` of where the setting puts it.
+void writeField(const QSettings &layout, const char *key, const QString &text, ABootlogoData *logo,
+                qint64 columnsToTheLeft = 0)
 {
     const QString position = layoutText(layout, key);
     if (position.isEmpty())
         return;
     const QPoint corner = pairFromText(position);
-    logo->writeText(corner.x(), corner.y(), text);
+    const qint64 col = corner.x() - columnsToTheLeft;
+    // What begins so far on the left ends there: no text is long enough to reach the picture.
+    if (col >= std::numeric_limits<int>::min())
+        logo->writeText(static_cast<int>(col), corner.y(), text);
 }
 
 // A long name grows leftwards, three columns a character.
-void writeModel(const QSettings &layout, const QString &model, ABootlogoData *logo)
+qint64 growthOfModel(const QString &model)
 {
     constexpr int kFittingLength = 5;
     constexpr int kColumnsPerCharacter = 3;
 
-    const QString position = layoutText(layout, kPositionModel);
-    if (position.isEmpty())
-        return;
-    const QPoint corner = pairFromText(position);
-    const qint64 shift = qint64{kColumnsPerCharacter} * std::max(0, model.size() - kFittingLength);
-    const qint64 col = corner.x() - shift;
-    // What begins so far on the left ends there: no text is long enough to reach the picture.
-    if (col >= std::numeric_limits<int>::min())
-        logo->writeText(static_cast<int>(col), corner.y(), model);
+    return qint64{kColumnsPerCharacter} * std::max(0, model.size() - kFittingLength);
 }
 
 // Costs by the part of the area that lies in the picture, whatever the setting says.
@@ -261,7 +258,7 @@ bool ABootlogoData::fromDeviceInformation(const QString &bitmapFile, QSettings *
     const QSettings &layout = settings ? *settings : m_settings;
     writeField(layout, kPositionFirmware, firmware, this);
     writeField(layout, kPositionType, typeText(device->hardwareRevision(), model), this);
-    writeModel(layout, model, this);
+    writeField(layout, kPositionModel, model, this, growthOfModel(model));
     writeField(layout, kPositionSerial, information.at(AVeldoranDevice::SerialNumber), this);
     writeField(layout, kPositionOptions, optionsText(*device, options), this);
     invertArea(layout, this);

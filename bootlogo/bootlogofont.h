@@ -6,6 +6,9 @@
 
 // The pixel font of boot logos: capitals, digits and some signs, five rows high and up to five columns wide. The
 // records are constants, complete before any code runs.
+//
+// A new glyph needs its record here and in the .cpp file and a place in font_alphabet, whose length stands in both; and
+// a new major version, since programs are linked with that length.
 
 // One glyph.
 struct FontLetter

@@ -34,7 +34,9 @@ set(AVELDORAN_PRIVATE_HEADERS
     datamanager/filenames.h
     datamanager/oldcalibrationfile.h
     datamanager/scanneddirectories.h
+    geo/balloon.h
     geo/elementmaker.h
+    geo/isotext.h
     geo/kmlpath.h
     geo/waypoint.h
     marker/aspectrummarkerlist_p.h

@@ -35,10 +35,10 @@ bool AGeoDataProcessor::loadStoredNmeaContent(AGpsLoggerDevice *device, int file
 
     // Before init(): a device that never delivers ends the intake too.
     m_nmeaTimer.setInterval(qMax(timeout, 0));
-    m_nmeaTimer.setSingleShot(true);
+    m_nmeaTimer.setSingleShot(true); // again: derived classes have the timer too
     m_nmeaTimer.start();
     if (!device->init()) {
-        m_nmeaTimer.stop();
+        m_nmeaTimer.stop(); // deliberately still connected: a later record starts it, and its end is signalled
         device->setPause(pause);
         if (device->parent() == this)
             device->deleteLater();
@@ -50,6 +50,7 @@ bool AGeoDataProcessor::loadStoredNmeaContent(AGpsLoggerDevice *device, int file
         device->setStreaming(true);
 
     const QPointer<AGeoDataProcessor> self(this); // a slot that the wait runs may delete the processor
+    // Deliberately polling: processEvents() returns at once when nothing is pending.
     while (self && m_nmeaTimer.isActive()) {
         QCoreApplication::processEvents(QEventLoop::AllEvents, kPassMs);
         QThread::yieldCurrentThread();

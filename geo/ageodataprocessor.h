@@ -45,6 +45,22 @@ public:
         AMeasurementValue average;
     };
 
+    // What placemarks are called. They have a name if any bit is set, be it one without a meaning.
+    enum LabelFlag
+    {
+        NameOfRecord = 1, // goes before the time
+        NameOfTime = 2,
+        ValueInName = 1 << 10, // adds value and frequency to the record's name
+    };
+
+    // What of the sensors has paths. Deliberately the tilt comes with the gyroscope and with the compass alike.
+    enum SensorFlag : unsigned int
+    {
+        Gyroscope = 1,
+        Compass = 2,
+        Pressure = 4,
+    };
+
     explicit AGeoDataProcessor(QObject *parent = nullptr);
     ~AGeoDataProcessor() override; // releases the waypoints
 
@@ -53,7 +69,11 @@ public:
     // Reads records in a nested event loop until none has come for `timeout` milliseconds. Then it emits
     // nmeaProcessingFinished(), and deletes every logger device among the processor's children. A `fileNumber` above 0
     // selects a file that the device has stored. False, at once and without that signal, if there is no device or its
-    // init() fails; it is deleted then if it is a child of the processor.
+    // init() fails; it is deleted then if it is a child of the processor. The loop polls, which takes one core
+    // meanwhile.
+    //
+    // After a failed init() the next record from elsewhere, as from a replay, starts the `timeout` again, and its end
+    // emits nmeaProcessingFinished().
     //
     // Sentences without a fix are no records: `timeout` has to be longer than a receiver goes without one, and than the
     // time between its fixes. Of a file a stretch without records that takes less than a second to read, some 100 MB,
@@ -108,8 +128,11 @@ public:
 
     // Reduces each sweep that has a position and values to an entry for the paths, in `unit`, or, if that is null, in
     // the unit of the first sweep's first value. Levels in a logarithmic unit are averaged in its linear counterpart.
-    // A second call appends the same sweeps again. A sweep without any level that is a number has extremes that are
-    // empty values, and as such they count for the range of the recording.
+    // If the first sweep has no values, nothing happens, whatever the others have. A sweep without any level that is a
+    // number has extremes that are empty values, and as such they count for the range of the recording.
+    //
+    // A second call appends the same sweeps again. It compares their levels, as they were measured, with the extremes
+    // of the first call, which are in the display unit already.
     void processMeasurementData(const emu_entry *unit);
 
     // KML
@@ -119,9 +142,8 @@ public:
     //
     // `elevationScale` is the height in metres that the highest value reaches; at 0 or below, paths keep the altitude
     // of their records. `withBalloons` gives each measured point a placemark. `withTimeTrack` adds tracks with time
-    // stamps. Bits of `labelFlags`: 0 names placemarks after the record, 1 after the time, 10 adds value and frequency
-    // to the record's name. `absoluteGpsAltitude` puts the path of the waypoints at their altitude, not on the ground.
-    // Bits of `sensorFlags`: 0 gyroscope and tilt, 1 compass and tilt, 2 air pressure.
+    // stamps. `labelFlags` are LabelFlags. `absoluteGpsAltitude` puts the path of the waypoints at their altitude, not
+    // on the ground. `sensorFlags` are SensorFlags.
     QDomDocument *toKml(QString documentName, float elevationScale, bool withBalloons, bool withGpsTrack,
                         bool withTimeTrack, int labelFlags, bool absoluteGpsAltitude, unsigned int sensorFlags);
 
@@ -167,7 +189,7 @@ protected:
     QTimer m_nmeaTimer;
     AMeasurementValue m_minimum;
     AMeasurementValue m_maximum;
-    bool m_mdrRunning = false;
+    bool m_mdrRunning = false; // a replay runs; for derived classes, this one doesn't read it
 
 private:
     Q_DISABLE_COPY(AGeoDataProcessor)

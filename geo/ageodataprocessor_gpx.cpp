@@ -227,12 +227,13 @@ std::vector<Track> tracksOf(const QDomDocument &document, PointTexts *firstPoint
 }
 
 // 0 if it is none.
-float number(const QString &text)
+float numberFrom(const QString &text)
 {
     return static_cast<float>(text.toDouble());
 }
 
-// Makes the records of points. Points within points may share their texts, of any length, so each is converted once.
+// Makes the records of points. Points within points may share their texts, of any length, so each is converted once:
+// whether two share their data is known at once, whether they are equal only at their end.
 class RecordMaker
 {
 public:
@@ -242,7 +243,7 @@ public:
     {
         if (!point.texts[Elevation].isSharedWith(m_elevationText)) {
             m_elevationText = point.texts[Elevation];
-            m_elevation = number(m_elevationText);
+            m_elevation = numberFrom(m_elevationText);
         }
         if (!point.texts[Time].isSharedWith(m_timeText)) {
             m_timeText = point.texts[Time];
@@ -250,8 +251,8 @@ public:
             m_time.setTimeSpec(Qt::UTC); // keeps the clock reading, whatever its offset
         }
         AGeoData record;
-        record.latitude = number(point.element.attribute(QStringLiteral("lat")));
-        record.longitude = number(point.element.attribute(QStringLiteral("lon")));
+        record.latitude = numberFrom(point.element.attribute(QStringLiteral("lat")));
+        record.longitude = numberFrom(point.element.attribute(QStringLiteral("lon")));
         record.altitude = m_elevation;
         record.recordName = point.texts[Name];
         record.description = point.texts[Description];

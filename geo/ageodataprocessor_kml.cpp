@@ -14,7 +14,7 @@
 
 namespace {
 
-constexpr int kValueInName = 1 << 10; // of the label flags
+const QLatin1String kAboveGround("relativeToGround");
 
 struct LineStyle
 {
@@ -27,14 +27,6 @@ constexpr LineStyle kLineStyles[] = {
     {"lineYellow", "ffff00ff"}, {"linePink", "ffffaaff"}, {"lineGrey", "aaaaaaff"},
 };
 
-// Deliberately tilt comes with the compass and with the gyroscope alike.
-enum SensorFlag : unsigned int
-{
-    Gyroscope = 1,
-    Compass = 2,
-    Pressure = 4,
-};
-
 struct SensorPath
 {
     const char *name;
@@ -44,16 +36,20 @@ struct SensorPath
 };
 
 const SensorPath kSensorPaths[] = {
-    {"Compass Heading", "#linePink", Compass,
+    {"Compass Heading", "#linePink", AGeoDataProcessor::Compass,
      [](const AGeoData &record) { return static_cast<float>(record.estimateHeading(true)); }},
-    {"Tilt X-Axis (Pitch)", "#lineRed", Compass | Gyroscope,
+    {"Tilt X-Axis (Pitch)", "#lineRed", AGeoDataProcessor::Compass | AGeoDataProcessor::Gyroscope,
      [](const AGeoData &record) { return record.convertTiltToDegree().x(); }},
-    {"Tilt Y-Axis (Roll)", "#lineBlue", Compass | Gyroscope,
+    {"Tilt Y-Axis (Roll)", "#lineBlue", AGeoDataProcessor::Compass | AGeoDataProcessor::Gyroscope,
      [](const AGeoData &record) { return record.convertTiltToDegree().y(); }},
-    {"Gyro X-Axis", "#lineRed", Gyroscope, [](const AGeoData &record) { return record.convertGyroToDegree().x(); }},
-    {"Gyro Y-Axis", "#lineBlue", Gyroscope, [](const AGeoData &record) { return record.convertGyroToDegree().y(); }},
-    {"Gyro Z-Axis", "#lineYellow", Gyroscope, [](const AGeoData &record) { return record.convertGyroToDegree().z(); }},
-    {"Air Pressure", "#lineBlue", Pressure, [](const AGeoData &record) { return record.airPressure; }},
+    {"Gyro X-Axis", "#lineRed", AGeoDataProcessor::Gyroscope,
+     [](const AGeoData &record) { return record.convertGyroToDegree().x(); }},
+    {"Gyro Y-Axis", "#lineBlue", AGeoDataProcessor::Gyroscope,
+     [](const AGeoData &record) { return record.convertGyroToDegree().y(); }},
+    {"Gyro Z-Axis", "#lineYellow", AGeoDataProcessor::Gyroscope,
+     [](const AGeoData &record) { return record.convertGyroToDegree().z(); }},
+    {"Air Pressure", "#lineBlue", AGeoDataProcessor::Pressure,
+     [](const AGeoData &record) { return record.airPressure; }},
 };
 
 // The points of one path, released with it.
@@ -81,25 +77,84 @@ QString iconAddress()
     return host + QLatin1String("/mapfiles/kml/pal3/icon61.png");
 }
 
-QDomElement dataPointStyle(ElementMaker make)
+QDomElement dataPointStyle(ElementMaker maker)
 {
-    QDomElement style = make.make(QStringLiteral("Style"));
+    QDomElement style = maker.create(QStringLiteral("Style"));
     style.setAttribute(QStringLiteral("id"), QStringLiteral("dataPoint"));
-    QDomElement iconStyle = make.append(&style, QStringLiteral("IconStyle"));
-    QDomElement icon = make.append(&iconStyle, QStringLiteral("Icon"));
-    make.appendText(&icon, QStringLiteral("href"), iconAddress());
+    QDomElement iconStyle = maker.append(&style, QStringLiteral("IconStyle"));
+    QDomElement icon = maker.append(&iconStyle, QStringLiteral("Icon"));
+    maker.appendText(&icon, QStringLiteral("href"), iconAddress());
     return style;
 }
 
-// The points of this folder weren't measured.
-void renameWaypoints(const QDomElement &folder)
+// What every document begins with before its styles. Returns the element that the rest goes into.
+QDomElement beginDocument(QDomDocument *kml, const QString &name)
 {
-    for (QDomElement child = folder.firstChildElement(); !child.isNull(); child = child.nextSiblingElement()) {
-        QDomNode text = child.firstChildElement(QStringLiteral("name")).firstChild();
-        if (text.nodeValue().startsWith(QLatin1String("Measurement")))
-            text.setNodeValue(text.nodeValue().replace(QLatin1String("Measurement "), QLatin1String("GPS ")));
-    }
+    kml->setContent(QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                                   "<kml xmlns=\"http://www.opengis.net/kml/2.2\" "
+                                   "xmlns:gx=\"http://www.google.com/kml/ext/2.2\">\n"
+                                   "<Document>\n</Document>\n</kml>"));
+    QDomElement top = kml->documentElement().firstChildElement();
+    ElementMaker maker(kml);
+    maker.appendText(&top, QStringLiteral("name"), name);
+    maker.appendText(&top, QStringLiteral("open"), QStringLiteral("1"));
+    return top;
 }
+
+// The paths along the measured points, which share the texts of their places and times.
+class MeasuredPaths
+{
+public:
+    using Entries = QList<AGeoDataProcessor::KmlRelevantData>;
+
+    MeasuredPaths(QDomDocument *kml, const AGeoDataProcessor *processor, const Entries &entries)
+        : m_kml(kml)
+        , m_processor(processor)
+        , m_entries(entries)
+        , m_texts(static_cast<std::size_t>(entries.size()))
+    {}
+
+    // `pointOf` makes a new point of the entry of a number.
+    template<typename PointOf>
+    QDomElement folder(const KmlPath &path, PointOf pointOf)
+    {
+        Points points;
+        points.list.reserve(m_entries.size());
+        for (int i = 0; i < m_entries.size(); ++i)
+            points.list.append(pointOf(i));
+        return kmlPathFolder(m_kml, path, points.list, &m_texts);
+    }
+
+    // Each sensor fills the whole height, from its own lowest value to its own highest. There is an entry.
+    QDomElement sensorFolder(const SensorPath &sensor, float elevationScale)
+    {
+        std::vector<float> values;
+        values.reserve(static_cast<std::size_t>(m_entries.size()));
+        std::transform(m_entries.cbegin(), m_entries.cend(), std::back_inserter(values),
+                       [&sensor](const Entries::value_type &entry) { return sensor.value(entry.geoData); });
+        float lowest = values.front();
+        float highest = values.front();
+        for (const float value : values) {
+            lowest = value < lowest ? value : lowest; // a first value that is NaN stays
+            highest = value > highest ? value : highest;
+        }
+        KmlPath path;
+        path.name = QLatin1String(sensor.name);
+        path.styleUrl = QLatin1String(sensor.style);
+        path.altitudeMode = kAboveGround;
+        path.elevationScale = elevationScale;
+        return folder(path, [&](int i) {
+            return m_processor->completeWaypoint(m_entries.at(i).geoData, values[static_cast<std::size_t>(i)],
+                                                 elevationScale, lowest, highest);
+        });
+    }
+
+private:
+    QDomDocument *m_kml;
+    const AGeoDataProcessor *m_processor;
+    const Entries &m_entries;
+    std::vector<KmlPointTexts> m_texts;
+};
 
 } // namespace
 
@@ -110,74 +165,46 @@ QDomDocument *AGeoDataProcessor::toKml(QString documentName, float elevationScal
 {
     auto document = std::make_unique<QDomDocument>();
     QDomDocument *const kml = document.get();
-    kml->setContent(QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-                                   "<kml xmlns=\"http://www.opengis.net/kml/2.2\" "
-                                   "xmlns:gx=\"http://www.google.com/kml/ext/2.2\">\n"
-                                   "<Document>\n</Document>\n</kml>"));
-    QDomElement top = kml->documentElement().firstChildElement();
-    ElementMaker make(kml);
-    make.appendText(&top, QStringLiteral("name"), documentName);
-    make.appendText(&top, QStringLiteral("open"), QStringLiteral("1"));
+    QDomElement top = beginDocument(kml, documentName);
     for (const LineStyle &style : kLineStyles)
         top.appendChild(createStyleElement(kml, QLatin1String(style.id), QLatin1String(style.color), -1));
-    top.appendChild(dataPointStyle(make));
+    top.appendChild(dataPointStyle(ElementMaker(kml)));
+
+    KmlPath path;
+    path.withTimeTrack = withTimeTrack;
+    path.labelFlags = labelFlags;
+    path.elevationScale = elevationScale;
 
     if (withGpsTrack) {
-        const QDomElement folder =
-            addKmlPath(kml, QStringLiteral("Original GPS Data"), m_waypoints.values(), QStringLiteral("#lineGreen"),
-                       absoluteGpsAltitude ? QStringLiteral("absolute") : QStringLiteral("clampToGround"),
-                       withTimeTrack, labelFlags, elevationScale);
-        renameWaypoints(folder);
-        top.appendChild(folder);
+        KmlPath track = path;
+        track.name = QStringLiteral("Original GPS Data");
+        track.styleUrl = QStringLiteral("#lineGreen");
+        track.altitudeMode = absoluteGpsAltitude ? QStringLiteral("absolute") : QStringLiteral("clampToGround");
+        track.waypointsName = QStringLiteral("GPS Waypoints");
+        std::vector<KmlPointTexts> texts(static_cast<std::size_t>(m_waypoints.size()));
+        top.appendChild(kmlPathFolder(kml, track, m_waypoints.values(), &texts));
     }
 
-    const QString aboveGround = QStringLiteral("relativeToGround");
-    const bool valueInName = labelFlags & kValueInName;
-    std::vector<KmlPointTexts> texts(static_cast<std::size_t>(m_kmlData.size())); // of all paths along the entries
-    const auto addMeasured = [&](const char *label, const char *style, AMeasurementValue KmlRelevantData::*value,
-                                 bool withFrequency) {
-        Points points;
-        points.list.reserve(m_kmlData.size());
-        for (const KmlRelevantData &entry : qAsConst(m_kmlData)) {
-            points.list.append(completeWaypoint(entry.geoData, entry.*value, QLatin1String(label), withFrequency,
-                                                elevationScale, !withBalloons, valueInName));
-        }
-        const KmlPath path{QLatin1String(label) + QLatin1String(" Values"),
-                           QLatin1String(style),
-                           aboveGround,
-                           withTimeTrack,
-                           labelFlags,
-                           elevationScale};
-        top.appendChild(kmlPathFolder(kml, path, points.list, &texts));
+    path.altitudeMode = kAboveGround;
+    const bool valueInName = labelFlags & ValueInName;
+    MeasuredPaths paths(kml, this, m_kmlData);
+    const auto addLevels = [&](const char *label, const char *style, AMeasurementValue KmlRelevantData::*value,
+                               bool withFrequency) {
+        path.name = QLatin1String(label) + QLatin1String(" Values");
+        path.styleUrl = QLatin1String(style);
+        top.appendChild(paths.folder(path, [&](int i) {
+            const KmlRelevantData &entry = m_kmlData.at(i);
+            return completeWaypoint(entry.geoData, entry.*value, QLatin1String(label), withFrequency, elevationScale,
+                                    !withBalloons, valueInName);
+        }));
     };
-    addMeasured("Maximum", "#lineRed", &KmlRelevantData::maximum, true);
-    addMeasured("Average", "#lineYellow", &KmlRelevantData::average, false);
-    addMeasured("Minimum", "#lineBlue", &KmlRelevantData::minimum, true);
+    addLevels("Maximum", "#lineRed", &KmlRelevantData::maximum, true);
+    addLevels("Average", "#lineYellow", &KmlRelevantData::average, false);
+    addLevels("Minimum", "#lineBlue", &KmlRelevantData::minimum, true);
 
-    if (m_kmlData.isEmpty())
-        return document.release();
     for (const SensorPath &sensor : kSensorPaths) {
-        if (!(sensorFlags & sensor.flags))
-            continue;
-        std::vector<float> values;
-        values.reserve(static_cast<std::size_t>(m_kmlData.size()));
-        std::transform(m_kmlData.cbegin(), m_kmlData.cend(), std::back_inserter(values),
-                       [&sensor](const KmlRelevantData &entry) { return sensor.value(entry.geoData); });
-        float lowest = values.front();
-        float highest = values.front();
-        for (const float value : values) {
-            lowest = value < lowest ? value : lowest; // a first value that is NaN stays
-            highest = value > highest ? value : highest;
-        }
-        Points points;
-        points.list.reserve(m_kmlData.size());
-        for (int i = 0; i < m_kmlData.size(); ++i) {
-            points.list.append(completeWaypoint(m_kmlData.at(i).geoData, values[static_cast<std::size_t>(i)],
-                                                elevationScale, lowest, highest));
-        }
-        const KmlPath path{
-            QLatin1String(sensor.name), QLatin1String(sensor.style), aboveGround, false, 0, elevationScale};
-        top.appendChild(kmlPathFolder(kml, path, points.list, &texts));
+        if (!m_kmlData.isEmpty() && sensorFlags & sensor.flags)
+            top.appendChild(paths.sensorFolder(sensor, elevationScale));
     }
     return document.release();
 }

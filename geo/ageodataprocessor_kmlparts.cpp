@@ -1,40 +1,19 @@
 #include "geo/ageodataprocessor.h"
 
-#include "core/emsi.h"
-#include "core/emu.h"
+#include "geo/balloon.h"
 #include "geo/elementmaker.h"
 #include "geo/kmlpath.h"
 
 #include <memory>
 #include <vector>
 
-// The parts of which toKml() assembles a document: a colour, a point, a path.
+// What a document is built of: a colour, a point, and a path, whose elements kmlpath.h makes.
 
 namespace {
 
 QString frequencyText(const AMeasurementValue &value)
 {
     return value.frequency.formatString(QStringLiteral("%L1 %2"), AFrequency::NoUnit, 0, 'f', -1);
-}
-
-// The row of the value, a linear one with a prefix.
-QString valueRow(const AMeasurementValue &value, const QString &label)
-{
-    constexpr double kScaledBelow = 5000.0;
-    constexpr int kDecimals = 3;
-
-    double level = value.level;
-    QString unitText;
-    if (const emu_entry *unit = emu_find(value.unit)) {
-        const emsi_unit *scale = unit->logarithmic ? nullptr : emsi_find_scale(level, kScaledBelow);
-        if (scale) {
-            level = static_cast<double>(level / scale->factor);
-            unitText = QString::fromUcs4(scale->prefix);
-        }
-        unitText += QString::fromUcs4(unit->name);
-    }
-    return QStringLiteral("<tr><td>%1 Value:</td><td>%2 %3</td></tr>\n")
-        .arg(label, QString::number(level, 'f', kDecimals), unitText);
 }
 
 } // namespace
@@ -51,15 +30,15 @@ QDomElement AGeoDataProcessor::createStyleElement(QDomDocument *document, QStrin
     const QString halfAlpha =
         QStringLiteral("%1").arg(alpha.toUInt(nullptr, kHexadecimal) >> 1, 2, kHexadecimal, QLatin1Char('0'));
 
-    ElementMaker make(document);
-    QDomElement style = make.make(QStringLiteral("Style"));
+    ElementMaker maker(document);
+    QDomElement style = maker.create(QStringLiteral("Style"));
     style.setAttribute(QStringLiteral("id"), id);
-    QDomElement line = make.append(&style, QStringLiteral("LineStyle"));
-    make.appendText(&line, QStringLiteral("color"), alpha + blueGreenRed);
+    QDomElement line = maker.append(&style, QStringLiteral("LineStyle"));
+    maker.appendText(&line, QStringLiteral("color"), alpha + blueGreenRed);
     if (width >= 0)
-        make.appendText(&line, QStringLiteral("width"), QString::number(width));
-    QDomElement curtain = make.append(&style, QStringLiteral("PolyStyle"));
-    make.appendText(&curtain, QStringLiteral("color"), halfAlpha + blueGreenRed);
+        maker.appendText(&line, QStringLiteral("width"), QString::number(width));
+    QDomElement curtain = maker.append(&style, QStringLiteral("PolyStyle"));
+    maker.appendText(&curtain, QStringLiteral("color"), halfAlpha + blueGreenRed);
     return style;
 }
 
@@ -72,10 +51,7 @@ AGeoData *AGeoDataProcessor::completeWaypoint(const AGeoData &record, const AMea
     if (withoutBalloon) {
         point->description.clear();
     } else {
-        point->description += valueRow(value, label);
-        if (withFrequency)
-            point->description += QStringLiteral("<tr><td>Frequency:</td><td>%1</td></tr>\n").arg(frequency);
-        point->description += QLatin1String("</table>\n");
+        closeBalloon(&point->description, value, label, withFrequency ? frequency : QString());
         if (!point->recordName.endsWith(label))
             point->recordName += QLatin1Char(' ') + label;
     }
@@ -105,8 +81,14 @@ QDomElement AGeoDataProcessor::addKmlPath(QDomDocument *document, QString name, 
     if (!document)
         return {};
     std::vector<KmlPointTexts> texts(static_cast<std::size_t>(points.size()));
-    return kmlPathFolder(document, {name, styleUrl, altitudeMode, withTimeTrack, labelFlags, elevationScale}, points,
-                         &texts);
+    KmlPath path;
+    path.name = name;
+    path.styleUrl = styleUrl;
+    path.altitudeMode = altitudeMode;
+    path.withTimeTrack = withTimeTrack;
+    path.labelFlags = labelFlags;
+    path.elevationScale = elevationScale;
+    return kmlPathFolder(document, path, points, &texts);
 }
 
 // NOLINTEND(performance-unnecessary-value-param)

@@ -6,18 +6,20 @@
 #include "core/astoragelocation.h"
 #include "core/aveldorandevice.h"
 #include "core/emu.h"
+#include "geo/balloon.h"
+#include "geo/isotext.h"
 #include "geo/waypoint.h"
 
 #include <QtCore/QFile>
 #include <QtCore/QPointer>
-#include <QtCore/QSettings>
+#include <QtCore/QVariant>
 
 namespace {
 
-ASweepProcessor::PeakSuppressionMode peakSuppressionMode(const QSettings &settings, const AVeldoranDevice *device)
+ASweepProcessor::PeakSuppressionMode peakSuppressionMode(const AVeldoranDevice *device)
 {
-    const auto isSet = [&settings](const char *key) {
-        return settings.value(QLatin1String("SweepProcessor/") + QLatin1String(key), false).toBool();
+    const auto isSet = [](const char *key) {
+        return ASettings::value(QLatin1String("SweepProcessor/") + QLatin1String(key), false).toBool();
     };
     const bool knowsNoiseFloor = device && device->hasCapability(AVeldoranDevice::NoiseFloorSuppression);
     if (isSet("PeakSuppressionCustom"))
@@ -41,38 +43,29 @@ AMeasurementValue averageOf(const QList<AMeasurementValue> &values, const emu_en
     return average.convertTo(unit);
 }
 
-// The table stays open for the rows of the value.
-QString openBalloon(const AGeoData &record, float heading)
-{
-    const auto row = [](const char *format, float value, char form) {
-        return QString::fromLatin1(format).arg(static_cast<double>(value), 0, form, -1);
-    };
-    QString text = balloonOfTime(record.recordTime) +
-                   row("<tr><td>Latitude:</td><td>%1</td></tr>\n", record.latitude, 'f') +
-                   row("<tr><td>Longitude:</td><td>%1</td></tr>\n", record.longitude, 'f');
-    if (heading != 0.0F)
-        text += row("<tr><td>Compass Heading:</td><td>%1 &deg;</td></tr>\n", heading, 'g');
-    return text;
-}
-
 } // namespace
 
 bool AGeoDataProcessor::processMdrData(AMdrDocument *document)
 {
+    constexpr bool kWithPositions = true;
+    constexpr bool kInALoop = false;
+    constexpr int kUnpaced = -1;
+    constexpr int kFirstSweep = -1;
+    constexpr int kLastSweep = -1;
+
     if (!document || document->sweepCount() < 1)
         return false;
-    auto *replay = new AReplayProcessor(document, this, true);
-    const QSettings &settings = *ASettings::applicationSettings();
+    auto *replay = new AReplayProcessor(document, this, kWithPositions);
 
-    const QString file = settings.value(QStringLiteral("SweepProcessor/PeakSuppressionFile")).toString();
+    const QString file = ASettings::value(QStringLiteral("SweepProcessor/PeakSuppressionFile")).toString();
     if (!file.isEmpty() && QFile::exists(AStorageLocation::dataFilename(file, true)))
         replay->setPeakSuppression(file, true); // by its name: the processor resolves it itself
-    replay->setPeakSuppression(peakSuppressionMode(settings, replay->device()));
+    replay->setPeakSuppression(peakSuppressionMode(replay->device()));
 
     connect(replay, &AReplayProcessor::gpsData, this, &AGeoDataProcessor::addNmeaRecord);
     connect(replay, &AReplayProcessor::sweepFinished, this, &AGeoDataProcessor::addSweep);
     connect(replay, &AReplayProcessor::playbackStopped, this, &AGeoDataProcessor::mdrFinished);
-    replay->startPlayback(-1, false, -1, -1);
+    replay->startPlayback(kUnpaced, kInALoop, kFirstSweep, kLastSweep);
     m_mdrRunning = true;
     return true;
 }
@@ -124,6 +117,7 @@ int AGeoDataProcessor::assignWaypoints(int tolerance)
 
 void AGeoDataProcessor::processMeasurementData(const emu_entry *unit)
 {
+    // Deliberately for all: without a value in the first sweep the others aren't looked at.
     if (m_sweeps.isEmpty() || m_sweeps.first().values.isEmpty())
         return;
     if (!unit)

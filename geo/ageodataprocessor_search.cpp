@@ -62,6 +62,7 @@ AGeoData *AGeoDataProcessor::findWaypoint(const QDateTime &start, const QDateTim
 
 const std::vector<AGeoDataProcessor::WaypointKey> &AGeoDataProcessor::waypointKeys() const
 {
+    // No flag would do: derived classes have the map too. Whoever changes it parts it from the copy.
     if (!m_keyedWaypoints.isSharedWith(m_waypoints)) {
         m_keyedWaypoints = m_waypoints;
         m_keys.clear();

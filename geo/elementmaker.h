@@ -11,10 +11,10 @@ public:
     explicit ElementMaker(QDomDocument *document)
         : m_document(document)
     {}
-    QDomElement make(const QString &name) { return m_document->createElement(name); }
+    QDomElement create(const QString &name) { return m_document->createElement(name); }
     QDomElement append(QDomElement *parent, const QString &name)
     {
-        QDomElement element = make(name);
+        QDomElement element = create(name);
         parent->appendChild(element);
         return element;
     }

@@ -1,8 +1,9 @@
 #include "geo/kmlpath.h"
 
 #include "core/ageodata.h"
+#include "geo/ageodataprocessor.h"
 #include "geo/elementmaker.h"
-#include "geo/waypoint.h"
+#include "geo/isotext.h"
 
 #include <QtCore/QStringBuilder>
 
@@ -55,17 +56,17 @@ private:
     QString m_text;
 };
 
-QDomElement appendLine(ElementMaker make, QDomElement *placemark, const QString &altitudeMode)
+QDomElement appendLine(ElementMaker maker, QDomElement *placemark, const QString &altitudeMode)
 {
-    QDomElement line = make.append(placemark, QStringLiteral("LineString"));
-    make.appendText(&line, QStringLiteral("extrude"), QStringLiteral("1"));
-    make.appendText(&line, QStringLiteral("tessellate"), QStringLiteral("1"));
-    make.appendText(&line, QStringLiteral("altitudeMode"), altitudeMode);
+    QDomElement line = maker.append(placemark, QStringLiteral("LineString"));
+    maker.appendText(&line, QStringLiteral("extrude"), QStringLiteral("1"));
+    maker.appendText(&line, QStringLiteral("tessellate"), QStringLiteral("1"));
+    maker.appendText(&line, QStringLiteral("altitudeMode"), altitudeMode);
     return line;
 }
 
 // The ceiling of paths without waypoints.
-void appendGreyLine(ElementMaker make, QDomElement *folder, const KmlPath &path, const QList<AGeoData *> &points,
+void appendGreyLine(ElementMaker maker, QDomElement *folder, const KmlPath &path, const QList<AGeoData *> &points,
                     std::vector<KmlPointTexts> *texts)
 {
     const KmlPointTexts::Height ceiling = heightTexts(path.elevationScale);
@@ -76,37 +77,31 @@ void appendGreyLine(ElementMaker make, QDomElement *folder, const KmlPath &path,
             curtain.addPoint(text->longitude(*point), text->latitude(*point), ceiling);
         ++text;
     }
-    QDomElement placemark = make.append(folder, QStringLiteral("Placemark"));
-    make.appendText(&placemark, QStringLiteral("name"), QStringLiteral("Maximum"));
-    make.appendText(&placemark, QStringLiteral("styleUrl"), QStringLiteral("#lineGrey"));
-    QDomElement line = appendLine(make, &placemark, path.altitudeMode);
-    make.appendText(&line, QStringLiteral("coordinates"), curtain.text());
+    QDomElement placemark = maker.append(folder, QStringLiteral("Placemark"));
+    maker.appendText(&placemark, QStringLiteral("name"), QStringLiteral("Maximum"));
+    maker.appendText(&placemark, QStringLiteral("styleUrl"), QStringLiteral("#lineGrey"));
+    QDomElement line = appendLine(maker, &placemark, path.altitudeMode);
+    maker.appendText(&line, QStringLiteral("coordinates"), curtain.text());
 }
 
-void appendWaypoint(ElementMaker make, QDomElement *folder, const KmlPath &path, const AGeoData &point,
+void appendWaypoint(ElementMaker maker, QDomElement *folder, const KmlPath &path, const AGeoData &point,
                     KmlPointTexts *texts)
 {
-    enum LabelFlag
-    {
-        NameOfRecord = 1,
-        NameOfTime = 2,
-    };
-
-    QDomElement waypoint = make.append(folder, QStringLiteral("Placemark"));
-    make.appendText(&waypoint, QStringLiteral("visibility"), QStringLiteral("0"));
+    QDomElement waypoint = maker.append(folder, QStringLiteral("Placemark"));
+    maker.appendText(&waypoint, QStringLiteral("visibility"), QStringLiteral("0"));
     if (path.labelFlags != 0) {
-        make.appendText(&waypoint, QStringLiteral("name"),
-                        path.labelFlags & NameOfRecord ? point.recordName
-                        : path.labelFlags & NameOfTime ? texts->time(point)
-                                                       : QString());
+        maker.appendText(&waypoint, QStringLiteral("name"),
+                         path.labelFlags & AGeoDataProcessor::NameOfRecord ? point.recordName
+                         : path.labelFlags & AGeoDataProcessor::NameOfTime ? texts->time(point)
+                                                                           : QString());
     }
-    make.appendText(&waypoint, QStringLiteral("description"), point.description);
-    make.appendText(&waypoint, QStringLiteral("styleUrl"), QStringLiteral("#dataPoint"));
-    QDomElement position = make.append(&waypoint, QStringLiteral("Point"));
-    make.appendText(&position, QStringLiteral("coordinates"),
-                    texts->longitude(point) % QLatin1Char(',') % texts->latitude(point) % QLatin1Char(',') %
-                        texts->height(point).bottom);
-    make.appendText(&position, QStringLiteral("altitudeMode"), path.altitudeMode);
+    maker.appendText(&waypoint, QStringLiteral("description"), point.description);
+    maker.appendText(&waypoint, QStringLiteral("styleUrl"), QStringLiteral("#dataPoint"));
+    QDomElement position = maker.append(&waypoint, QStringLiteral("Point"));
+    maker.appendText(&position, QStringLiteral("coordinates"),
+                     texts->longitude(point) % QLatin1Char(',') % texts->latitude(point) % QLatin1Char(',') %
+                         texts->height(point).bottom);
+    maker.appendText(&position, QStringLiteral("altitudeMode"), path.altitudeMode);
 }
 
 } // namespace
@@ -145,24 +140,24 @@ const KmlPointTexts::Height &KmlPointTexts::height(const AGeoData &point)
 QDomElement kmlPathFolder(QDomDocument *document, const KmlPath &path, const QList<AGeoData *> &points,
                           std::vector<KmlPointTexts> *texts)
 {
-    ElementMaker make(document);
-    QDomElement folder = make.make(QStringLiteral("Folder"));
-    make.appendText(&folder, QStringLiteral("name"), path.name);
-    make.appendText(&folder, QStringLiteral("open"), QStringLiteral("1"));
-    QDomElement placemark = make.append(&folder, QStringLiteral("Placemark"));
-    make.appendText(&placemark, QStringLiteral("name"), QStringLiteral("Elevation Profile"));
-    make.appendText(&placemark, QStringLiteral("styleUrl"), path.styleUrl);
+    ElementMaker maker(document);
+    QDomElement folder = maker.create(QStringLiteral("Folder"));
+    maker.appendText(&folder, QStringLiteral("name"), path.name);
+    maker.appendText(&folder, QStringLiteral("open"), QStringLiteral("1"));
+    QDomElement placemark = maker.append(&folder, QStringLiteral("Placemark"));
+    maker.appendText(&placemark, QStringLiteral("name"), QStringLiteral("Elevation Profile"));
+    maker.appendText(&placemark, QStringLiteral("styleUrl"), path.styleUrl);
     QDomElement track;
     if (path.withTimeTrack) {
-        track = make.append(&placemark, QStringLiteral("gx:Track"));
-        make.appendText(&track, QStringLiteral("extrude"), QStringLiteral("1"));
-        make.appendText(&track, QStringLiteral("altitudeMode"), path.altitudeMode);
+        track = maker.append(&placemark, QStringLiteral("gx:Track"));
+        maker.appendText(&track, QStringLiteral("extrude"), QStringLiteral("1"));
+        maker.appendText(&track, QStringLiteral("altitudeMode"), path.altitudeMode);
     }
-    QDomElement line = appendLine(make, &placemark, path.altitudeMode);
+    QDomElement line = appendLine(maker, &placemark, path.altitudeMode);
 
-    QDomElement waypoints = make.make(QStringLiteral("Folder"));
-    make.appendText(&waypoints, QStringLiteral("name"), QStringLiteral("Measurement Waypoints"));
-    make.appendText(&waypoints, QStringLiteral("visibility"), QStringLiteral("0"));
+    QDomElement waypoints = maker.create(QStringLiteral("Folder"));
+    maker.appendText(&waypoints, QStringLiteral("name"), path.waypointsName);
+    maker.appendText(&waypoints, QStringLiteral("visibility"), QStringLiteral("0"));
 
     bool hasWaypoints = false;
     Curtain curtain;
@@ -176,19 +171,19 @@ QDomElement kmlPathFolder(QDomDocument *document, const KmlPath &path, const QLi
         const KmlPointTexts::Height &height = pointTexts.height(*point);
         curtain.addPoint(longitude, latitude, height);
         if (path.withTimeTrack) {
-            make.appendText(&track, QStringLiteral("when"), pointTexts.time(*point));
-            make.appendText(&track, QStringLiteral("gx:coord"),
-                            longitude % QLatin1Char(' ') % latitude % QLatin1Char(' ') % height.bottom);
+            maker.appendText(&track, QStringLiteral("when"), pointTexts.time(*point));
+            maker.appendText(&track, QStringLiteral("gx:coord"),
+                             longitude % QLatin1Char(' ') % latitude % QLatin1Char(' ') % height.bottom);
         }
         if (!point->description.isEmpty()) {
             hasWaypoints = true;
-            appendWaypoint(make, &waypoints, path, *point, &pointTexts);
+            appendWaypoint(maker, &waypoints, path, *point, &pointTexts);
         }
     }
     if (hasWaypoints)
         folder.appendChild(waypoints);
     else
-        appendGreyLine(make, &folder, path, points, texts);
-    make.appendText(&line, QStringLiteral("coordinates"), curtain.text());
+        appendGreyLine(maker, &folder, path, points, texts);
+    maker.appendText(&line, QStringLiteral("coordinates"), curtain.text());
     return folder;
 }

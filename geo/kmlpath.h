@@ -44,6 +44,7 @@ struct KmlPath
     bool withTimeTrack = false;
     int labelFlags = 0;
     float elevationScale = 0.0F;
+    QString waypointsName = QStringLiteral("Measurement Waypoints"); // of the folder of placemarks
 };
 
 // A new "Folder". There are as many texts as points; an entry that is null is passed over.

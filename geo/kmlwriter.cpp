@@ -95,7 +95,7 @@ private:
 };
 
 // Walks a document and writes it with the white space of QDomDocument::save(): every node but a text begins a line,
-// unless a text is beside it.
+// unless a text is beside it. The writer of core's files, writeXmlDocument(), gives other bytes, all in memory.
 class DocumentWriter
 {
 public:

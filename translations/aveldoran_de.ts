@@ -36,7 +36,7 @@
     </message>
     <message>
         <source>Gain</source>
-        <translation>Verstärkung</translation>
+        <translation>Gewinn/Verstärkung</translation>
     </message>
 </context>
 <context>
@@ -79,11 +79,11 @@
     </message>
     <message>
         <source>Auto Channel Definition</source>
-        <translation>Automatische Kanäle</translation>
+        <translation>Automatische Kanaldefinition</translation>
     </message>
     <message>
         <source>Mirror Entry Freq</source>
-        <translation>Spiegelfrequenz</translation>
+        <translation>Beginn der Spiegelung</translation>
     </message>
 </context>
 <context>
@@ -284,7 +284,7 @@
     </message>
     <message>
         <source>The profile has no id</source>
-        <translation>Das Profil hat keine Kennung (id)</translation>
+        <translation>Das Profil hat keine ID (id)</translation>
     </message>
     <message>
         <source>The end lies below the begin</source>
@@ -318,7 +318,7 @@
     <name>ATriggerActionListModel</name>
     <message>
         <source>Action Type</source>
-        <translation>Art der Aktion</translation>
+        <translation>Aktionstyp</translation>
     </message>
     <message>
         <source>Message Text, Command Line, Audio File or Screenshot target</source>
@@ -388,11 +388,11 @@
     </message>
     <message>
         <source>expected a known type in brackets and a label</source>
-        <translation>erwartet werden ein bekannter Typ in Klammern und ein Name</translation>
+        <translation>erwartet werden ein bekannter Typ in Klammern und eine Bezeichnung (label)</translation>
     </message>
     <message>
         <source>expected &apos;[type] label&apos; before the first entry</source>
-        <translation>vor dem ersten Eintrag wird &apos;[Typ] Name&apos; erwartet</translation>
+        <translation>vor dem ersten Eintrag wird &apos;[Typ] Bezeichnung&apos; erwartet</translation>
     </message>
     <message>
         <source>expected a frequency and a gain</source>
@@ -408,11 +408,11 @@
     </message>
     <message>
         <source>expected a label and a known type, the same in all rows of an object</source>
-        <translation>erwartet werden ein Name und ein bekannter Typ, in allen Zeilen eines Objekts dieselben</translation>
+        <translation>erwartet werden eine Bezeichnung (label) und ein bekannter Typ, in allen Zeilen eines Objekts dieselben</translation>
     </message>
     <message>
         <source>expected &apos;&lt;&apos;, &apos;caldata 1&apos;, &apos;[type] label&apos;, or the names of columns with &apos;frequency&apos; and &apos;gain&apos; among them</source>
-        <translation>erwartet wird &apos;&lt;&apos;, &apos;caldata 1&apos;, &apos;[Typ] Name&apos; oder die Namen von Spalten, darunter &apos;frequency&apos; und &apos;gain&apos;</translation>
+        <translation>erwartet wird &apos;&lt;&apos;, &apos;caldata 1&apos;, &apos;[Typ] Bezeichnung&apos; oder die Namen von Spalten, darunter &apos;frequency&apos; und &apos;gain&apos;</translation>
     </message>
     <message>
         <source>expected a row with each quote closed</source>
@@ -424,7 +424,7 @@
     </message>
     <message>
         <source>expected &lt;calibration&gt; with a label and a known type</source>
-        <translation>erwartet wird &lt;calibration&gt; mit einem Namen und einem bekannten Typ</translation>
+        <translation>erwartet wird &lt;calibration&gt; mit einer Bezeichnung (label) und einem bekannten Typ</translation>
     </message>
     <message>
         <source>expected &lt;level&gt; with a frequency and a gain</source>
@@ -575,7 +575,7 @@
     </message>
     <message>
         <source>Every model and delegate of the library, with live data.</source>
-        <translation>Alle Modelle und Delegates der Bibliothek, mit laufenden Daten.</translation>
+        <translation>Alle Modelle und Delegates der Bibliothek, mit Live-Daten.</translation>
     </message>
     <message>
         <source>The example data.</source>
@@ -612,6 +612,10 @@
     <message>
         <source>Value</source>
         <translation>Wert</translation>
+    </message>
+    <message>
+        <source>None</source>
+        <translation>Keine</translation>
     </message>
 </context>
 </TS>

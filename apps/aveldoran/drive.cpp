@@ -38,9 +38,11 @@ struct Sensor
 const QVector<Sensor> &sensors()
 {
     static const QVector<Sensor> all = {
-        {"compass", 2, {QStringLiteral("Compass Heading")}},
-        {"gyro", 1, {QStringLiteral("Gyro X-Axis"), QStringLiteral("Gyro Y-Axis"), QStringLiteral("Gyro Z-Axis")}},
-        {"pressure", 4, {QStringLiteral("Air Pressure")}},
+        {"compass", AGeoDataProcessor::Compass, {QStringLiteral("Compass Heading")}},
+        {"gyro",
+         AGeoDataProcessor::Gyroscope,
+         {QStringLiteral("Gyro X-Axis"), QStringLiteral("Gyro Y-Axis"), QStringLiteral("Gyro Z-Axis")}},
+        {"pressure", AGeoDataProcessor::Pressure, {QStringLiteral("Air Pressure")}},
     };
     return all;
 }
@@ -51,7 +53,10 @@ struct Label
     int flags;
 };
 
-constexpr Label kLabels[] = {{"name", 1}, {"time", 2}, {"value", 1 | 1 << 10}, {"none", 0}};
+constexpr Label kLabels[] = {{"name", AGeoDataProcessor::NameOfRecord},
+                             {"time", AGeoDataProcessor::NameOfTime},
+                             {"value", AGeoDataProcessor::NameOfRecord | AGeoDataProcessor::ValueInName},
+                             {"none", 0}};
 
 struct Options
 {
@@ -61,7 +66,7 @@ struct Options
     const emu_entry *unit = nullptr; // null: that of the recording
     int elevationMetres = 200;
     int toleranceMs = 1000;
-    int labelFlags = 1;
+    int labelFlags = AGeoDataProcessor::NameOfRecord;
     bool withBalloons = true;
     bool withGpsTrack = true;
     bool withTimeTrack = false;

@@ -23,7 +23,7 @@ enum Columns
     ColumnDemodulation,
     ColumnActive,
     ColumnPriority,
-    ColumnColour,
+    ColumnColor,
     ColumnCount
 };
 
@@ -36,7 +36,7 @@ QWidget *gallery::makeBookmarksTab()
         {"Radio", "98.1 MHz", 0.2, "Wide FM", true, false, {}},
         {"Tower", "118,300 MHz", 0.025, "AM", true, true, {}},
         {"Harbour", "156.8 MHz", 0.025, "FM", false, true, {}},
-        {"Time signal", "77.5 kHz", 0.001, "None", false, false, {}},
+        {"Time signal", "77.5 kHz", 0.001, Gallery::tr("None"), false, false, {}},
     };
     auto *view = new QTableView;
     auto *model = new QStandardItemModel(rows.size(), ColumnCount, view);
@@ -47,20 +47,20 @@ QWidget *gallery::makeBookmarksTab()
         for (int column = 0; column < ColumnCount; ++column)
             model->setData(model->index(row, column), rows.at(row).at(column));
         constexpr int kHueStep = 80;
-        model->setData(model->index(row, ColumnColour), QColor::fromHsv(row * kHueStep, 100, 240), Qt::BackgroundRole);
+        model->setData(model->index(row, ColumnColor), QColor::fromHsv(row * kHueStep, 100, 240), Qt::BackgroundRole);
     }
     view->setModel(model);
 
     auto *frequencies = new AFrequencyDelegate(view);
     frequencies->setOptions(AFrequency::MHz, false);
-    auto *demodulations = new QStringListModel({"None", "AM", "FM", "Wide FM", "SSB"}, view);
+    auto *demodulations = new QStringListModel({Gallery::tr("None"), "AM", "FM", "Wide FM", "SSB"}, view);
     view->setItemDelegateForColumn(ColumnFrequency, frequencies);
     view->setItemDelegateForColumn(ColumnWidth, new ADoubleSpinBoxDelegate(view));
     view->setItemDelegateForColumn(ColumnDemodulation, new AComboBoxDelegate(demodulations, 0, view));
     view->setItemDelegateForColumn(ColumnActive, new ACheckBoxItemDelegate(view));
     view->setItemDelegateForColumn(ColumnPriority,
                                    new ABooleanItemDelegate(Gallery::tr("High"), Gallery::tr("Normal"), view));
-    view->setItemDelegateForColumn(ColumnColour, new ARemoveSelectionDelegate(true, view));
+    view->setItemDelegateForColumn(ColumnColor, new ARemoveSelectionDelegate(true, view));
     view->horizontalHeader()->setMinimumSectionSize(110);
     view->resizeColumnsToContents();
     view->setColumnWidth(ColumnFrequency, 170); // of the spin box that it looks like

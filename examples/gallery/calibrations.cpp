@@ -44,7 +44,11 @@ private:
     void load(const QString &dataDir, const char *name, ACalibrationData::CalibrationType type)
     {
         const QString copy = m_files.filePath(QLatin1String(name));
-        QFile::copy(dataDir + QStringLiteral("/calibration/") + QLatin1String(name), copy);
+        QFile file(dataDir + QStringLiteral("/calibration/") + QLatin1String(name));
+        if (!file.copy(copy)) {
+            gallery::tellError(file.fileName() + QStringLiteral(": can't be copied"));
+            return;
+        }
         QFile::setPermissions(copy, QFile::ReadOwner | QFile::WriteOwner);
         ADataManager::instance()->addCalibrationFile(copy, type);
     }

@@ -5,7 +5,6 @@
 #include <limit/alimitselectiondelegate.h>
 #include <limit/alimitsuffixdelegate.h>
 
-#include <QtCore/QDebug>
 #include <QtWidgets/QHeaderView>
 #include <QtWidgets/QTreeView>
 
@@ -14,7 +13,7 @@ QWidget *gallery::makeLimitsTab(const QString &dataDir)
 {
     auto *view = new QTreeView;
     auto *model = new ALimitModel(view);
-    QObject::connect(model, &ALimitModel::loadError, [](const QString &text) { qWarning().noquote() << text; });
+    QObject::connect(model, &ALimitModel::loadError, &gallery::tellError);
     model->loadFromFile(dataDir + QStringLiteral("/limits/en55032-radiated.xml"));
     view->setModel(model);
 

@@ -1,11 +1,9 @@
 #include "gallery.h"
 
 #include <core/asimulateddevice.h>
-#include <core/emu.h>
 #include <display/acolorlookuptable.h>
 #include <display/adisplayvaluecache.h>
 
-#include <QtCore/QtMath>
 #include <QtGui/QImage>
 #include <QtGui/QPainter>
 #include <QtWidgets/QWidget>
@@ -54,8 +52,8 @@ protected:
         const int left = metrics.horizontalAdvance(levelText(kLowest)) + 2 * metrics.averageCharWidth();
         const int right = metrics.horizontalAdvance(frequencyText(kEndMHz));
         const QRect plot = rect().adjusted(left, metrics.height(), -right, -2 * metrics.height());
-        m_spectrum = plot.adjusted(0, 0, 0, -qRound(plot.height() * (1 - kSpectrumShare)));
-        m_fall = QRect(m_spectrum.bottomLeft() + QPoint(0, metrics.height() / 2), plot.bottomRight());
+        m_spectrumRect = plot.adjusted(0, 0, 0, -qRound(plot.height() * (1 - kSpectrumShare)));
+        m_waterfallRect = QRect(m_spectrumRect.bottomLeft() + QPoint(0, metrics.height() / 2), plot.bottomRight());
 
         m_cache.resize(qBound(1, plot.width(), kPoints)); // a column a pixel; with fewer points they are stretched
         if (m_waterfall.isNull()) {
@@ -80,10 +78,10 @@ protected:
     void paintEvent(QPaintEvent * /*event*/) override
     {
         QPainter painter(this);
-        painter.fillRect(m_spectrum, m_colors.begin());
+        painter.fillRect(m_spectrumRect, m_colors.begin());
         paintGrid(&painter);
         paintCurve(&painter);
-        painter.drawImage(m_fall, m_waterfall);
+        painter.drawImage(m_waterfallRect, m_waterfall);
         paintPeak(&painter);
     }
 
@@ -101,7 +99,7 @@ private:
 
     const QColor &colorOf(double level) const
     {
-        const double top = m_colors.dynamic() * (1 - 1e-6); // colorAt() tests nothing
+        const double top = m_colors.dynamic(); // colorAt() doesn't clamp
         return m_colors.colorAt(static_cast<float>(qBound(0.0, (level - kLowest) * kEntriesPerDecibel, top)));
     }
 
@@ -109,12 +107,15 @@ private:
 
     static QString frequencyText(int megahertz) { return Gallery::tr("%1 MHz").arg(megahertz); }
 
-    double xOf(int column) const { return m_spectrum.left() + (column + 0.5) * m_spectrum.width() / m_cache.count(); }
+    double xOf(int column) const
+    {
+        return m_spectrumRect.left() + (column + 0.5) * m_spectrumRect.width() / m_cache.count();
+    }
 
     double yOf(double level) const
     {
         const double share = (kHighest - level) / (kHighest - kLowest);
-        return m_spectrum.top() + qBound(0.0, share, 1.0) * (m_spectrum.height() - 1);
+        return m_spectrumRect.top() + qBound(0.0, share, 1.0) * (m_spectrumRect.height() - 1);
     }
 
     void paintGrid(QPainter *painter) const
@@ -124,20 +125,21 @@ private:
         for (int level = kLowest; level <= kHighest; level += kLevelStep) {
             const int y = qRound(yOf(level));
             painter->setPen(gridColor);
-            painter->drawLine(m_spectrum.left(), y, m_spectrum.right(), y);
+            painter->drawLine(m_spectrumRect.left(), y, m_spectrumRect.right(), y);
             painter->setPen(palette().color(QPalette::WindowText));
-            painter->drawText(QRect(0, y - height / 2, m_spectrum.left() - fontMetrics().averageCharWidth(), height),
-                              Qt::AlignRight | Qt::AlignVCenter, levelText(level));
+            painter->drawText(
+                QRect(0, y - height / 2, m_spectrumRect.left() - fontMetrics().averageCharWidth(), height),
+                Qt::AlignRight | Qt::AlignVCenter, levelText(level));
         }
         for (int megahertz = kBeginMHz; megahertz <= kEndMHz; megahertz += kFrequencyStepMHz) {
             const int x =
-                m_spectrum.left() + (m_spectrum.width() - 1) * (megahertz - kBeginMHz) / (kEndMHz - kBeginMHz);
+                m_spectrumRect.left() + (m_spectrumRect.width() - 1) * (megahertz - kBeginMHz) / (kEndMHz - kBeginMHz);
             painter->setPen(gridColor);
-            painter->drawLine(x, m_spectrum.top(), x, m_spectrum.bottom());
+            painter->drawLine(x, m_spectrumRect.top(), x, m_spectrumRect.bottom());
             painter->setPen(palette().color(QPalette::WindowText));
             const QString text = frequencyText(megahertz);
             painter->drawText(x - fontMetrics().horizontalAdvance(text) / 2,
-                              m_fall.bottom() + fontMetrics().height() * 5 / 4, text);
+                              m_waterfallRect.bottom() + fontMetrics().height() * 5 / 4, text);
         }
     }
 
@@ -165,9 +167,9 @@ private:
         const QPointF place(xOf(highest), yOf(peak.level));
         painter->setPen(Qt::white);
         painter->drawEllipse(place, radius, radius);
-        const bool isLeft = place.x() < m_spectrum.center().x();
-        const QRectF box(isLeft ? place.x() + 3 * radius : m_spectrum.left(), place.y() - 4 * radius,
-                         isLeft ? m_spectrum.right() - place.x() : place.x() - 3 * radius - m_spectrum.left(),
+        const bool isLeft = place.x() < m_spectrumRect.center().x();
+        const QRectF box(isLeft ? place.x() + 3 * radius : m_spectrumRect.left(), place.y() - 4 * radius,
+                         isLeft ? m_spectrumRect.right() - place.x() : place.x() - 3 * radius - m_spectrumRect.left(),
                          fontMetrics().height());
         painter->drawText(box, (isLeft ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter, text);
     }
@@ -178,8 +180,8 @@ private:
     ASweep m_sweep;
     QImage m_waterfall; // a column of the cache a pixel, the newest line on top
     int m_next = 0;     // the number of the next sweep
-    QRect m_spectrum;
-    QRect m_fall;
+    QRect m_spectrumRect;
+    QRect m_waterfallRect;
 };
 
 } // namespace

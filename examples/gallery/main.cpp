@@ -7,7 +7,6 @@
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QDir>
 #include <QtCore/QEventLoop>
-#include <QtCore/QTextStream>
 #include <QtCore/QTimer>
 #include <QtGui/QPainter>
 #include <QtWidgets/QApplication>
@@ -100,22 +99,19 @@ int main(int argc, char **argv)
     parser.addOptions({data, screenshot});
     parser.process(application);
 
-    QTextStream errors(stderr);
     if (!parser.positionalArguments().isEmpty()) {
-        errors << parser.positionalArguments().constFirst() << ": no such argument is expected\n";
+        gallery::tellError(parser.positionalArguments().constFirst() +
+                           QStringLiteral(": no such argument is expected"));
         return 2;
     }
     if (!QDir(parser.value(data)).exists(QStringLiteral("profiles"))) {
-        errors << parser.value(data) << ": no example data, expected a directory with \"profiles\"\n";
+        gallery::tellError(parser.value(data) +
+                           QStringLiteral(": no example data, expected a directory with \"profiles\""));
         return 1;
     }
-    int status = 0;
-    QObject::connect(ADataManager::instance(), &ADataManager::error, [&](const QString &text) {
-        errors << text << '\n';
-        errors.flush();
-        status = 1;
-    });
+    QObject::connect(ADataManager::instance(), &ADataManager::error, &gallery::tellError);
 
+    int status = 0;
     {
         QTabWidget window;
         window.setWindowTitle(Gallery::tr("Gallery"));
@@ -123,15 +119,14 @@ int main(int argc, char **argv)
         fillWindow(&window, parser.value(data));
         window.show();
         if (!parser.isSet(screenshot)) {
-            status = std::max(status, QApplication::exec());
+            status = QApplication::exec();
         } else if (!pictureOf(&window).save(parser.value(screenshot), "PNG")) {
-            errors << parser.value(screenshot) << ": can't be written\n";
-            status = 1;
+            gallery::tellError(parser.value(screenshot) + QStringLiteral(": can't be written"));
         }
     }
     // The registry leaves its profiles alone when it goes, and clearing them leaves the objects to the event loop.
     ADataManager::instance()->clearProfiles();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     delete ADataManager::instance();
-    return status;
+    return gallery::errorCount > 0 ? std::max(status, 1) : status;
 }

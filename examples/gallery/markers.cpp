@@ -46,8 +46,8 @@ private:
         m_table.setRowCount(m_markers.listcount());
         for (int row = 0; row < m_markers.listcount(); ++row) {
             constexpr int kHueStep = 50;
-            const QColor colour = QColor::fromHsv(row * kHueStep, 120, 240);
-            m_table.setData(m_table.index(row, 0), colour, Qt::BackgroundRole);
+            const QColor color = QColor::fromHsv(row * kHueStep, 120, 240);
+            m_table.setData(m_table.index(row, 0), color, Qt::BackgroundRole);
             m_table.setData(m_table.index(row, 1), m_markers.at(row)->labelItems(unit, nullptr).join(QLatin1Char(' ')));
         }
     }

@@ -62,6 +62,7 @@ private Q_SLOTS:
     void aTimeoutBelowZeroEndsAtOnce();
     void theEndDeletesEveryLoggerBelowTheProcessor();
     void anIntakeAfterAFailureEndsOnce();
+    void aRecordAfterAFailureIsFollowedByAnEnd();
     void aForeignDeviceDeliversTwiceAfterTwoIntakes();
     void sourcesAddUp();
     void theProcessorMayBeDeletedDuringTheIntake();
@@ -391,6 +392,19 @@ void TestAGeoDataProcessor::anIntakeAfterAFailureEndsOnce()
     QVERIFY(processor.loadStoredNmeaContent(new AGpsLoggerDevice(&processor, new Receiver), -1, 1));
     QCOMPARE(finished.count(), 1);
     processor.m_nmeaTimer.start();
+    QTRY_VERIFY(!processor.m_nmeaTimer.isActive());
+    QCOMPARE(finished.count(), 1);
+}
+
+void TestAGeoDataProcessor::aRecordAfterAFailureIsFollowedByAnEnd()
+{
+    Processor processor(nullptr);
+    QSignalSpy finished(&processor, &AGeoDataProcessor::nmeaProcessingFinished);
+    QVERIFY(!processor.loadStoredNmeaContent(QStringLiteral("/nonexistent/file"), 1));
+    processor.addNmeaRecord(nmeaPosition(0));
+    QCOMPARE(finished.count(), 0);
+    QTRY_COMPARE(finished.count(), 1);
+    processor.addNmeaRecord(nmeaPosition(1));
     QTRY_VERIFY(!processor.m_nmeaTimer.isActive());
     QCOMPARE(finished.count(), 1);
 }
