@@ -9,6 +9,8 @@
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 
+#include <cmath>
+
 namespace {
 
 const QLatin1String kRootTag("profile");
@@ -163,8 +165,11 @@ AFrequency AProfile::frequencyFromText(const QString &text)
     const QByteArray latin1 = text.toLatin1();
     if (AFrequency::unitForSuffix(latin1.constData()) != AFrequency::NoUnit)
         return AFrequency(latin1.constData());
+    bool fits = false;
+    const double number = text.toDouble(&fits);
     AFrequency frequency;
-    frequency.setValue(text.toDouble(), AFrequency::MHz);
+    if (std::isfinite(number) || !fits) // the word "inf" is none, unlike a number that is too large
+        frequency.setValue(number, AFrequency::MHz);
     return frequency;
 }
 
