@@ -20,13 +20,14 @@ using CalibrationFile::ByteSource;
 constexpr qint64 kBlockBytes = 1 << 16;
 constexpr qint64 kMaxFirstLineBytes = 1 << 16;
 constexpr char kByteOrderMark[] = "\xef\xbb\xbf";
+constexpr int kByteOrderMarkBytes = 3;
 
 // By what stands first; an XML file in UTF-16 begins with a byte order mark of its own.
 bool looksLikeXml(QIODevice *device)
 {
     QByteArray head = device->peek(kBlockBytes);
     if (head.startsWith(kByteOrderMark))
-        head.remove(0, 3);
+        head.remove(0, kByteOrderMarkBytes);
     return head.startsWith("\xff\xfe") || head.startsWith("\xfe\xff") || head.trimmed().startsWith('<');
 }
 
@@ -34,8 +35,6 @@ bool readText(QIODevice *device, const CalibrationFile::Defaults &defaults, QLis
               CalibrationFile::Problem *problem)
 {
     *problem = CalibrationFile::problem(QT_TRANSLATE_NOOP("CoreText", "expected a text file"));
-    if (device->peek(3) == kByteOrderMark)
-        device->skip(3);
     ByteSource source(device);
     QByteArray line;
     do {
@@ -161,8 +160,11 @@ Problem problem(const char *text, qint64 line)
 
 ByteSource::ByteSource(QIODevice *device)
     : m_device(device)
-    , m_begin(device->pos())
-{}
+{
+    if (m_device->peek(kByteOrderMarkBytes) == kByteOrderMark)
+        m_device->skip(kByteOrderMarkBytes);
+    m_begin = m_device->pos();
+}
 
 qint64 ByteSource::lineOfPiece() const
 {
