@@ -32,6 +32,9 @@ public:
     // Replaces the content by that of a file, whose checksums are all tested. The file stays open and must not be
     // changed in place; replacing or deleting it does no harm.
     //
+    // A recording that is running is ended, and what could not be written of it is dropped with the rest of the
+    // content: call finishRecording() before to learn of it.
+    //
     // False, with the reason in *errorText where that is not null, if the file can't be read, is no recording, or is
     // damaged or cut short anywhere. Every record before the damage is there then, so that the recording of a program
     // that crashed can be saved whole; a missing or foreign file leaves the document empty.
@@ -44,8 +47,8 @@ public:
     // Writes everything to a file, as save() does, and from then on what is added: whole records, those of one turn of
     // the event loop together at its end, or sooner if they come to 64 KiB. If this program ends in any way, load()
     // finds all records but those added in the last turn. Without an event loop up to 64 KiB wait until more is added,
-    // one of them is read, or the end; what another thread than the document's adds is written at once. False leaves
-    // the document as it was; a recording that is already running is ended first.
+    // one of them is read, or the end. False leaves the document as it was; a recording that is already running is
+    // ended first.
     bool startRecording(const QString &fileName, QString *errorText = nullptr);
 
     // Closes the recording. False if a record could not be written: the file then ends with the last one that could,
@@ -87,6 +90,6 @@ Q_SIGNALS:
     void contentReplaced(); // at the end of load()
 
 private:
-    struct Private;
+    struct Q_DECL_HIDDEN Private;
     std::unique_ptr<Private> d;
 };

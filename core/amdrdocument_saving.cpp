@@ -5,8 +5,8 @@
 #include <QtCore/QAbstractEventDispatcher>
 #include <QtCore/QBuffer>
 #include <QtCore/QSaveFile>
-#include <QtCore/QThread>
 
+#include <cerrno>
 #include <utility>
 
 #include <sys/stat.h>
@@ -186,8 +186,10 @@ bool AMdrDocument::finishRecording(QString *errorText)
     }
     if (d->writeWaiting()) {
         d->output->writeEnd(d->recordedChunks);
-        if (!d->output->flush() || ::fsync(d->recorder->handle()) != 0)
+        if (!d->output->flush())
             d->stopRecordingBecause(d->recorder->errorString());
+        else if (::fsync(d->recorder->handle()) != 0)
+            d->stopRecordingBecause(qt_error_string(errno));
         else if (isDeleted(*d->recorder))
             d->recordingError = AMdrDocument::tr("The file of the recording was deleted or replaced");
     }
@@ -254,11 +256,7 @@ bool AMdrDocument::Private::writeWaiting()
 
 void AMdrDocument::Private::writeAtEndOfTurn()
 {
-    if (turnEnd->isActive())
-        return;
-    if (QThread::currentThread() != turnEnd->thread())
-        writeWaiting(); // no timer of another thread can be started
-    else if (QAbstractEventDispatcher::instance())
+    if (!turnEnd->isActive() && QAbstractEventDispatcher::instance())
         turnEnd->start();
 }
 
