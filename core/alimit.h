@@ -86,6 +86,6 @@ public:
 
 private:
     Q_DISABLE_COPY(ALimit)
-    struct Private;
+    struct Q_DECL_HIDDEN Private;
     std::unique_ptr<Private> d;
 };

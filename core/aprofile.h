@@ -80,6 +80,6 @@ public:
 
 private:
     Q_DISABLE_COPY(AProfile)
-    struct Private;
+    struct Q_DECL_HIDDEN Private;
     std::unique_ptr<Private> d;
 };

@@ -51,6 +51,6 @@ protected:
     void deliver(ASweep *sweep);
 
 private:
-    struct Private;
+    struct Q_DECL_HIDDEN Private;
     std::unique_ptr<Private> d;
 };

@@ -85,6 +85,6 @@ public:
 
 private:
     Q_DISABLE_COPY(AVeldoranDevice)
-    struct Private;
+    struct Q_DECL_HIDDEN Private;
     std::unique_ptr<Private> d;
 };

@@ -40,6 +40,6 @@ Q_SIGNALS:
 
 private:
     Q_DISABLE_COPY(AVeldoranDeviceList)
-    struct Private;
+    struct Q_DECL_HIDDEN Private;
     std::unique_ptr<Private> d;
 };
