@@ -4,7 +4,7 @@
 
 #include <vector>
 
-// The curve of a limit, arranged for look-ups in O(log n). Private to libaveldoran.
+// The curve of a limit, arranged for look-ups in O(log n). Private to core/.
 class LimitCurve
 {
 public:

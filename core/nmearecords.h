@@ -64,7 +64,6 @@ public:
     // still belong to it; it is given out again, whole, if any of them has a position. Sensors that follow belong to
     // the next time.
     bool take(AGeoData *record);
-    bool isPending() const noexcept { return m_fix.isPending; }
 
     // Whether the pending record is of the first time of all and has the current date, since none was stated: the next
     // sentences may date it.

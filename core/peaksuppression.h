@@ -7,7 +7,7 @@
 
 #include <vector>
 
-// Lowers the narrow peaks of a spectrum, as docs/recordings.md describes. Private to libaveldoran.
+// Lowers the narrow peaks of a spectrum, as docs/recordings.md describes. Private to core/.
 
 struct SuppressedRange
 {
