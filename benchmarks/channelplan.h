@@ -13,9 +13,7 @@ namespace channelplan {
 
 inline AFrequency hertz(qint64 value)
 {
-    AFrequency frequency;
-    frequency.setValue(static_cast<long long>(value), AFrequency::Hz);
-    return frequency;
+    return AFrequency::fromValue(static_cast<long long>(value), AFrequency::Hz);
 }
 
 inline AChannelInfo *addRange(AChannelInfo *parent, qint64 begin, qint64 end, const QString &label)

@@ -20,9 +20,7 @@ constexpr qint64 kStepHz = 1000;
 
 AFrequency hertz(qint64 value)
 {
-    AFrequency frequency;
-    frequency.setValue(value, AFrequency::Hz);
-    return frequency;
+    return AFrequency::fromValue(value, AFrequency::Hz);
 }
 
 // Noise, and a carrier at every thousandth point.

@@ -25,9 +25,7 @@ enum Shape
 
 AFrequency hertz(qint64 value)
 {
-    AFrequency frequency;
-    frequency.setValue(value, AFrequency::Hz);
-    return frequency;
+    return AFrequency::fromValue(value, AFrequency::Hz);
 }
 
 QList<AMeasurementValue> sweep(int shape, int count)

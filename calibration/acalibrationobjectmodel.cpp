@@ -49,9 +49,7 @@ QString addValueText()
 
 AFrequency hertz(long long value)
 {
-    AFrequency frequency;
-    frequency.setValue(value, AFrequency::Hz);
-    return frequency;
+    return AFrequency::fromValue(value, AFrequency::Hz);
 }
 
 AFrequency readFrequency(const QVariant &value)

@@ -167,10 +167,9 @@ AFrequency AProfile::frequencyFromText(const QString &text)
         return AFrequency(latin1.constData());
     bool fits = false;
     const double number = text.toDouble(&fits);
-    AFrequency frequency;
-    if (std::isfinite(number) || !fits) // the word "inf" is none, unlike a number that is too large
-        frequency.setValue(number, AFrequency::MHz);
-    return frequency;
+    if (!std::isfinite(number) && fits)
+        return {}; // the word "inf" is no number, unlike one that is too large
+    return AFrequency::fromValue(number, AFrequency::MHz);
 }
 
 bool AProfile::isValid() const

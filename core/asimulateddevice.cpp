@@ -73,9 +73,7 @@ double ratio(double dB)
 AFrequency hertz(double value)
 {
     constexpr double kLargest = 9.2e18;
-    AFrequency frequency;
-    frequency.setValue(static_cast<long long>(std::min(value, kLargest)), AFrequency::Hz);
-    return frequency;
+    return AFrequency::fromValue(static_cast<long long>(std::min(value, kLargest)), AFrequency::Hz);
 }
 
 struct Place

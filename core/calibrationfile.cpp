@@ -274,8 +274,7 @@ void Output::flush()
 QByteArray frequencyText(const AFrequency &frequency)
 {
     const long long hertz = frequency.intValue(AFrequency::Hz);
-    AFrequency whole;
-    whole.setValue(hertz, AFrequency::Hz);
+    const AFrequency whole = AFrequency::fromValue(hertz, AFrequency::Hz);
     const double fraction = (frequency - whole).floatValue(AFrequency::Hz);
     QByteArray text = QByteArray::number(hertz);
     if (fraction != 0.0) {

@@ -26,16 +26,12 @@ QString attribute(const QXmlStreamAttributes &attributes, const char *name, cons
 AFrequency wholeHertz(const QString &text)
 {
     constexpr auto kMax = static_cast<qulonglong>(std::numeric_limits<qlonglong>::max());
-    AFrequency frequency;
-    frequency.setValue(static_cast<long long>(std::min(text.toULongLong(), kMax)), AFrequency::Hz);
-    return frequency;
+    return AFrequency::fromValue(static_cast<long long>(std::min(text.toULongLong(), kMax)), AFrequency::Hz);
 }
 
 AFrequency hertz(const QString &text)
 {
-    AFrequency frequency;
-    frequency.setValue(text.toDouble(), AFrequency::Hz);
-    return frequency;
+    return AFrequency::fromValue(text.toDouble(), AFrequency::Hz);
 }
 
 ALimit::Section readSection(const QXmlStreamAttributes &attributes)

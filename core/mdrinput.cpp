@@ -11,12 +11,10 @@ namespace {
 
 AFrequency sumOf(const FrequencyWords &words)
 {
-    AFrequency frequency;
-    frequency.setValue(static_cast<long long>(words.hertz), AFrequency::Hz);
+    const AFrequency frequency = AFrequency::fromValue(static_cast<long long>(words.hertz), AFrequency::Hz);
     if (!std::isfinite(words.fraction))
         return frequency;
-    AFrequency one;
-    one.setValue(1, AFrequency::Hz);
+    const AFrequency one = AFrequency::fromValue(1, AFrequency::Hz);
     return frequency + one * words.fraction;
 }
 

@@ -33,8 +33,7 @@ bool ALimitModel::setData(const QModelIndex &index, const QVariant &value, int r
 {
     if (!isFrequencyColumn(index.column()) || (role != Qt::DisplayRole && role != Qt::EditRole))
         return QStandardItemModel::setData(index, value, role);
-    AFrequency frequency;
-    frequency.setValue(value.toDouble(), AFrequency::MHz);
+    const AFrequency frequency = AFrequency::fromValue(value.toDouble(), AFrequency::MHz);
     return QStandardItemModel::setData(index, frequencyText(frequency), role);
 }
 

@@ -44,16 +44,12 @@ QString interpolationText(const QDomElement &element, const char *absent)
 AFrequency wholeHertz(qulonglong value)
 {
     constexpr auto kMax = static_cast<qulonglong>(std::numeric_limits<qlonglong>::max());
-    AFrequency frequency;
-    frequency.setValue(static_cast<long long>(std::min(value, kMax)), AFrequency::Hz);
-    return frequency;
+    return AFrequency::fromValue(static_cast<long long>(std::min(value, kMax)), AFrequency::Hz);
 }
 
 AFrequency hertz(double value)
 {
-    AFrequency frequency;
-    frequency.setValue(value, AFrequency::Hz);
-    return frequency;
+    return AFrequency::fromValue(value, AFrequency::Hz);
 }
 
 QStandardItem *edgeItem(const QString &hertzText)
@@ -156,8 +152,7 @@ private:
     }
     void writeFrequency(const char *name, const QVariant &megahertz)
     {
-        AFrequency frequency;
-        frequency.setValue(megahertz.toDouble(), AFrequency::MHz);
+        const AFrequency frequency = AFrequency::fromValue(megahertz.toDouble(), AFrequency::MHz);
         writeAttribute(name, frequency.toString());
     }
 

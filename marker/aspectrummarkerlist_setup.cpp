@@ -103,8 +103,7 @@ void ASpectrumMarkerList::loadSetup(QSettings *settings, const QString &name)
             settings->value(kDisplayOptions, int(ASpectrumMarker::ShowSymbol | ASpectrumMarker::ShowLabel)).toInt();
         const int reference = settings->value(kReferenceMarkerIndex, kNoReference).toInt();
 
-        AFrequency target;
-        target.setValue(static_cast<qint64>(hertz), AFrequency::Hz);
+        const AFrequency target = AFrequency::fromValue(static_cast<qint64>(hertz), AFrequency::Hz);
         const auto type = static_cast<ASpectrumMarker::Type>(typeNumber);
         ASpectrumMarker *marker = numberAtOnce ? appendMarker(type, trace, target) : addMarker(type, trace, target);
         if (!marker)
