@@ -1,5 +1,6 @@
 #include "core/asimulateddevice.h"
 
+#include "core/emu.h"
 #include "core/orientation.h"
 
 #include <QtCore/QPointer>
@@ -13,7 +14,6 @@
 
 namespace {
 
-constexpr int kdBm = 0;
 constexpr int kMaximumPoints = 1000 * 1000;
 constexpr int kCarrierCount = 8;
 constexpr int kAverages = 4;                 // power readings that make one point
@@ -424,7 +424,7 @@ ASweep ASimulatedDevice::sweep(int number) const
     QList<AMeasurementValue> values;
     values.reserve(d->pointCount);
     for (int i = 0; i < d->pointCount; ++i)
-        values.append({decibels(powers[static_cast<std::size_t>(i)]), kdBm, d->frequencyOf(i), 0, 0.0});
+        values.append({decibels(powers[static_cast<std::size_t>(i)]), kEmuDecibelMilliwatt, d->frequencyOf(i), 0, 0.0});
     ASweep result(values, d->timeOf(sweepNumber), d->timeOf(sweepNumber).addMSecs(d->sweepIntervalMs - 1));
     result.setGeoData(position(sweepNumber));
     return result;

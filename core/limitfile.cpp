@@ -61,9 +61,9 @@ std::unique_ptr<ALimit> startLimit(const QXmlStreamAttributes &attributes)
 {
     auto limit = std::make_unique<ALimit>();
     limit->setName(attribute(attributes, "name"));
-    limit->setRange(wholeHertz(attribute(attributes, "begin", "0")),
-                    wholeHertz(attribute(attributes, "end", "30000000000")));
-    limit->setUnit(attribute(attributes, "measureunit", "8"));
+    limit->setRange(wholeHertz(attribute(attributes, "begin", limit->begin().toString())),
+                    wholeHertz(attribute(attributes, "end", limit->end().toString())));
+    limit->setUnit(attribute(attributes, "measureunit", limit->unit()));
     limit->setDescription(attribute(attributes, "description"));
     limit->setColor(attribute(attributes, "color"));
     return limit;

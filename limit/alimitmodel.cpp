@@ -4,7 +4,6 @@
 
 namespace {
 
-constexpr int kUnitCount = 18;
 constexpr int kInitialColumns = 9; // the titles widen it
 
 bool isFrequencyColumn(int column)
@@ -22,8 +21,8 @@ ALimitModel::ALimitModel(QObject *parent)
                       tr("Interpolation")})
 {
     setHorizontalHeaderLabels(m_headerLabels);
-    m_units.reserve(kUnitCount);
-    for (int id = 0; id < kUnitCount; ++id)
+    m_units.reserve(kEmuCount);
+    for (int id = 0; id < kEmuCount; ++id)
         m_units.append(emu_find(id));
 }
 
