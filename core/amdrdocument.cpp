@@ -157,6 +157,20 @@ bool AMdrDocument::Private::readRecord(const Entry &entry, const std::vector<Rec
     return false;
 }
 
+AMdrDocument::AMdrDocument(QObject *parent)
+    : QObject(parent)
+    , d(std::make_unique<Private>())
+{
+    d->turnEnd = new QTimer(this);
+    d->turnEnd->setSingleShot(true);
+    connect(d->turnEnd, &QTimer::timeout, this, [this] { d->writeWaiting(); });
+}
+
+AMdrDocument::~AMdrDocument()
+{
+    finishRecording();
+}
+
 bool AMdrDocument::load(const QString &fileName, QString *errorText)
 {
     finishRecording();
@@ -228,18 +242,4 @@ bool AMdrDocument::recordTime(int record, qint64 *milliseconds) const
         return false;
     *milliseconds = d->entries[static_cast<std::size_t>(record)].time;
     return *milliseconds != MdrFormat::kNoTime;
-}
-
-AMdrDocument::AMdrDocument(QObject *parent)
-    : QObject(parent)
-    , d(std::make_unique<Private>())
-{
-    d->turnEnd = new QTimer(this);
-    d->turnEnd->setSingleShot(true);
-    connect(d->turnEnd, &QTimer::timeout, this, [this] { d->writeWaiting(); });
-}
-
-AMdrDocument::~AMdrDocument()
-{
-    finishRecording();
 }

@@ -66,6 +66,16 @@ struct AMdrDocument::Private
     void add(const Record &record, RecordType type, std::vector<Record> *inMemory);
 };
 
+// What fits() refuses makes no chunk at all.
+template<typename Record>
+bool writeRecord(MdrFormat::Output *output, const Record &record)
+{
+    if (!MdrFormat::fits(record))
+        return false;
+    output->write(record);
+    return true;
+}
+
 // For an error text that the caller may not want.
 inline void setText(QString *text, const QString &value)
 {
