@@ -357,13 +357,15 @@ AFrequency::Unit AFrequency::unitForSuffix(const char *text) noexcept
 
 AFrequency &AFrequency::operator+=(const AFrequency &other) noexcept
 {
-    const auto [hertz, fraction] = normalised(static_cast<Int128>(m_hertz) + other.m_hertz, m_fraction + other.m_fraction);
+    const auto [hertz, fraction] =
+        normalised(static_cast<Int128>(m_hertz) + other.m_hertz, m_fraction + other.m_fraction);
     return *this = AFrequency(hertz, fraction);
 }
 
 AFrequency &AFrequency::operator-=(const AFrequency &other) noexcept
 {
-    const auto [hertz, fraction] = normalised(static_cast<Int128>(m_hertz) - other.m_hertz, m_fraction - other.m_fraction);
+    const auto [hertz, fraction] =
+        normalised(static_cast<Int128>(m_hertz) - other.m_hertz, m_fraction - other.m_fraction);
     return *this = AFrequency(hertz, fraction);
 }
 
