@@ -15,6 +15,7 @@ set(AVELDORAN_PRIVATE_HEADERS
     core/calibrationfile.h
     core/coretext.h
     core/crc32.h
+    core/failure.h
     core/interpolation.h
     core/limitcurve.h
     core/mdrformat.h

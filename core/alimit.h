@@ -80,8 +80,8 @@ public:
     void clearCurve();
 
     // Appends the limits of a limit file in document order; the caller owns them. A file whose root element is "data"
-    // may hold none. On failure nothing is appended, and *errorText, unless null, is a message for the user. Numbers
-    // that can't be read are 0.
+    // may hold none. On failure nothing is appended, and *errorText, unless null, is a message for the user that
+    // names the file. Numbers that can't be read are 0.
     static bool readAll(const QString &filename, QList<const ALimit *> &list, QString *errorText);
 
 private:

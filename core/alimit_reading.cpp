@@ -1,5 +1,6 @@
 #include "core/alimit.h"
 #include "core/boundedxmlreader.h"
+#include "core/failure.h"
 #include "core/regularfile.h"
 
 #include <QtCore/QFile>
@@ -122,27 +123,22 @@ Document readDocument(BoundedXmlReader *reader)
 
 bool ALimit::readAll(const QString &filename, QList<const ALimit *> &list, QString *errorText)
 {
-    const auto fail = [errorText](const QString &text) {
-        if (errorText)
-            *errorText = text;
-        return false;
-    };
     if (!QFileInfo::exists(filename))
-        return fail(tr("File '%1' does not exist").arg(filename));
+        return fail(errorText, tr("File '%1' does not exist").arg(filename));
     QFile file(filename);
     QString reason;
     if (!openRegularFile(&file, &reason))
-        return fail(tr("Could not read file '%1': %2").arg(filename, reason));
+        return fail(errorText, tr("Could not read file '%1': %2").arg(filename, reason));
     BoundedXmlReader reader(&file);
     Document document = readDocument(&reader);
     const QXmlStreamReader &xml = reader.xml();
     if (xml.hasError()) {
-        return fail(tr("Could not parse file '%1': %2 (line %3, col %4)")
-                        .arg(filename, xml.errorString(), QString::number(xml.lineNumber()),
-                             QString::number(xml.columnNumber())));
+        return fail(errorText, tr("Could not parse file '%1': %2 (line %3, col %4)")
+                                   .arg(filename, xml.errorString(), QString::number(xml.lineNumber()),
+                                        QString::number(xml.columnNumber())));
     }
     if (document.limits.empty() && !document.isData)
-        return fail(tr("File '%1' holds no limits").arg(filename));
+        return fail(errorText, tr("File '%1' holds no limits").arg(filename));
     for (std::unique_ptr<ALimit> &limit : document.limits)
         list.append(limit.release());
     return true;

@@ -29,6 +29,8 @@ public:
     explicit AMdrDocument(QObject *parent = nullptr);
     ~AMdrDocument() override; // ends a running recording
 
+    // No error text of a recording names its file.
+
     // Replaces the content by that of a file, whose checksums are all tested. The file stays open and must not be
     // changed in place; replacing or deleting it does no harm.
     //

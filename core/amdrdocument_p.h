@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/amdrdocument.h"
+#include "core/failure.h"
 #include "core/mdrformat.h"
 #include "core/recordeddevice.h"
 
@@ -74,11 +75,4 @@ bool writeRecord(MdrFormat::Output *output, const Record &record)
         return false;
     output->write(record);
     return true;
-}
-
-// For an error text that the caller may not want.
-inline void setText(QString *text, const QString &value)
-{
-    if (text)
-        *text = value;
 }

@@ -50,14 +50,12 @@ bool AMdrDocument::startRecording(const QString &fileName, QString *errorText)
     for (const auto &[one, mode] :
          {std::pair(file.get(), QFile::ReadOnly), std::pair(recorder.get(), QFile::ReadWrite)}) {
         if (!one->open(mode | QIODevice::Unbuffered)) {
-            setText(errorText, one->errorString());
-            return false;
+            return fail(errorText, one->errorString());
         }
     }
     // A recording without its end is one that goes on.
     if (!recorder->resize(endOffset) || !recorder->seek(endOffset)) {
-        setText(errorText, recorder->errorString());
-        return false;
+        return fail(errorText, recorder->errorString());
     }
     for (std::size_t i = 0; i < offsets.size(); ++i) {
         d->entries[i].at = offsets[i];
@@ -77,8 +75,7 @@ bool AMdrDocument::startRecording(const QString &fileName, QString *errorText)
 bool AMdrDocument::finishRecording(QString *errorText)
 {
     if (!d->recorder) {
-        setText(errorText, AMdrDocument::tr("Nothing is being recorded"));
-        return false;
+        return fail(errorText, AMdrDocument::tr("Nothing is being recorded"));
     }
     if (d->writeWaiting()) {
         d->output->writeEnd(d->recordedChunks);
@@ -94,8 +91,7 @@ bool AMdrDocument::finishRecording(QString *errorText)
     d->recorder.reset();
     if (d->recordingError.isEmpty())
         return true;
-    setText(errorText, d->recordingError);
-    return false;
+    return fail(errorText, d->recordingError);
 }
 
 bool AMdrDocument::isRecording() const

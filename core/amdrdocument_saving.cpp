@@ -29,8 +29,7 @@ bool AMdrDocument::Private::copyChunk(const Entry &entry, Output *to, QString *e
         to->endChunk();
         return true;
     }
-    setText(errorText, unreadableText());
-    return false;
+    return fail(errorText, unreadableText());
 }
 
 bool AMdrDocument::Private::writeEntry(const Entry &entry, Output *to, QString *errorText) const
@@ -40,8 +39,7 @@ bool AMdrDocument::Private::writeEntry(const Entry &entry, Output *to, QString *
     const auto at = static_cast<std::size_t>(entry.at);
     if (entry.type == SweepRecord ? writeRecord(to, sweepsInMemory[at]) : writeRecord(to, geoDataInMemory[at]))
         return true;
-    setText(errorText, AMdrDocument::tr("A record is too large for a recording"));
-    return false;
+    return fail(errorText, AMdrDocument::tr("A record is too large for a recording"));
 }
 
 // Gives, where that is wanted, the offset of each entry's chunk in the new file, and that of the end chunk.
@@ -49,20 +47,17 @@ bool AMdrDocument::Private::writeAll(const QString &fileName, std::vector<qint64
                                      QString *errorText) const
 {
     if (!isReplaceable(fileName)) {
-        setText(errorText, AMdrDocument::tr("Not a regular file"));
-        return false;
+        return fail(errorText, AMdrDocument::tr("Not a regular file"));
     }
     QSaveFile target(fileName);
     if (!target.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
-        setText(errorText, target.errorString());
-        return false;
+        return fail(errorText, target.errorString());
     }
     Output to(&target);
     to.writeHeader();
     bool ok = true;
     if (device && !writeRecord(&to, *device)) {
-        setText(errorText, AMdrDocument::tr("A record is too large for a recording"));
-        ok = false;
+        ok = fail(errorText, AMdrDocument::tr("A record is too large for a recording"));
     }
     for (auto entry = entries.begin(); ok && entry != entries.end(); ++entry) {
         if (offsets)
@@ -81,15 +76,13 @@ bool AMdrDocument::Private::writeAll(const QString &fileName, std::vector<qint64
         target.cancelWriting();
     if (ok && target.commit())
         return true;
-    setText(errorText, target.errorString());
-    return false;
+    return fail(errorText, target.errorString());
 }
 
 bool AMdrDocument::save(const QString &fileName, QString *errorText) const
 {
     if (d->isBeingRecorded(fileName)) {
-        setText(errorText, AMdrDocument::tr("The file is being recorded"));
-        return false;
+        return fail(errorText, AMdrDocument::tr("The file is being recorded"));
     }
     d->writeWaiting();
     return d->writeAll(fileName, nullptr, nullptr, errorText);
