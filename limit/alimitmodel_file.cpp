@@ -175,7 +175,7 @@ bool ALimitModel::loadFromFile(const QString &fileName)
     }
     clearRows();
     QDomDocument document;
-    DomError error;
+    XmlError error;
     if (!setBoundedContent(&document, &file, &error)) {
         Q_EMIT loadError(tr("Could not parse file '%1': %2 (line %3, col %4)")
                              .arg(fileName, error.text, QString::number(error.line), QString::number(error.column)));
