@@ -35,9 +35,9 @@ void cleanTexts(QDomNode node)
 {
     const QDomNamedNodeMap attributes = node.attributes();
     for (int i = 0; i < attributes.size(); ++i)
-        attributes.item(i).setNodeValue(xmlText(attributes.item(i).nodeValue()));
+        attributes.item(i).setNodeValue(withoutNonXmlCharacters(attributes.item(i).nodeValue()));
     if (!node.nodeValue().isEmpty())
-        node.setNodeValue(xmlText(node.nodeValue()));
+        node.setNodeValue(withoutNonXmlCharacters(node.nodeValue()));
     for (QDomNode child = node.firstChild(); !child.isNull(); child = child.nextSibling())
         cleanTexts(child);
 }
@@ -85,7 +85,7 @@ struct AProfile::Private
     {
         while (element.hasChildNodes())
             element.removeChild(element.firstChild());
-        element.appendChild(document.createTextNode(xmlText(text)));
+        element.appendChild(document.createTextNode(withoutNonXmlCharacters(text)));
         flags |= ModifiedProfile;
     }
 
@@ -95,7 +95,7 @@ struct AProfile::Private
         if (element.isNull()) {
             element = document.createElement(tag);
             if (!language.isEmpty())
-                element.setAttribute(kLanguageAttribute, xmlText(language));
+                element.setAttribute(kLanguageAttribute, withoutNonXmlCharacters(language));
             insertElement(element);
         }
         setElementText(element, text);
@@ -239,7 +239,7 @@ bool AProfile::showInChannelList() const
 
 void AProfile::setId(const QString &id)
 {
-    d->root().setAttribute(kIdAttribute, xmlText(id));
+    d->root().setAttribute(kIdAttribute, withoutNonXmlCharacters(id));
     d->flags |= ModifiedProfile;
 }
 

@@ -368,7 +368,7 @@ QString escapedLabel(const QString &label)
         } else if (c.isHighSurrogate() && i + 1 < label.size() && label.at(i + 1).isLowSurrogate()) {
             text += c;
             text += label.at(++i);
-        } else if (xmlText(QString(c)).isEmpty()) {
+        } else if (!isXmlText(QString(c))) {
             text += QLatin1String("\\u") + QString::number(c.unicode(), kHex).rightJustified(kHexDigits, u'0');
         } else {
             text += c;

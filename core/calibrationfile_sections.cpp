@@ -45,7 +45,7 @@ bool readEntryLine(const QByteArray &line, ACalibrationData *object)
 
 bool canStandAsItIs(const QString &label)
 {
-    return label.trimmed() == label && !label.startsWith(QLatin1Char('"')) && xmlText(label) == label &&
+    return label.trimmed() == label && !label.startsWith(QLatin1Char('"')) && isXmlText(label) &&
            !label.contains(QLatin1Char('\n')) && !label.contains(QLatin1Char('\r'));
 }
 

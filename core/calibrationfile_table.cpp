@@ -307,7 +307,7 @@ bool readTable(const QByteArray &firstLine, ByteSource *source, const Defaults &
 
 void writeTable(const QList<ACalibrationData> &objects, Output *output)
 {
-    const auto isText = [](const ACalibrationData &object) { return xmlText(object.label()) == object.label(); };
+    const auto isText = [](const ACalibrationData &object) { return isXmlText(object.label()); };
     const bool hasEscapedLabels = !std::all_of(objects.begin(), objects.end(), isText);
     *output << (hasEscapedLabels ? "object;label;escaped label;type;frequency;gain\n"
                                  : "object;label;type;frequency;gain\n");

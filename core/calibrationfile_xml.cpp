@@ -131,7 +131,7 @@ void writeXml(const QList<ACalibrationData> &objects, Output *output)
 {
     *output << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<calibrations>\n";
     for (const ACalibrationData &object : objects) {
-        const bool fits = xmlText(object.label()) == object.label();
+        const bool fits = isXmlText(object.label());
         *output << (fits ? "  <calibration label=\"" : "  <calibration escapedLabel=\"")
                 << escaped(fits ? object.label() : escapedLabel(object.label())) << "\" type=\""
                 << typeWord(object.type()) << "\">\n";

@@ -145,7 +145,10 @@ private:
     }
 
     void writeAttribute(const char *name, const QString &value) { m_xml.writeAttribute(QLatin1String(name), value); }
-    void writeText(const char *name, const QVariant &text) { writeAttribute(name, xmlText(text.toString())); }
+    void writeText(const char *name, const QVariant &text)
+    {
+        writeAttribute(name, withoutNonXmlCharacters(text.toString()));
+    }
     void writeInterpolation(const QVariant &number)
     {
         writeAttribute("interpolation", QString::number(number.toUInt()));
