@@ -30,6 +30,30 @@ QDomDocument emptyProfileDocument()
     return document;
 }
 
+constexpr int kMaxSectionDepth = kMaxXmlDepth - 1; // the profile itself is one
+
+// Whether elements are nested too deep for a profile; found without recursion.
+bool isTooDeep(const QDomElement &section)
+{
+    QDomElement element = section;
+    for (int depth = 1; depth <= kMaxSectionDepth;) {
+        const QDomElement child = element.firstChildElement();
+        if (!child.isNull()) {
+            element = child;
+            ++depth;
+            continue;
+        }
+        while (element != section && element.nextSiblingElement().isNull()) {
+            element = element.parentNode().toElement();
+            --depth;
+        }
+        if (element == section)
+            return false;
+        element = element.nextSiblingElement();
+    }
+    return true;
+}
+
 // Leaves out the characters that XML can't hold, from all texts and attributes.
 void cleanTexts(QDomNode node)
 {
@@ -67,7 +91,8 @@ struct AProfile::Private
     QDomDocument document = emptyProfileDocument();
     QString source;
     QString readError;
-    unsigned int flags = 0; // without DerivedProfile, which the id decides
+    bool isSectionRefused = false; // the last one was nested too deep
+    unsigned int flags = 0;        // without DerivedProfile, which the id decides
 
     QDomElement root() const { return document.documentElement(); }
 
@@ -261,6 +286,10 @@ void AProfile::setRange(const AFrequency &begin, const AFrequency &end)
 
 void AProfile::setChannelData(const QDomElement &channels)
 {
+    d->flags |= ModifiedProfile;
+    d->isSectionRefused = isTooDeep(channels); // importing, cleaning and deleting it would recurse
+    if (d->isSectionRefused)
+        return;
     const QDomElement old = d->root().firstChildElement(kChannelsTag);
     if (!channels.isNull()) {
         QDomElement section = d->document.importNode(channels, true).toElement();
@@ -270,7 +299,6 @@ void AProfile::setChannelData(const QDomElement &channels)
         d->root().insertAfter(section, old);
     }
     d->root().removeChild(old);
-    d->flags |= ModifiedProfile;
 }
 
 void AProfile::setShowInChannelList(bool show)
@@ -283,6 +311,8 @@ bool AProfile::saveToFile(const QString &filename) const
 {
     if (!d->readError.isEmpty())
         return false; // what was read is not held here, so writing would lose it
+    if (d->isSectionRefused)
+        return false; // what the application meant to save is not held here either
     QByteArray content = writeXmlDocument(d->document);
     QBuffer written(&content);
     XmlError error;
