@@ -44,7 +44,7 @@ public:
         unsigned int interpolation = Step;
     };
 
-    // No name and no curve, 0 to 30 GHz, in the unit that a limit file without one means.
+    // No name and no curve, 0 to 30 GHz, in the unit that is meant by a limit file that names none.
     explicit ALimit(QObject *parent = nullptr);
     ~ALimit() override;
 

@@ -11,6 +11,7 @@
 class AVeldoranDevice;
 
 // A recording: sweeps and position records in the order in which they were recorded, and the device that measured them.
+// "Mdr", as in the suffix of its files, is measured data, recorded.
 //
 // What was added lies in memory. What was loaded, and what is added while a file is being recorded, stays in the file,
 // which is read on demand: a recording may be larger than memory. docs/formats.md describes the file.

@@ -47,7 +47,8 @@ enum Purpose : quint32
     ShadowPurpose = 4,
 };
 
-// A number from 0 to below 1 that depends on its arguments alone.
+// A number from 0 to below 1 that depends on its arguments alone, by the mixing steps of SplitMix64 (Steele, Lea,
+// Flood: Fast splittable pseudorandom number generators, 2014).
 double uniform(quint64 seed, Purpose purpose, quint32 a, quint32 b) noexcept
 {
     quint64 x = seed << 32 ^ quint64(purpose) << 28;

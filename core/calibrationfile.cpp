@@ -34,13 +34,14 @@ bool looksLikeXml(QIODevice *device)
 bool readText(QIODevice *device, const CalibrationFile::Defaults &defaults, QList<ACalibrationData> *objects,
               CalibrationFile::Problem *problem)
 {
-    *problem = CalibrationFile::problem(QT_TRANSLATE_NOOP("CoreText", "expected a text file"));
+    *problem = CalibrationFile::translatedProblem(QT_TRANSLATE_NOOP("CoreText", "expected a text file"));
     ByteSource source(device);
     QByteArray line;
     do {
         if (!readLine(&source, kMaxFirstLineBytes, &line)) {
             if (!source.failed())
-                *problem = CalibrationFile::problem(QT_TRANSLATE_NOOP("CoreText", "expected calibration objects"));
+                *problem =
+                    CalibrationFile::translatedProblem(QT_TRANSLATE_NOOP("CoreText", "expected calibration objects"));
             return false;
         }
     } while (CalibrationFile::isBlankOrComment(line));
@@ -153,7 +154,7 @@ bool writeCalibrationFile(const QString &fileName, const QList<ACalibrationData>
 
 namespace CalibrationFile {
 
-Problem problem(const char *text, qint64 line)
+Problem translatedProblem(const char *text, qint64 line)
 {
     return {CoreText::tr(text), line};
 }

@@ -36,7 +36,7 @@ struct Problem
     qint64 line = 0; // 0: the file as a whole
 };
 
-Problem problem(const char *text, qint64 line = 0); // translated
+Problem translatedProblem(const char *text, qint64 line = 0);
 
 // A text file, byte by byte, without the byte order mark that it may begin with. Ends at the end of the file and at the
 // first thing that no text file holds.

@@ -62,7 +62,7 @@ bool readSections(const QByteArray &firstLine, ByteSource *source, const Default
                   QList<ACalibrationData> *objects, Problem *problem)
 {
     const auto expected = [source, problem](const char *text) {
-        *problem = CalibrationFile::problem(text, source->lineOfPiece());
+        *problem = CalibrationFile::translatedProblem(text, source->lineOfPiece());
         return false;
     };
     QByteArray line = firstLine;

@@ -280,7 +280,7 @@ bool readTable(const QByteArray &firstLine, ByteSource *source, const Defaults &
 {
     const auto expected = [source, problem](const char *text) {
         if (!source->failed())
-            *problem = CalibrationFile::problem(text, source->lineOfPiece());
+            *problem = CalibrationFile::translatedProblem(text, source->lineOfPiece());
         return false;
     };
     Columns columns;

@@ -118,7 +118,7 @@ bool readXml(QIODevice *device, const Defaults &defaults, QList<ACalibrationData
         else if (reader.xml().isCharacters() && !reader.xml().isWhitespace())
             expected = QT_TRANSLATE_NOOP("CoreText", "expected no text between the elements");
         if (expected) {
-            *problem = CalibrationFile::problem(expected, reader.xml().lineNumber());
+            *problem = CalibrationFile::translatedProblem(expected, reader.xml().lineNumber());
             return false;
         }
     }

@@ -4,8 +4,9 @@
 
 #include <QtCore/qglobal.h>
 
-// The measurement units, "emu" in the names. Levels of power quantities are 10 lg, levels of amplitudes 20 lg of the
-// ratio to the reference (IEC 60027-3; the notation "dBµV/m" for dB(µV/m) follows radio practice, ITU-R V.574).
+// The measurement units; "emu" in a name is such a unit. Levels of power quantities are 10 lg, levels of amplitudes 20
+// lg of the ratio to the reference (IEC 60027-3; the notation "dBµV/m" for dB(µV/m) follows radio practice, ITU-R
+// V.574).
 //
 // Two impedances join the quantities of a family:
 // - voltage and power at the 50 Ω that measuring receivers present (CISPR 16-1-1): P = U² / 50 Ω;

@@ -20,8 +20,8 @@ private:
     struct Edge
     {
         AFrequency frequency;
-        int owner = -1;
-        int ownerBehind = -1;
+        int section = -1;
+        int sectionBehind = -1;
     };
 
     void arrangeSections();

@@ -284,7 +284,7 @@ void NmeaRecords::addSensors(const Nmea::Sentence &sentence)
         addTransducer(transducer, sensors);
 }
 
-void NmeaRecords::addTransducer(const Nmea::Transducer &transducer, Sensors *sensors) const
+void NmeaRecords::addTransducer(const Nmea::Transducer &transducer, Sensors *sensors)
 {
     if (transducer.type == '\0')
         return;

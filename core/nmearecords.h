@@ -117,7 +117,7 @@ private:
     void addGll(const Nmea::Sentence &sentence);
     void addZda(const Nmea::Sentence &sentence);
     void addSensors(const Nmea::Sentence &sentence);
-    void addTransducer(const Nmea::Transducer &transducer, Sensors *sensors) const;
+    static void addTransducer(const Nmea::Transducer &transducer, Sensors *sensors);
     static void setSensors(const Sensors &sensors, AGeoData *record);
 
     NmeaCalendar m_calendar;
