@@ -9,6 +9,7 @@ set(AVELDORAN_PRIVATE_HEADERS
     bootlogo/logobackground.h
     channel/achannelinfo_walk.h
     core/amdrdocument_p.h
+    core/angles.h
     core/atomicfile.h
     core/boundeddom.h
     core/boundedxmlreader.h

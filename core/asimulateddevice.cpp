@@ -1,5 +1,6 @@
 #include "core/asimulateddevice.h"
 
+#include "core/angles.h"
 #include "core/emu.h"
 #include "core/orientation.h"
 
@@ -36,7 +37,7 @@ constexpr double kHillHeight = 45.0;
 constexpr double kWalkingPace = 1.0; // metres a second, slower than in the town anywhere
 constexpr double kKnotsPerMetreSecond = 3600.0 / 1852.0;
 constexpr double kDegreesPerCircle = 360.0;
-constexpr double kCircle = 2.0 * 3.14159265358979323846;
+constexpr double kCircle = 2.0 * kPi;
 
 // What a number is made for, so that no two sorts share their randomness.
 enum Purpose : quint32

@@ -1,5 +1,6 @@
 #include "core/nmearecords.h"
 
+#include "core/angles.h"
 #include "core/orientation.h"
 
 #include <algorithm>
