@@ -18,6 +18,7 @@ set(AVELDORAN_PRIVATE_HEADERS
     core/crc32.h
     core/failure.h
     core/interpolation.h
+    core/knownchips.h
     core/limitcurve.h
     core/mdrformat.h
     core/mdrlayout.h
