@@ -1,5 +1,5 @@
-# cmake -D SCRATCH=DIRECTORY -P list_rule_breaks.cmake
-# Gives list_rule.cmake trees of one file that keep or break the form in one way each.
+# cmake -D SCRATCH=DIRECTORY -P cmake_form_breaks.cmake
+# Gives cmake_form.cmake trees of one file that keep or break the form in one way each.
 
 cmake_minimum_required(VERSION 3.25)
 
@@ -11,7 +11,7 @@ function(expect text)
     list(JOIN ARGN "\n" content)
     file(WRITE ${SCRATCH}/folder/CMakeLists.txt "${content}\n")
     execute_process(
-        COMMAND ${CMAKE_COMMAND} -D ROOT=${SCRATCH} -P ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/list_rule.cmake
+        COMMAND ${CMAKE_COMMAND} -D ROOT=${SCRATCH} -P ${CMAKE_CURRENT_FUNCTION_LIST_DIR}/cmake_form.cmake
         RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE output)
     string(FIND "${output}" "${text}" position)
     if((text STREQUAL "" AND status EQUAL 0) OR (NOT text STREQUAL "" AND NOT status EQUAL 0 AND position GREATER -1))
