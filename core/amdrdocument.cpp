@@ -57,9 +57,9 @@ void AMdrDocument::Private::setFile(std::unique_ptr<QFile> newFile, qint64 bytes
 
 bool AMdrDocument::Private::index(QString *errorText)
 {
-    bool isRecording = false;
+    bool hasMagic = false;
     quint32 version = 0;
-    if (!input.readHeader(&isRecording, &version) || !isRecording) {
+    if (!input.readHeader(&hasMagic, &version) || !hasMagic) {
         return fail(errorText, AMdrDocument::tr("Not a recording"));
     }
     if (version != MdrFormat::kVersion) {

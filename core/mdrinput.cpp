@@ -106,13 +106,13 @@ bool Input::seek(qint64 position)
     return m_device && m_device->seek(position);
 }
 
-bool Input::readHeader(bool *isRecording, quint32 *version)
+bool Input::readHeader(bool *hasMagic, quint32 *version)
 {
-    *isRecording = false;
+    *hasMagic = false;
     if (!have(kHeaderBytes))
         return false;
     const char *header = m_block.constData() + m_at;
-    *isRecording = std::memcmp(header, kMagic, kMagicBytes) == 0;
+    *hasMagic = std::memcmp(header, kMagic, kMagicBytes) == 0;
     fetch(header + kMagicBytes, version);
     m_at += kHeaderBytes;
     return true;
@@ -127,10 +127,10 @@ bool Input::beginChunk(qint64 fileSize, quint32 *type)
     m_summed = m_at;
     quint64 length = 0;
     fetch(m_block.constData() + m_at, type);
-    fetch(m_block.constData() + m_at + 4, &length);
+    fetch(m_block.constData() + m_at + kTypeBytes, &length);
     if (length > static_cast<quint64>(room))
         return false;
-    m_at += 4 + 8;
+    m_at += kTypeBytes + kLengthBytes;
     m_left = static_cast<qint64>(length);
     return true;
 }
@@ -150,11 +150,11 @@ bool Input::endChunk()
     if (!skip(m_left))
         return false;
     sum();
-    if (!have(4))
+    if (!have(kChecksumBytes))
         return false;
     quint32 expected = 0;
     fetch(m_block.constData() + m_at, &expected);
-    m_at += 4;
+    m_at += kChecksumBytes;
     m_summed = m_at;
     return expected == m_sum;
 }
@@ -164,7 +164,7 @@ bool Input::getWholeChunk(const char **bytes, qint64 *count)
     if (!have(kChunkOverhead))
         return false;
     quint64 length = 0;
-    fetch(m_block.constData() + m_at + 4, &length);
+    fetch(m_block.constData() + m_at + kTypeBytes, &length);
     if (length > static_cast<quint64>(kBlockBytes - kChunkOverhead))
         return false;
     *count = static_cast<qint64>(length) + kChunkOverhead;
@@ -172,10 +172,10 @@ bool Input::getWholeChunk(const char **bytes, qint64 *count)
         return false;
     *bytes = m_block.constData() + m_at;
     quint32 expected = 0;
-    fetch(*bytes + *count - 4, &expected);
+    fetch(*bytes + *count - kChecksumBytes, &expected);
     m_at += *count;
     m_summed = m_at;
-    return crc32(0, *bytes, *count - 4) == expected;
+    return crc32(0, *bytes, *count - kChecksumBytes) == expected;
 }
 
 bool Input::read(ASweep *sweep)
