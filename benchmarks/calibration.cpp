@@ -22,8 +22,7 @@ QList<ACalibrationData> table(int entries)
 {
     ACalibrationData object(QStringLiteral("table"), ACalibrationData::Cable);
     for (int i = 0; i < entries; ++i) {
-        AFrequency frequency;
-        frequency.setValue(9000LL + i * 6000LL, AFrequency::Hz);
+        const AFrequency frequency = AFrequency::fromValue(9000LL + i * 6000LL, AFrequency::Hz);
         object.addLevel(frequency, -0.001 * (i % 10000));
     }
     return {object};
@@ -144,8 +143,7 @@ void addObjects(ADataManager *manager, int objects, int entries)
         ACalibrationData object(QStringLiteral("Object number %1").arg(i),
                                 static_cast<ACalibrationData::CalibrationType>(i % 4));
         for (int k = 0; k < entries; ++k) {
-            AFrequency frequency;
-            frequency.setValue(1000000LL * (k + 1), AFrequency::Hz);
+            const AFrequency frequency = AFrequency::fromValue(1000000LL * (k + 1), AFrequency::Hz);
             object.addLevel(frequency, 0.1 * k);
         }
         manager->addCalibrationData(object, QStringLiteral("-"));

@@ -27,8 +27,7 @@ const QList<AMeasurementValue> &sweep()
         QList<AMeasurementValue> noise;
         noise.reserve(kPoints);
         for (int i = 0; i < kPoints; ++i) {
-            AFrequency frequency;
-            frequency.setValue(100000000LL + i * 100LL, AFrequency::Hz);
+            const AFrequency frequency = AFrequency::fromValue(100000000LL + i * 100LL, AFrequency::Hz);
             noise.append(AMeasurementValue(floor(random), kdBm, frequency, 0, 0.0));
         }
         return noise;

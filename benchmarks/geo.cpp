@@ -230,8 +230,7 @@ public:
     explicit MeasuredDrive(int sweeps)
         : AGeoDataProcessor(nullptr)
     {
-        AFrequency frequency;
-        frequency.setValue(100.0, AFrequency::MHz);
+        const AFrequency frequency = AFrequency::fromValue(100.0, AFrequency::MHz);
         AGeoData record;
         record.recordName = QStringLiteral("P");
         for (int i = 0; i < sweeps; ++i) {

@@ -128,9 +128,7 @@ void readLimits(benchmark::State &state)
 
 AFrequency kilohertz(int value)
 {
-    AFrequency frequency;
-    frequency.setValue(value, AFrequency::kHz);
-    return frequency;
+    return AFrequency::fromValue(value, AFrequency::kHz);
 }
 
 // A curve of sections and levels in turn. 100 against 10,000 pieces: the steps of a look-up double, and it leaves the

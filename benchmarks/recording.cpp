@@ -23,8 +23,7 @@ ASweep sweepOf(int points, int number)
     QList<AMeasurementValue> values;
     values.reserve(points);
     for (int i = 0; i < points; ++i) {
-        AFrequency frequency;
-        frequency.setValue(100000000LL + i * 10000LL, AFrequency::Hz);
+        const AFrequency frequency = AFrequency::fromValue(100000000LL + i * 10000LL, AFrequency::Hz);
         values.append(AMeasurementValue(-100.0 + (i * 7 + number) % 13, kdBm, frequency, 0, 0.0));
     }
     const QDateTime start(QDate(2024, 5, 17), QTime(12, 0), Qt::UTC);

@@ -48,18 +48,12 @@ QString addValueText()
     return QStringLiteral("-- add value --");
 }
 
-AFrequency hertz(long long value)
-{
-    AFrequency frequency;
-    frequency.setValue(value, AFrequency::Hz);
-    return frequency;
-}
-
 AFrequency readFrequency(const QVariant &value)
 {
     const long long number = value.toLongLong();
     const QString text = value.toString();
-    return number != 0 && !text.endsWith(QLatin1String("Hz")) ? hertz(number) : AFrequency(text.toLatin1().constData());
+    return number != 0 && !text.endsWith(QLatin1String("Hz")) ? AFrequency::fromValue(number, AFrequency::Hz)
+                                                              : AFrequency(text.toLatin1().constData());
 }
 
 // A "." that could group digits in the locale is taken for the decimal sign, before what the locale makes of it.
@@ -324,7 +318,8 @@ bool ACalibrationObjectModel::setGain(const QModelIndex &index, ACalibrationData
     // one of its own below it. The last row has no frequency, which counts as 0 Hz.
     if (!isUnchanged) {
         const QModelIndex sibling = index.siblingAtColumn(FrequencyColumn);
-        object.addLevel(hertz(entryData(object, sibling, Qt::EditRole).toLongLong()), readGain(value));
+        const long long hertz = entryData(object, sibling, Qt::EditRole).toLongLong();
+        object.addLevel(AFrequency::fromValue(hertz, AFrequency::Hz), readGain(value));
     }
     Q_EMIT dataChanged(index, index);
     update(object);

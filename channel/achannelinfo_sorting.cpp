@@ -67,8 +67,7 @@ QString AChannelInfo::sortKey(int column, bool showsTextAbove) const
     case ColumnStopFreq: {
         // Taken as megahertz deliberately. Above 9.2 THz that is the edge of the range, so such keys are equal; the
         // texts of negative numbers stand in the order of their digits.
-        AFrequency scaled;
-        scaled.setValue(data(column).toDouble(), AFrequency::MHz);
+        const AFrequency scaled = AFrequency::fromValue(data(column).toDouble(), AFrequency::MHz);
         return scaled.formatString(QStringLiteral("%1"), AFrequency::Hz, kFrequencyKeyWidth, 'd', -1);
     }
     case ColumnAutoChannelDefinition: // a list has no text

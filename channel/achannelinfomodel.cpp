@@ -44,8 +44,7 @@ bool isColouredColumn(int column)
 
 QString shownFrequency(const QVariant &hertz)
 {
-    AFrequency frequency;
-    frequency.setValue(hertz.toLongLong(), AFrequency::Hz);
+    const AFrequency frequency = AFrequency::fromValue(hertz.toLongLong(), AFrequency::Hz);
     return frequency.canonicalText();
 }
 

@@ -282,8 +282,7 @@ AChannelInfo *addNode(AChannelInfo *parent, AChannelInfo::RangeType type, const 
 
 bool isNear(const EfisEntry &entry, const AChannelInfo &group)
 {
-    AFrequency mergeGap;
-    mergeGap.setValue(static_cast<long long>(kMergeGapHz), AFrequency::Hz);
+    const AFrequency mergeGap = AFrequency::fromValue(static_cast<long long>(kMergeGapHz), AFrequency::Hz);
     return entry.begin - group.endFrequency() <= mergeGap;
 }
 

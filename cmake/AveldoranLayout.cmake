@@ -12,13 +12,16 @@ set(AVELDORAN_PRIVATE_HEADERS
     channel/achannelinfo_walk.h
     channel/channeldefinition.h
     core/amdrdocument_p.h
+    core/angles.h
     core/atomicfile.h
     core/boundeddom.h
     core/boundedxmlreader.h
     core/calibrationfile.h
     core/coretext.h
     core/crc32.h
+    core/failure.h
     core/interpolation.h
+    core/knownchips.h
     core/limitcurve.h
     core/mdrformat.h
     core/mdrlayout.h

@@ -1,6 +1,7 @@
 #include "core/acalibrationdata.h"
 
 #include "core/calibrationfile.h"
+#include "core/failure.h"
 #include "core/interpolation.h"
 
 #include <algorithm>
@@ -70,11 +71,8 @@ bool ACalibrationData::readAll(const QString &filename, QList<ACalibrationData> 
 {
     QList<ACalibrationData> objects;
     QString message;
-    if (!readCalibrationFile(filename, type == AllTypes ? AnyType : type, &objects, &message)) {
-        if (errorText)
-            *errorText = message;
-        return false;
-    }
+    if (!readCalibrationFile(filename, type == AllTypes ? AnyType : type, &objects, &message))
+        return fail(errorText, message);
     list += objects;
     return true;
 }

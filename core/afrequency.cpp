@@ -265,16 +265,14 @@ AFrequency::AFrequency(const char *text)
     Decimal decimal;
     if (hasUnknownUnit || !readDecimal(Text(whole.begin, suffix), &decimal))
         return;
-    const Parts parts = toParts(decimal, unit);
-    m_hertz = parts.hertz;
-    m_fraction = parts.fraction;
+    const auto [hertz, fraction] = toParts(decimal, unit);
+    *this = AFrequency(hertz, fraction);
 }
 
 void AFrequency::setValue(long long value, Unit unit) noexcept
 {
-    const Parts parts = normalised(static_cast<Int128>(value) * kFactors[unitIndex(unit)], 0.0);
-    m_hertz = parts.hertz;
-    m_fraction = parts.fraction;
+    const auto [hertz, fraction] = normalised(static_cast<Int128>(value) * kFactors[unitIndex(unit)], 0.0);
+    *this = AFrequency(hertz, fraction);
 }
 
 void AFrequency::setValue(double value, Unit unit)
@@ -291,8 +289,7 @@ void AFrequency::setValue(double value, Unit unit)
         readDecimal(wholeText(shortest.constData()), &decimal);
         parts = toParts(decimal, unit);
     }
-    m_hertz = parts.hertz;
-    m_fraction = parts.fraction;
+    *this = AFrequency(parts.hertz, parts.fraction);
 }
 
 long long AFrequency::intValue(Unit unit) const noexcept
@@ -360,18 +357,16 @@ AFrequency::Unit AFrequency::unitForSuffix(const char *text) noexcept
 
 AFrequency &AFrequency::operator+=(const AFrequency &other) noexcept
 {
-    const Parts sum = normalised(static_cast<Int128>(m_hertz) + other.m_hertz, m_fraction + other.m_fraction);
-    m_hertz = sum.hertz;
-    m_fraction = sum.fraction;
-    return *this;
+    const auto [hertz, fraction] =
+        normalised(static_cast<Int128>(m_hertz) + other.m_hertz, m_fraction + other.m_fraction);
+    return *this = AFrequency(hertz, fraction);
 }
 
 AFrequency &AFrequency::operator-=(const AFrequency &other) noexcept
 {
-    const Parts difference = normalised(static_cast<Int128>(m_hertz) - other.m_hertz, m_fraction - other.m_fraction);
-    m_hertz = difference.hertz;
-    m_fraction = difference.fraction;
-    return *this;
+    const auto [hertz, fraction] =
+        normalised(static_cast<Int128>(m_hertz) - other.m_hertz, m_fraction - other.m_fraction);
+    return *this = AFrequency(hertz, fraction);
 }
 
 AFrequency AFrequency::operator*(double factor) const noexcept
@@ -381,10 +376,7 @@ AFrequency AFrequency::operator*(double factor) const noexcept
         product = normalised(static_cast<Int128>(m_hertz) * static_cast<qint64>(factor), 0.0);
     else
         product = fromHertz(static_cast<double>(toHertz(m_hertz, m_fraction) * factor));
-    AFrequency result;
-    result.m_hertz = product.hertz;
-    result.m_fraction = product.fraction;
-    return result;
+    return AFrequency(product.hertz, product.fraction);
 }
 
 AFrequency AFrequency::operator/(double divisor) const noexcept
@@ -399,10 +391,7 @@ AFrequency AFrequency::operator/(double divisor) const noexcept
     } else {
         quotient = fromHertz(static_cast<double>(toHertz(m_hertz, m_fraction) / divisor));
     }
-    AFrequency result;
-    result.m_hertz = quotient.hertz;
-    result.m_fraction = quotient.fraction;
-    return result;
+    return AFrequency(quotient.hertz, quotient.fraction);
 }
 
 double AFrequency::operator/(const AFrequency &other) const noexcept

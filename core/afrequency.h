@@ -37,6 +37,15 @@ public:
     void setValue(int value, Unit unit) noexcept { setValue(static_cast<long long>(value), unit); }
     void setValue(double value, Unit unit);
 
+    // What setValue sets for that number.
+    template<typename Number>
+    static AFrequency fromValue(Number value, Unit unit)
+    {
+        AFrequency frequency;
+        frequency.setValue(value, unit);
+        return frequency;
+    }
+
     // The value in `unit`, cut towards zero.
     long long intValue(Unit unit) const noexcept;
     double floatValue(Unit unit) const noexcept;
@@ -89,6 +98,11 @@ public:
     }
 
 private:
+    explicit constexpr AFrequency(qint64 hertz, double fraction) noexcept
+        : m_hertz(hertz)
+        , m_fraction(fraction)
+    {}
+
     // Both parts carry the sign of the value, the fraction lies strictly between -1 and 1 and is never -0.0 or NaN:
     // the pair is unique, so comparing the parts in order compares the values.
     qint64 m_hertz = 0;

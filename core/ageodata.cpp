@@ -1,5 +1,7 @@
 #include "core/ageodata.h"
 
+#include "core/angles.h"
+
 #include <QtCore/QCoreApplication>
 
 #include <cmath>
@@ -12,7 +14,6 @@ void registerTypes()
 }
 Q_CONSTRUCTOR_FUNCTION(registerTypes)
 
-constexpr double kDegreesPerRadian = 180.0 / 3.14159265358979323846;
 constexpr double kFullCircle = 360.0;
 
 struct Tilt

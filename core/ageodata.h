@@ -15,13 +15,13 @@
 class AVELDORAN_CORE_EXPORT AGeoData
 {
 public:
-    int source = 0; // copied only
+    int source = 0; // carried along, never read by the library
     QDateTime recordTime;
     float latitude = 0.0F;    // NMEA degrees and minutes (ddmm.mmmm, south and west negative) as a logger or a replay
     float longitude = 0.0F;   // delivers them, decimal degrees once a processor has taken the record in
-    quint8 fix = 0;           // copied only; from a logger the quality of the fix, 1 if it didn't say
-    float speed = 0.0F;       // copied only; from a logger knots
-    float course = 0.0F;      // copied only; from a logger degrees from true north
+    quint8 fix = 0;           // carried along likewise; from a logger the fix's quality, 1 if it didn't say
+    float speed = 0.0F;       // carried along likewise; from a logger knots
+    float course = 0.0F;      // carried along likewise; from a logger degrees from true north
     float altitude = 0.0F;    // metres
     float airPressure = 0.0F; // hectopascal; 0 if the record has none
     float accelerometer[3] = {}; // the pull of gravity in any unit: (0, 0, 1) in a level vehicle

@@ -331,7 +331,8 @@ void AGpsLoggerDevice::Private::endPause(AGpsLoggerDevice *logger)
 }
 
 // A socket that is looking up its host or connecting can't be read, like one that has ended. An attempt that fails
-// tells so by its error alone; a later error, such as a wait of the application that timed out, means nothing.
+// tells so by its error alone; a later error, such as a wait of the application that timed out, means nothing. By name,
+// since the library isn't linked with QtNetwork.
 void AGpsLoggerDevice::Private::watchConnection()
 {
     const bool isLocal = io->inherits("QLocalSocket");

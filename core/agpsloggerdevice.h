@@ -59,6 +59,6 @@ Q_SIGNALS:
 
 private:
     Q_DISABLE_COPY(AGpsLoggerDevice)
-    struct Private;
+    struct Q_DECL_HIDDEN Private;
     std::unique_ptr<Private> d;
 };

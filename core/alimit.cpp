@@ -10,7 +10,7 @@ struct ALimit::Private
     QString name;
     AFrequency begin;
     AFrequency end = AFrequency("30 GHz");
-    QString unit = QStringLiteral("8"); // dBµV/m
+    QString unit = QString::number(kEmuDecibelMicrovoltPerMetre);
     QString description;
     QString color;
     QVector<Section> sections;

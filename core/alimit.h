@@ -44,7 +44,7 @@ public:
         unsigned int interpolation = Step;
     };
 
-    // No name and no curve, 0 to 30 GHz, in the unit that a limit file without one means.
+    // No name and no curve, 0 to 30 GHz, in the unit that is meant by a limit file that names none.
     explicit ALimit(QObject *parent = nullptr);
     ~ALimit() override;
 
@@ -80,12 +80,12 @@ public:
     void clearCurve();
 
     // Appends the limits of a limit file in document order; the caller owns them. A file whose root element is "data"
-    // may hold none. On failure nothing is appended, and *errorText, unless null, is a message for the user. Numbers
-    // that can't be read are 0.
+    // may hold none. On failure nothing is appended, and *errorText, unless null, is a message for the user that
+    // names the file. Numbers that can't be read are 0.
     static bool readAll(const QString &filename, QList<const ALimit *> &list, QString *errorText);
 
 private:
     Q_DISABLE_COPY(ALimit)
-    struct Private;
+    struct Q_DECL_HIDDEN Private;
     std::unique_ptr<Private> d;
 };

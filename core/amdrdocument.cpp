@@ -57,33 +57,29 @@ void AMdrDocument::Private::setFile(std::unique_ptr<QFile> newFile, qint64 bytes
 
 bool AMdrDocument::Private::index(QString *errorText)
 {
-    bool isRecording = false;
+    bool hasMagic = false;
     quint32 version = 0;
-    if (!input.readHeader(&isRecording, &version) || !isRecording) {
-        setText(errorText, AMdrDocument::tr("Not a recording"));
-        return false;
+    if (!input.readHeader(&hasMagic, &version) || !hasMagic) {
+        return fail(errorText, AMdrDocument::tr("Not a recording"));
     }
     if (version != MdrFormat::kVersion) {
-        setText(errorText, AMdrDocument::tr("A recording of the unknown version %1").arg(version));
-        return false;
+        return fail(errorText, AMdrDocument::tr("A recording of the unknown version %1").arg(version));
     }
     bool isEnd = false;
     for (quint64 chunks = 0; !isEnd; ++chunks) {
         const qint64 at = input.position();
         quint32 type = 0;
         if (!input.beginChunk(fileBytes, &type)) {
-            setText(errorText, AMdrDocument::tr("The recording breaks off or is damaged at byte %1").arg(at));
-            return false;
+            return fail(errorText, AMdrDocument::tr("The recording breaks off or is damaged at byte %1").arg(at));
         }
         if (!indexChunk(type, at, chunks, &isEnd)) {
-            setText(errorText, AMdrDocument::tr("The recording is damaged in the part that begins at byte %1").arg(at));
-            return false;
+            return fail(errorText,
+                        AMdrDocument::tr("The recording is damaged in the part that begins at byte %1").arg(at));
         }
     }
     if (input.position() != fileBytes) {
-        setText(errorText,
-                AMdrDocument::tr("The recording ends at byte %1, but the file goes on").arg(input.position()));
-        return false;
+        return fail(errorText,
+                    AMdrDocument::tr("The recording ends at byte %1, but the file goes on").arg(input.position()));
     }
     return true;
 }
@@ -129,8 +125,7 @@ bool AMdrDocument::Private::openEntry(const Entry &entry, QString *errorText) co
     quint32 type = 0;
     if (input.seek(entry.at) && input.beginChunk(fileBytes, &type))
         return true;
-    setText(errorText, unreadableText());
-    return false;
+    return fail(errorText, unreadableText());
 }
 
 QString AMdrDocument::Private::unreadableText() const
@@ -153,8 +148,21 @@ bool AMdrDocument::Private::readRecord(const Entry &entry, const std::vector<Rec
         return false;
     if (input.read(record) && input.endChunk())
         return true;
-    setText(errorText, unreadableText());
-    return false;
+    return fail(errorText, unreadableText());
+}
+
+AMdrDocument::AMdrDocument(QObject *parent)
+    : QObject(parent)
+    , d(std::make_unique<Private>())
+{
+    d->turnEnd = new QTimer(this);
+    d->turnEnd->setSingleShot(true);
+    connect(d->turnEnd, &QTimer::timeout, this, [this] { d->writeWaiting(); });
+}
+
+AMdrDocument::~AMdrDocument()
+{
+    finishRecording();
 }
 
 bool AMdrDocument::load(const QString &fileName, QString *errorText)
@@ -173,7 +181,7 @@ bool AMdrDocument::load(const QString &fileName, QString *errorText)
         d->setFile(std::move(file), bytes);
         ok = d->index(errorText);
     } else {
-        setText(errorText, reason.isEmpty() ? file->errorString() : reason);
+        fail(errorText, reason.isEmpty() ? file->errorString() : reason);
     }
     if (d->entries.empty())
         d->setFile(nullptr, 0);
@@ -185,16 +193,14 @@ bool AMdrDocument::readSweep(int record, ASweep *sweep, QString *errorText) cons
 {
     if (d->has(record, SweepRecord))
         return d->readRecord(d->entries[static_cast<std::size_t>(record)], d->sweepsInMemory, sweep, errorText);
-    setText(errorText, AMdrDocument::tr("The recording has no such sweep"));
-    return false;
+    return fail(errorText, AMdrDocument::tr("The recording has no such sweep"));
 }
 
 bool AMdrDocument::readGeoData(int record, AGeoData *geoData, QString *errorText) const
 {
     if (d->has(record, GeoDataRecord))
         return d->readRecord(d->entries[static_cast<std::size_t>(record)], d->geoDataInMemory, geoData, errorText);
-    setText(errorText, AMdrDocument::tr("The recording has no such position record"));
-    return false;
+    return fail(errorText, AMdrDocument::tr("The recording has no such position record"));
 }
 
 AVeldoranDevice *AMdrDocument::createDevice() const
@@ -228,18 +234,4 @@ bool AMdrDocument::recordTime(int record, qint64 *milliseconds) const
         return false;
     *milliseconds = d->entries[static_cast<std::size_t>(record)].time;
     return *milliseconds != MdrFormat::kNoTime;
-}
-
-AMdrDocument::AMdrDocument(QObject *parent)
-    : QObject(parent)
-    , d(std::make_unique<Private>())
-{
-    d->turnEnd = new QTimer(this);
-    d->turnEnd->setSingleShot(true);
-    connect(d->turnEnd, &QTimer::timeout, this, [this] { d->writeWaiting(); });
-}
-
-AMdrDocument::~AMdrDocument()
-{
-    finishRecording();
 }

@@ -11,6 +11,7 @@
 class AVeldoranDevice;
 
 // A recording: sweeps and position records in the order in which they were recorded, and the device that measured them.
+// "Mdr", as in the suffix of its files, is measured data, recorded.
 //
 // What was added lies in memory. What was loaded, and what is added while a file is being recorded, stays in the file,
 // which is read on demand: a recording may be larger than memory. docs/formats.md describes the file.
@@ -29,8 +30,13 @@ public:
     explicit AMdrDocument(QObject *parent = nullptr);
     ~AMdrDocument() override; // ends a running recording
 
+    // No error text of a recording names its file.
+
     // Replaces the content by that of a file, whose checksums are all tested. The file stays open and must not be
     // changed in place; replacing or deleting it does no harm.
+    //
+    // A recording that is running is ended, and what could not be written of it is dropped with the rest of the
+    // content: call finishRecording() before to learn of it.
     //
     // False, with the reason in *errorText where that is not null, if the file can't be read, is no recording, or is
     // damaged or cut short anywhere. Every record before the damage is there then, so that the recording of a program
@@ -44,8 +50,8 @@ public:
     // Writes everything to a file, as save() does, and from then on what is added: whole records, those of one turn of
     // the event loop together at its end, or sooner if they come to 64 KiB. If this program ends in any way, load()
     // finds all records but those added in the last turn. Without an event loop up to 64 KiB wait until more is added,
-    // one of them is read, or the end; what another thread than the document's adds is written at once. False leaves
-    // the document as it was; a recording that is already running is ended first.
+    // one of them is read, or the end. False leaves the document as it was; a recording that is already running is
+    // ended first.
     bool startRecording(const QString &fileName, QString *errorText = nullptr);
 
     // Closes the recording. False if a record could not be written: the file then ends with the last one that could,
@@ -87,6 +93,6 @@ Q_SIGNALS:
     void contentReplaced(); // at the end of load()
 
 private:
-    struct Private;
+    struct Q_DECL_HIDDEN Private;
     std::unique_ptr<Private> d;
 };

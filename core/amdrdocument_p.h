@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/amdrdocument.h"
+#include "core/failure.h"
 #include "core/mdrformat.h"
 #include "core/recordeddevice.h"
 
@@ -66,9 +67,12 @@ struct AMdrDocument::Private
     void add(const Record &record, RecordType type, std::vector<Record> *inMemory);
 };
 
-// For an error text that the caller may not want.
-inline void setText(QString *text, const QString &value)
+// What fits() refuses makes no chunk at all.
+template<typename Record>
+bool writeRecord(MdrFormat::Output *output, const Record &record)
 {
-    if (text)
-        *text = value;
+    if (!MdrFormat::fits(record))
+        return false;
+    output->write(record);
+    return true;
 }

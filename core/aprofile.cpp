@@ -9,6 +9,8 @@
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 
+#include <cmath>
+
 namespace {
 
 const QLatin1String kRootTag("profile");
@@ -28,14 +30,38 @@ QDomDocument emptyProfileDocument()
     return document;
 }
 
+constexpr int kMaxSectionDepth = kMaxXmlDepth - 1; // the profile itself is one
+
+// Whether elements are nested too deep for a profile; found without recursion.
+bool isTooDeep(const QDomElement &section)
+{
+    QDomElement element = section;
+    for (int depth = 1; depth <= kMaxSectionDepth;) {
+        const QDomElement child = element.firstChildElement();
+        if (!child.isNull()) {
+            element = child;
+            ++depth;
+            continue;
+        }
+        while (element != section && element.nextSiblingElement().isNull()) {
+            element = element.parentNode().toElement();
+            --depth;
+        }
+        if (element == section)
+            return false;
+        element = element.nextSiblingElement();
+    }
+    return true;
+}
+
 // Leaves out the characters that XML can't hold, from all texts and attributes.
 void cleanTexts(QDomNode node)
 {
     const QDomNamedNodeMap attributes = node.attributes();
     for (int i = 0; i < attributes.size(); ++i)
-        attributes.item(i).setNodeValue(xmlText(attributes.item(i).nodeValue()));
+        attributes.item(i).setNodeValue(withoutNonXmlCharacters(attributes.item(i).nodeValue()));
     if (!node.nodeValue().isEmpty())
-        node.setNodeValue(xmlText(node.nodeValue()));
+        node.setNodeValue(withoutNonXmlCharacters(node.nodeValue()));
     for (QDomNode child = node.firstChild(); !child.isNull(); child = child.nextSibling())
         cleanTexts(child);
 }
@@ -65,7 +91,8 @@ struct AProfile::Private
     QDomDocument document = emptyProfileDocument();
     QString source;
     QString readError;
-    unsigned int flags = 0; // without DerivedProfile, which the id decides
+    bool isSectionRefused = false; // the last one was nested too deep
+    unsigned int flags = 0;        // without DerivedProfile, which the id decides
 
     QDomElement root() const { return document.documentElement(); }
 
@@ -83,7 +110,7 @@ struct AProfile::Private
     {
         while (element.hasChildNodes())
             element.removeChild(element.firstChild());
-        element.appendChild(document.createTextNode(xmlText(text)));
+        element.appendChild(document.createTextNode(withoutNonXmlCharacters(text)));
         flags |= ModifiedProfile;
     }
 
@@ -93,7 +120,7 @@ struct AProfile::Private
         if (element.isNull()) {
             element = document.createElement(tag);
             if (!language.isEmpty())
-                element.setAttribute(kLanguageAttribute, xmlText(language));
+                element.setAttribute(kLanguageAttribute, withoutNonXmlCharacters(language));
             insertElement(element);
         }
         setElementText(element, text);
@@ -163,9 +190,11 @@ AFrequency AProfile::frequencyFromText(const QString &text)
     const QByteArray latin1 = text.toLatin1();
     if (AFrequency::unitForSuffix(latin1.constData()) != AFrequency::NoUnit)
         return AFrequency(latin1.constData());
-    AFrequency frequency;
-    frequency.setValue(text.toDouble(), AFrequency::MHz);
-    return frequency;
+    bool fits = false;
+    const double number = text.toDouble(&fits);
+    if (!std::isfinite(number) && fits)
+        return {}; // the word "inf" is no number, unlike one that is too large
+    return AFrequency::fromValue(number, AFrequency::MHz);
 }
 
 bool AProfile::isValid() const
@@ -235,7 +264,7 @@ bool AProfile::showInChannelList() const
 
 void AProfile::setId(const QString &id)
 {
-    d->root().setAttribute(kIdAttribute, xmlText(id));
+    d->root().setAttribute(kIdAttribute, withoutNonXmlCharacters(id));
     d->flags |= ModifiedProfile;
 }
 
@@ -257,6 +286,10 @@ void AProfile::setRange(const AFrequency &begin, const AFrequency &end)
 
 void AProfile::setChannelData(const QDomElement &channels)
 {
+    d->flags |= ModifiedProfile;
+    d->isSectionRefused = isTooDeep(channels); // importing, cleaning and deleting it would recurse
+    if (d->isSectionRefused)
+        return;
     const QDomElement old = d->root().firstChildElement(kChannelsTag);
     if (!channels.isNull()) {
         QDomElement section = d->document.importNode(channels, true).toElement();
@@ -266,7 +299,6 @@ void AProfile::setChannelData(const QDomElement &channels)
         d->root().insertAfter(section, old);
     }
     d->root().removeChild(old);
-    d->flags |= ModifiedProfile;
 }
 
 void AProfile::setShowInChannelList(bool show)
@@ -279,6 +311,8 @@ bool AProfile::saveToFile(const QString &filename) const
 {
     if (!d->readError.isEmpty())
         return false; // what was read is not held here, so writing would lose it
+    if (d->isSectionRefused)
+        return false; // what the application meant to save is not held here either
     QByteArray content = writeXmlDocument(d->document);
     QBuffer written(&content);
     XmlError error;

@@ -72,14 +72,20 @@ public:
     void setLabel(const QString &text, const QString &language);
     void setDescription(const QString &text, const QString &language);
     void setRange(const AFrequency &begin, const AFrequency &end);
-    void setChannelData(const QDomElement &channels); // a copy, under the section's own name; null removes the section
+
+    // Takes a copy, under the section's own name; null removes the section. One with elements nested more than 999
+    // deep, itself included, is refused: the old one stays, and saving fails until another is set.
+    void setChannelData(const QDomElement &channels);
+
     void setShowInChannelList(bool show);
 
-    // Replaces the file in one step: on failure the old file is whole, and the result is false.
+    // Replaces the file in one step: on failure the old file is whole, and the result is false. Also false for a
+    // profile that could not be read, for a channel section that was refused, and for one that XML can't hold.
+    // ModifiedProfile stays set: clear it with setFlags().
     bool saveToFile(const QString &filename) const;
 
 private:
     Q_DISABLE_COPY(AProfile)
-    struct Private;
+    struct Q_DECL_HIDDEN Private;
     std::unique_ptr<Private> d;
 };

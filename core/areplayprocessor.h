@@ -45,13 +45,14 @@ Q_SIGNALS:
     void gpsData(AGeoData geoData);
 
     // True once the last record was delivered. False if the replay had to stop before: there is no document, or it was
-    // deleted or loaded anew, the range holds no sweep, a record could not be read, or stopPlayback().
+    // deleted or loaded anew, `first` or `last` was given and the range holds no sweep, a record could not be read, or
+    // stopPlayback().
     void playbackStopped(bool status);
 
 private:
     void step();
     void stopEarly();
 
-    struct Private;
+    struct Q_DECL_HIDDEN Private;
     std::unique_ptr<Private> d;
 };

@@ -1,5 +1,7 @@
 #include "core/asimulateddevice.h"
 
+#include "core/angles.h"
+#include "core/emu.h"
 #include "core/orientation.h"
 
 #include <QtCore/QPointer>
@@ -13,7 +15,6 @@
 
 namespace {
 
-constexpr int kdBm = 0;
 constexpr int kMaximumPoints = 1000 * 1000;
 constexpr int kCarrierCount = 8;
 constexpr int kAverages = 4;                 // power readings that make one point
@@ -36,7 +37,7 @@ constexpr double kHillHeight = 45.0;
 constexpr double kWalkingPace = 1.0; // metres a second, slower than in the town anywhere
 constexpr double kKnotsPerMetreSecond = 3600.0 / 1852.0;
 constexpr double kDegreesPerCircle = 360.0;
-constexpr double kCircle = 2.0 * 3.14159265358979323846;
+constexpr double kCircle = 2.0 * kPi;
 
 // What a number is made for, so that no two sorts share their randomness.
 enum Purpose : quint32
@@ -47,7 +48,8 @@ enum Purpose : quint32
     ShadowPurpose = 4,
 };
 
-// A number from 0 to below 1 that depends on its arguments alone.
+// A number from 0 to below 1 that depends on its arguments alone, by the mixing steps of SplitMix64 (Steele, Lea,
+// Flood: Fast splittable pseudorandom number generators, 2014).
 double uniform(quint64 seed, Purpose purpose, quint32 a, quint32 b) noexcept
 {
     quint64 x = seed << 32 ^ quint64(purpose) << 28;
@@ -73,9 +75,7 @@ double ratio(double dB)
 AFrequency hertz(double value)
 {
     constexpr double kLargest = 9.2e18;
-    AFrequency frequency;
-    frequency.setValue(static_cast<long long>(std::min(value, kLargest)), AFrequency::Hz);
-    return frequency;
+    return AFrequency::fromValue(static_cast<long long>(std::min(value, kLargest)), AFrequency::Hz);
 }
 
 struct Place
@@ -426,7 +426,7 @@ ASweep ASimulatedDevice::sweep(int number) const
     QList<AMeasurementValue> values;
     values.reserve(d->pointCount);
     for (int i = 0; i < d->pointCount; ++i)
-        values.append({decibels(powers[static_cast<std::size_t>(i)]), kdBm, d->frequencyOf(i), 0, 0.0});
+        values.append({decibels(powers[static_cast<std::size_t>(i)]), kEmuDecibelMilliwatt, d->frequencyOf(i), 0, 0.0});
     ASweep result(values, d->timeOf(sweepNumber), d->timeOf(sweepNumber).addMSecs(d->sweepIntervalMs - 1));
     result.setGeoData(position(sweepNumber));
     return result;

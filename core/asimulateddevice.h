@@ -72,9 +72,9 @@ public:
     // Where the vehicle is at the end of that sweep, in the NMEA form of a logger, with all sensors.
     AGeoData position(int number) const;
 
-    // Delivers the position record and the sweep of each number from `first` on, as often as the event loop comes
-    // around in `intervalMs`, and stops by itself after `count`; below 0 it goes on until stop(). What was running
-    // before is replaced.
+    // Delivers the position record and the sweep of each number from `first` on, one number every `intervalMs`
+    // milliseconds, with 0 one each turn of the event loop. Stops by itself after `count` numbers: stopped() comes one
+    // interval after the last. A `count` below 0 goes on until stop(). What was running before is replaced.
     void start(int first, int count, int intervalMs);
     void stop();
     bool isRunning() const;
@@ -86,6 +86,6 @@ Q_SIGNALS:
 private:
     void deliverNext();
 
-    struct Private;
+    struct Q_DECL_HIDDEN Private;
     std::unique_ptr<Private> d;
 };

@@ -160,8 +160,7 @@ public:
             const double wanted = kCellsPerPeak * m_capacity * (search.spacing / span);
             m_share = static_cast<int>(qBound(1.0, wanted, kMaxShare));
             m_cellWidth = search.spacing / m_share;
-            m_lastBegin.setValue(std::numeric_limits<qint64>::max(), AFrequency::Hz);
-            m_lastBegin -= m_cellWidth;
+            m_lastBegin = AFrequency::fromValue(std::numeric_limits<qint64>::max(), AFrequency::Hz) - m_cellWidth;
             m_maxCells = others * static_cast<std::size_t>(2 * m_share + 2) + 1;
         } else {
             m_maxCells = others + 1;

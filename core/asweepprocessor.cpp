@@ -1,6 +1,7 @@
 #include "core/asweepprocessor.h"
 
 #include "core/astoragelocation.h"
+#include "core/failure.h"
 #include "core/peaksuppression.h"
 
 #include <limits>
@@ -30,9 +31,7 @@ bool ASweepProcessor::setPeakSuppression(const QString &file, bool isDataFile, Q
     const QString path = isDataFile ? AStorageLocation::dataFilename(file, true) : file;
     if (readPeakSuppressionFile(path, &d->ranges, &reason))
         return true;
-    if (errorText)
-        *errorText = reason;
-    return false;
+    return fail(errorText, reason);
 }
 
 void ASweepProcessor::setPeakSuppression(ASweepProcessor::PeakSuppressionMode mode)

@@ -33,7 +33,8 @@ public:
 
     // Reads the peak suppression file for SuppressionCustom; it has no effect in another mode. `isDataFile`: the name
     // is one that AStorageLocation::dataFilename finds, else it is a path. An empty name is no file. False, with the
-    // reason in *errorText where that is not null, if it can't be read: nothing is suppressed by it then.
+    // reason in *errorText where that is not null, if it can't be read: nothing is suppressed by it then. The reason
+    // doesn't name the file.
     bool setPeakSuppression(const QString &file, bool isDataFile, QString *errorText = nullptr);
 
     // NoSuppression at first; any other number counts as that.
@@ -51,6 +52,6 @@ protected:
     void deliver(ASweep *sweep);
 
 private:
-    struct Private;
+    struct Q_DECL_HIDDEN Private;
     std::unique_ptr<Private> d;
 };

@@ -1,6 +1,7 @@
 #include "core/atomicfile.h"
 
 #include "core/coretext.h"
+#include "core/failure.h"
 
 #include <QtCore/QFileInfo>
 #include <QtCore/QSaveFile>
@@ -13,11 +14,8 @@ bool isReplaceable(const QString &fileName)
 
 bool writeFileAtomically(const QString &fileName, const QByteArray &content, QString *errorText)
 {
-    if (!isReplaceable(fileName)) {
-        if (errorText)
-            *errorText = CoreText::tr("Not a regular file");
-        return false;
-    }
+    if (!isReplaceable(fileName))
+        return fail(errorText, CoreText::tr("Not a regular file"));
     QSaveFile file(fileName);
     // write() may take less than it was given without an error, and commit() would then keep the truncated file.
     const bool written = file.open(QIODevice::WriteOnly) && file.write(content) == content.size() && file.flush();
@@ -25,7 +23,5 @@ bool writeFileAtomically(const QString &fileName, const QByteArray &content, QSt
         file.cancelWriting();
     if (written && file.commit())
         return true;
-    if (errorText)
-        *errorText = file.errorString();
-    return false;
+    return fail(errorText, file.errorString());
 }

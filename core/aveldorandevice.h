@@ -49,7 +49,7 @@ public:
     // What the library asks of a device, bits for hasCapability().
     enum Capability
     {
-        NoiseFloorSuppression = 2, // peaks are suppressed by the noise floor, not by fixed distances
+        NoiseFloorSuppression = 2, // peaks are suppressed by the noise floor, not by fixed amounts
         BootLogo = 8,              // shows a picture when it starts
         FixedBootLogo = 128,       // which can't be replaced
     };
@@ -85,6 +85,6 @@ public:
 
 private:
     Q_DISABLE_COPY(AVeldoranDevice)
-    struct Private;
+    struct Q_DECL_HIDDEN Private;
     std::unique_ptr<Private> d;
 };

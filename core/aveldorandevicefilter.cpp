@@ -1,6 +1,7 @@
 #include "core/aveldorandevicefilter.h"
 
 #include "core/asettings.h"
+#include "core/knownchips.h"
 
 #include <QtCore/QStringList>
 
@@ -8,20 +9,6 @@
 #include <cctype>
 
 namespace {
-
-struct KnownChip
-{
-    unsigned short vendorId;
-    unsigned short productId;
-    AVeldoranDeviceFilter::Kind kind;
-};
-
-constexpr KnownChip kKnownChips[] = {
-    {0x0403, 0x6010, AVeldoranDeviceFilter::Analyser},  {0x0403, 0x6014, AVeldoranDeviceFilter::Analyser},
-    {0x1209, 0x0001, AVeldoranDeviceFilter::Analyser},  {0x0403, 0x6015, AVeldoranDeviceFilter::Generator},
-    {0x04d8, 0x000a, AVeldoranDeviceFilter::Generator}, {0x0403, 0x6001, AVeldoranDeviceFilter::GpsLogger},
-    {0x10c4, 0xea60, AVeldoranDeviceFilter::GpsLogger},
-};
 
 constexpr int kMaximumDigits = 4; // of an id
 

@@ -2,12 +2,15 @@
 
 #include "core/asimulateddevice.h"
 #include "core/aveldorandevicefilter.h"
+#include "core/knownchips.h"
 
 #include <QtCore/QList>
 #include <QtCore/QTimer>
 
+#include <algorithm>
 #include <cstring>
 #include <deque>
+#include <iterator>
 #include <string>
 #include <utility>
 
@@ -21,9 +24,6 @@ struct Release
     void operator()(udev_enumerate *handle) const { udev_enumerate_unref(handle); }
     void operator()(udev_device *handle) const { udev_device_unref(handle); }
 };
-
-constexpr unsigned short kTwoChannelVendor = 0x0403;
-constexpr unsigned short kTwoChannelProduct = 0x6010;
 
 QString attribute(udev_device *device, const char *name)
 {
@@ -44,7 +44,10 @@ AVeldoranChipInformation chipOf(udev_device *device)
 
 QList<AVeldoranChipInformation> channelsOf(const AVeldoranChipInformation &chip)
 {
-    if (chip.vendorId != kTwoChannelVendor || chip.productId != kTwoChannelProduct)
+    const auto isOfTwo = [&chip](const KnownChip &known) {
+        return known.hasTwoChannels && known.vendorId == chip.vendorId && known.productId == chip.productId;
+    };
+    if (std::none_of(std::begin(kKnownChips), std::end(kKnownChips), isOfTwo))
         return {chip};
     QList<AVeldoranChipInformation> channels{chip, chip};
     channels[0].name += QLatin1Char('A');

@@ -21,7 +21,7 @@ public:
     // The next fetch() ends with the first chip that the filter accepts. Off at first.
     void setStopAtFirstMatch(bool stop);
 
-    // The list takes ownership and deletes the filter before. Null, as at first: every USB device is listed.
+    // The list takes ownership, and deletes the filter that it had. Null, as at first: every USB device is listed.
     void setDeviceFilter(AVeldoranDeviceFilter *filter);
 
     // Begins to list the devices anew, in short turns of the event loop; finished() tells the end. The entries stay
@@ -40,6 +40,6 @@ Q_SIGNALS:
 
 private:
     Q_DISABLE_COPY(AVeldoranDeviceList)
-    struct Private;
+    struct Q_DECL_HIDDEN Private;
     std::unique_ptr<Private> d;
 };

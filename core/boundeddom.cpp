@@ -1,7 +1,6 @@
 #include "core/boundeddom.h"
 
 #include "core/boundedxmlreader.h"
-#include "core/xmldocument.h"
 
 #include <QtCore/QIODevice>
 #include <QtXml/QDomDocument>
@@ -166,7 +165,7 @@ private:
 
 } // namespace
 
-bool setBoundedContent(QDomDocument *document, QIODevice *device, DomError *error)
+bool setBoundedContent(QDomDocument *document, QIODevice *device, XmlError *error)
 {
     TokenDevice tokens(device);
     CharacterSource source(&tokens);
@@ -175,7 +174,11 @@ bool setBoundedContent(QDomDocument *document, QIODevice *device, DomError *erro
     reader.setFeature(QStringLiteral("http://xml.org/sax/features/namespaces"), false);
     reader.setFeature(QStringLiteral("http://xml.org/sax/features/namespace-prefixes"), true);
     reader.setFeature(QStringLiteral("http://qt-project.org/xml/features/report-whitespace-only-CharData"), false);
-    const bool ok = document->setContent(&source, &reader, &error->text, &error->line, &error->column);
+    int line = 0;
+    int column = 0;
+    const bool ok = document->setContent(&source, &reader, &error->text, &line, &column);
+    error->line = line;
+    error->column = column;
     if (!ok && tokens.isTokenTooLong())
         error->text = xmlBoundText(XmlBound::Token);
     return ok;

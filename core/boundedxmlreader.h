@@ -9,7 +9,7 @@
 // token, which the parser holds as a whole, is longer than kMaxXmlTokenBytes, where a tag has more than
 // kMaxXmlAttributes attributes or the document type has an internal subset, even an empty one (core/xmltagguard.h),
 // where the encoding is one in which that can't be seen, and where all texts together are longer than
-// kMaxXmlCharacters. Namespaces are not processed. Private to libaveldoran.
+// kMaxXmlCharacters. Namespaces are not processed. Private to the two libraries.
 constexpr qint64 kMaxXmlTokenBytes = qint64(1) << 28;
 constexpr qint64 kMaxXmlCharacters = qint64(1) << 29; // half of what one QString holds
 

@@ -20,28 +20,28 @@ using CalibrationFile::ByteSource;
 constexpr qint64 kBlockBytes = 1 << 16;
 constexpr qint64 kMaxFirstLineBytes = 1 << 16;
 constexpr char kByteOrderMark[] = "\xef\xbb\xbf";
+constexpr int kByteOrderMarkBytes = 3;
 
 // By what stands first; an XML file in UTF-16 begins with a byte order mark of its own.
 bool looksLikeXml(QIODevice *device)
 {
     QByteArray head = device->peek(kBlockBytes);
     if (head.startsWith(kByteOrderMark))
-        head.remove(0, 3);
+        head.remove(0, kByteOrderMarkBytes);
     return head.startsWith("\xff\xfe") || head.startsWith("\xfe\xff") || head.trimmed().startsWith('<');
 }
 
 bool readText(QIODevice *device, const CalibrationFile::Defaults &defaults, QList<ACalibrationData> *objects,
               CalibrationFile::Problem *problem)
 {
-    *problem = CalibrationFile::problem(QT_TRANSLATE_NOOP("CoreText", "expected a text file"));
-    if (device->peek(3) == kByteOrderMark)
-        device->skip(3);
+    *problem = CalibrationFile::translatedProblem(QT_TRANSLATE_NOOP("CoreText", "expected a text file"));
     ByteSource source(device);
     QByteArray line;
     do {
         if (!readLine(&source, kMaxFirstLineBytes, &line)) {
             if (!source.failed())
-                *problem = CalibrationFile::problem(QT_TRANSLATE_NOOP("CoreText", "expected calibration objects"));
+                *problem =
+                    CalibrationFile::translatedProblem(QT_TRANSLATE_NOOP("CoreText", "expected calibration objects"));
             return false;
         }
     } while (CalibrationFile::isBlankOrComment(line));
@@ -154,15 +154,18 @@ bool writeCalibrationFile(const QString &fileName, const QList<ACalibrationData>
 
 namespace CalibrationFile {
 
-Problem problem(const char *text, qint64 line)
+Problem translatedProblem(const char *text, qint64 line)
 {
     return {CoreText::tr(text), line};
 }
 
 ByteSource::ByteSource(QIODevice *device)
     : m_device(device)
-    , m_begin(device->pos())
-{}
+{
+    if (m_device->peek(kByteOrderMarkBytes) == kByteOrderMark)
+        m_device->skip(kByteOrderMarkBytes);
+    m_begin = m_device->pos();
+}
 
 qint64 ByteSource::lineOfPiece() const
 {
@@ -272,8 +275,7 @@ void Output::flush()
 QByteArray frequencyText(const AFrequency &frequency)
 {
     const long long hertz = frequency.intValue(AFrequency::Hz);
-    AFrequency whole;
-    whole.setValue(hertz, AFrequency::Hz);
+    const AFrequency whole = AFrequency::fromValue(hertz, AFrequency::Hz);
     const double fraction = (frequency - whole).floatValue(AFrequency::Hz);
     QByteArray text = QByteArray::number(hertz);
     if (fraction != 0.0) {
@@ -367,7 +369,7 @@ QString escapedLabel(const QString &label)
         } else if (c.isHighSurrogate() && i + 1 < label.size() && label.at(i + 1).isLowSurrogate()) {
             text += c;
             text += label.at(++i);
-        } else if (xmlText(QString(c)).isEmpty()) {
+        } else if (!isXmlText(QString(c))) {
             text += QLatin1String("\\u") + QString::number(c.unicode(), kHex).rightJustified(kHexDigits, u'0');
         } else {
             text += c;

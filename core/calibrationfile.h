@@ -7,7 +7,7 @@
 
 class QIODevice;
 
-// The three forms of a calibration file, described in docs/formats.md. Private to libaveldoran.
+// The three forms of a calibration file, described in docs/formats.md. Private to core/.
 
 // Both do what ACalibrationData::readAll and saveAll say. *objects is empty at the call, and undefined after a failure,
 // when *errorText is set.
@@ -29,16 +29,17 @@ struct Defaults
     QString label;
 };
 
-// Why a file is none.
+// Why a file is no calibration file.
 struct Problem
 {
     QString text;
     qint64 line = 0; // 0: the file as a whole
 };
 
-Problem problem(const char *text, qint64 line = 0); // translated
+Problem translatedProblem(const char *text, qint64 line = 0);
 
-// A text file, byte by byte. Ends at the end of the file and at the first thing that no text file holds.
+// A text file, byte by byte, without the byte order mark that it may begin with. Ends at the end of the file and at the
+// first thing that no text file holds.
 class ByteSource
 {
 public:
@@ -58,7 +59,7 @@ private:
     bool fill();
 
     QIODevice *m_device;
-    qint64 m_begin; // of the text, on the device
+    qint64 m_begin = 0; // of the text, on the device
     QByteArray m_block;
     qint64 m_blockAt = 0;
     int m_at = 0;
@@ -70,8 +71,8 @@ private:
 bool readLine(ByteSource *source, qint64 maxBytes, QByteArray *line);
 bool isBlankOrComment(const QByteArray &line); // a comment begins with "#"
 
-// Each form's reader gets what follows its first line that is neither blank nor a comment, and that line itself. False
-// with *problem set, or left as it is for what no text file holds.
+// The readers of the three forms. False with *problem set, or left as it is for what no text file holds. That of XML
+// gets the whole device, the other two the first line that is neither blank nor a comment, and what follows it.
 bool readXml(QIODevice *device, const Defaults &defaults, QList<ACalibrationData> *objects, Problem *problem);
 bool isFirstLineOfSections(const QByteArray &line);
 bool readSections(const QByteArray &firstLine, ByteSource *source, const Defaults &defaults,

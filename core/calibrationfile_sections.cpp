@@ -45,7 +45,7 @@ bool readEntryLine(const QByteArray &line, ACalibrationData *object)
 
 bool canStandAsItIs(const QString &label)
 {
-    return label.trimmed() == label && !label.startsWith(QLatin1Char('"')) && xmlText(label) == label &&
+    return label.trimmed() == label && !label.startsWith(QLatin1Char('"')) && isXmlText(label) &&
            !label.contains(QLatin1Char('\n')) && !label.contains(QLatin1Char('\r'));
 }
 
@@ -62,7 +62,7 @@ bool readSections(const QByteArray &firstLine, ByteSource *source, const Default
                   QList<ACalibrationData> *objects, Problem *problem)
 {
     const auto expected = [source, problem](const char *text) {
-        *problem = CalibrationFile::problem(text, source->lineOfPiece());
+        *problem = CalibrationFile::translatedProblem(text, source->lineOfPiece());
         return false;
     };
     QByteArray line = firstLine;

@@ -280,7 +280,7 @@ bool readTable(const QByteArray &firstLine, ByteSource *source, const Defaults &
 {
     const auto expected = [source, problem](const char *text) {
         if (!source->failed())
-            *problem = CalibrationFile::problem(text, source->lineOfPiece());
+            *problem = CalibrationFile::translatedProblem(text, source->lineOfPiece());
         return false;
     };
     Columns columns;
@@ -307,7 +307,7 @@ bool readTable(const QByteArray &firstLine, ByteSource *source, const Defaults &
 
 void writeTable(const QList<ACalibrationData> &objects, Output *output)
 {
-    const auto isText = [](const ACalibrationData &object) { return xmlText(object.label()) == object.label(); };
+    const auto isText = [](const ACalibrationData &object) { return isXmlText(object.label()); };
     const bool hasEscapedLabels = !std::all_of(objects.begin(), objects.end(), isText);
     *output << (hasEscapedLabels ? "object;label;escaped label;type;frequency;gain\n"
                                  : "object;label;type;frequency;gain\n");

@@ -118,7 +118,7 @@ bool readXml(QIODevice *device, const Defaults &defaults, QList<ACalibrationData
         else if (reader.xml().isCharacters() && !reader.xml().isWhitespace())
             expected = QT_TRANSLATE_NOOP("CoreText", "expected no text between the elements");
         if (expected) {
-            *problem = CalibrationFile::problem(expected, reader.xml().lineNumber());
+            *problem = CalibrationFile::translatedProblem(expected, reader.xml().lineNumber());
             return false;
         }
     }
@@ -131,7 +131,7 @@ void writeXml(const QList<ACalibrationData> &objects, Output *output)
 {
     *output << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<calibrations>\n";
     for (const ACalibrationData &object : objects) {
-        const bool fits = xmlText(object.label()) == object.label();
+        const bool fits = isXmlText(object.label());
         *output << (fits ? "  <calibration label=\"" : "  <calibration escapedLabel=\"")
                 << escaped(fits ? object.label() : escapedLabel(object.label())) << "\" type=\""
                 << typeWord(object.type()) << "\">\n";

@@ -2,8 +2,9 @@
 
 #include "core/aveldoranexport.h"
 
-// One decimal scale: an SI prefix (SI Brochure, table 7) and its factor. A number divided by the factor is the number
-// to show before the prefix. A static record that lives as long as the library.
+// One decimal scale; "emsi" in a name is a measurement unit's SI prefix. An SI prefix (SI Brochure, table 7) and its
+// factor. A number divided by the factor is the number to show before the prefix. A static record that lives as long as
+// the library.
 struct emsi_unit
 {
     long double factor;

@@ -34,22 +34,22 @@ constexpr emu_entry kUnits[] = {
     {17, 0, U"×", 17, Unit::Ratio, kAmplitude, 0, 1.0L},
 };
 
-constexpr int kUnitCount = static_cast<int>(std::size(kUnits));
+static_assert(std::size(kUnits) == kEmuCount);
 
 constexpr bool positionsAreIds()
 {
-    for (int i = 0; i < kUnitCount; ++i) {
+    for (int i = 0; i < kEmuCount; ++i) {
         if (kUnits[i].id != i)
             return false;
     }
     return true;
 }
 
-static_assert(kUnitCount == 18 && positionsAreIds(), "emu_find takes the id for the position");
+static_assert(positionsAreIds(), "emu_find takes the id for the position");
 
 } // namespace
 
 const emu_entry *emu_find(int id) noexcept
 {
-    return id >= 0 && id < kUnitCount ? &kUnits[id] : nullptr;
+    return id >= 0 && id < kEmuCount ? &kUnits[id] : nullptr;
 }

@@ -4,8 +4,9 @@
 
 #include <QtCore/qglobal.h>
 
-// The measurement units. Levels of power quantities are 10 lg, levels of amplitudes 20 lg of the ratio to the
-// reference (IEC 60027-3; the notation "dBµV/m" for dB(µV/m) follows radio practice, ITU-R V.574).
+// The measurement units; "emu" in a name is such a unit. Levels of power quantities are 10 lg, levels of amplitudes 20
+// lg of the ratio to the reference (IEC 60027-3; the notation "dBµV/m" for dB(µV/m) follows radio practice, ITU-R
+// V.574).
 //
 // Two impedances join the quantities of a family:
 // - voltage and power at the 50 Ω that measuring receivers present (CISPR 16-1-1): P = U² / 50 Ω;
@@ -43,5 +44,13 @@ struct emu_entry
     long double power;
 };
 
-// The unit with that id, 0 to 17; null for any other id.
+constexpr int kEmuCount = 18; // ids are from 0 to below it
+
+// The ids that have a part of their own in the libraries.
+constexpr int kEmuDecibelMilliwatt = 0;
+constexpr int kEmuDecibelMicrovoltPerMetre = 8; // of a limit that names none
+constexpr int kEmuWatt = 10;
+constexpr int kEmuWattPerSquareMetre = 11;
+
+// The unit with that id; null for any other id.
 AVELDORAN_CORE_EXPORT const emu_entry *emu_find(int id) noexcept;

@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-// The arithmetic between two points of a table over frequency. Private to libaveldoran.
+// The arithmetic between two points of a table over frequency. Private to core/.
 
 // Where `at` lies on the way from `from` to a higher `to`: 0 at `from`, 1 at `to`.
 inline double positionBetween(const AFrequency &from, const AFrequency &to, const AFrequency &at)

@@ -88,8 +88,8 @@ void LimitCurve::arrangeSections()
     for (Edge &edge : m_edges) {
         for (; next != byBegin.end() && m_sections.at(*next).begin == edge.frequency; ++next)
             open.push(*next);
-        edge.owner = firstOpen([&](const ALimit::Section &section) { return section.end < edge.frequency; });
-        edge.ownerBehind = firstOpen([&](const ALimit::Section &section) { return section.end <= edge.frequency; });
+        edge.section = firstOpen([&](const ALimit::Section &section) { return section.end < edge.frequency; });
+        edge.sectionBehind = firstOpen([&](const ALimit::Section &section) { return section.end <= edge.frequency; });
     }
 }
 
@@ -100,5 +100,5 @@ int LimitCurve::sectionAt(const AFrequency &frequency) const
     if (above == m_edges.begin())
         return -1;
     const Edge &edge = *std::prev(above);
-    return edge.frequency == frequency ? edge.owner : edge.ownerBehind;
+    return edge.frequency == frequency ? edge.section : edge.sectionBehind;
 }

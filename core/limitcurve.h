@@ -4,7 +4,7 @@
 
 #include <vector>
 
-// The curve of a limit, arranged for look-ups in O(log n). Private to libaveldoran.
+// The curve of a limit, arranged for look-ups in O(log n). Private to core/.
 class LimitCurve
 {
 public:
@@ -20,8 +20,8 @@ private:
     struct Edge
     {
         AFrequency frequency;
-        int owner = -1;
-        int ownerBehind = -1;
+        int section = -1;
+        int sectionBehind = -1;
     };
 
     void arrangeSections();

@@ -10,7 +10,7 @@
 
 struct DeviceRecord;
 
-// The bytes of a recording, described in docs/formats.md. Private to libaveldoran.
+// The bytes of a recording, described in docs/formats.md. Private to core/.
 namespace MdrFormat {
 
 constexpr quint32 chunkType(const char (&name)[5])
@@ -27,11 +27,13 @@ constexpr quint32 kGeoDataChunk = chunkType("GEOD");
 constexpr quint32 kDeviceChunk = chunkType("DEVC");
 constexpr quint32 kEndChunk = chunkType("END ");
 
-constexpr qint64 kHeaderBytes = 12;                   // of the file
-constexpr qint64 kChunkOverhead = 16;                 // type, length and checksum
-constexpr qint64 kEndChunkBytes = kChunkOverhead + 8; // with its number of chunks
-constexpr int kMaxValues = 1 << 27;                   // of a sweep
-constexpr int kMaxTextLength = 1 << 28;               // UTF-16 units
+constexpr qint64 kHeaderBytes = 12; // of the file
+constexpr qint64 kTypeBytes = 4;    // of a chunk, as the two that follow
+constexpr qint64 kLengthBytes = 8;
+constexpr qint64 kChecksumBytes = 4;
+constexpr qint64 kChunkOverhead = kTypeBytes + kLengthBytes + kChecksumBytes;
+constexpr int kMaxValues = 1 << 27;     // of a sweep
+constexpr int kMaxTextLength = 1 << 28; // UTF-16 units
 constexpr qint64 kNoTime = std::numeric_limits<qint64>::min();
 
 // Time of a record for an index: milliseconds since the epoch, or kNoTime.
@@ -103,7 +105,7 @@ public:
     bool seek(qint64 position);
     qint64 position() const { return m_position + m_at; }
 
-    bool readHeader(bool *isRecording, quint32 *version);
+    bool readHeader(bool *hasMagic, quint32 *version);
 
     // The chunk at the position; false if it does not end within the first fileSize bytes.
     bool beginChunk(qint64 fileSize, quint32 *type);

@@ -11,12 +11,10 @@ namespace {
 
 AFrequency sumOf(const FrequencyWords &words)
 {
-    AFrequency frequency;
-    frequency.setValue(static_cast<long long>(words.hertz), AFrequency::Hz);
+    const AFrequency frequency = AFrequency::fromValue(static_cast<long long>(words.hertz), AFrequency::Hz);
     if (!std::isfinite(words.fraction))
         return frequency;
-    AFrequency one;
-    one.setValue(1, AFrequency::Hz);
+    const AFrequency one = AFrequency::fromValue(1, AFrequency::Hz);
     return frequency + one * words.fraction;
 }
 
@@ -108,13 +106,13 @@ bool Input::seek(qint64 position)
     return m_device && m_device->seek(position);
 }
 
-bool Input::readHeader(bool *isRecording, quint32 *version)
+bool Input::readHeader(bool *hasMagic, quint32 *version)
 {
-    *isRecording = false;
+    *hasMagic = false;
     if (!have(kHeaderBytes))
         return false;
     const char *header = m_block.constData() + m_at;
-    *isRecording = std::memcmp(header, kMagic, kMagicBytes) == 0;
+    *hasMagic = std::memcmp(header, kMagic, kMagicBytes) == 0;
     fetch(header + kMagicBytes, version);
     m_at += kHeaderBytes;
     return true;
@@ -129,10 +127,10 @@ bool Input::beginChunk(qint64 fileSize, quint32 *type)
     m_summed = m_at;
     quint64 length = 0;
     fetch(m_block.constData() + m_at, type);
-    fetch(m_block.constData() + m_at + 4, &length);
+    fetch(m_block.constData() + m_at + kTypeBytes, &length);
     if (length > static_cast<quint64>(room))
         return false;
-    m_at += 4 + 8;
+    m_at += kTypeBytes + kLengthBytes;
     m_left = static_cast<qint64>(length);
     return true;
 }
@@ -152,11 +150,11 @@ bool Input::endChunk()
     if (!skip(m_left))
         return false;
     sum();
-    if (!have(4))
+    if (!have(kChecksumBytes))
         return false;
     quint32 expected = 0;
     fetch(m_block.constData() + m_at, &expected);
-    m_at += 4;
+    m_at += kChecksumBytes;
     m_summed = m_at;
     return expected == m_sum;
 }
@@ -166,7 +164,7 @@ bool Input::getWholeChunk(const char **bytes, qint64 *count)
     if (!have(kChunkOverhead))
         return false;
     quint64 length = 0;
-    fetch(m_block.constData() + m_at + 4, &length);
+    fetch(m_block.constData() + m_at + kTypeBytes, &length);
     if (length > static_cast<quint64>(kBlockBytes - kChunkOverhead))
         return false;
     *count = static_cast<qint64>(length) + kChunkOverhead;
@@ -174,10 +172,10 @@ bool Input::getWholeChunk(const char **bytes, qint64 *count)
         return false;
     *bytes = m_block.constData() + m_at;
     quint32 expected = 0;
-    fetch(*bytes + *count - 4, &expected);
+    fetch(*bytes + *count - kChecksumBytes, &expected);
     m_at += *count;
     m_summed = m_at;
-    return crc32(0, *bytes, *count - 4) == expected;
+    return crc32(0, *bytes, *count - kChecksumBytes) == expected;
 }
 
 bool Input::read(ASweep *sweep)

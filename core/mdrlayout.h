@@ -7,7 +7,7 @@
 #include <cstring>
 #include <type_traits>
 
-// How the numbers of a recording lie in its bytes: what its writer and its reader share. Private to libaveldoran.
+// How the numbers of a recording lie in its bytes: what its writer and its reader share. Private to core/.
 namespace MdrFormat {
 
 constexpr qint64 kBlockBytes = 1 << 17;

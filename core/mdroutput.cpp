@@ -155,14 +155,14 @@ void Output::write(const DeviceRecord &device)
 
 void Output::writeEnd(quint64 chunks)
 {
-    beginChunk(kEndChunk, 8);
+    beginChunk(kEndChunk, sizeof chunks);
     put(chunks);
     endChunk();
 }
 
 void Output::beginChunk(quint32 type, qint64 payloadBytes)
 {
-    room(4 + 8);
+    room(kTypeBytes + kLengthBytes);
     m_sum = 0;
     m_summed = m_used;
     put(type);

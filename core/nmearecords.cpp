@@ -1,5 +1,6 @@
 #include "core/nmearecords.h"
 
+#include "core/angles.h"
 #include "core/orientation.h"
 
 #include <algorithm>
@@ -284,7 +285,7 @@ void NmeaRecords::addSensors(const Nmea::Sentence &sentence)
         addTransducer(transducer, sensors);
 }
 
-void NmeaRecords::addTransducer(const Nmea::Transducer &transducer, Sensors *sensors) const
+void NmeaRecords::addTransducer(const Nmea::Transducer &transducer, Sensors *sensors)
 {
     if (transducer.type == '\0')
         return;

@@ -64,7 +64,6 @@ public:
     // still belong to it; it is given out again, whole, if any of them has a position. Sensors that follow belong to
     // the next time.
     bool take(AGeoData *record);
-    bool isPending() const noexcept { return m_fix.isPending; }
 
     // Whether the pending record is of the first time of all and has the current date, since none was stated: the next
     // sentences may date it.
@@ -118,7 +117,7 @@ private:
     void addGll(const Nmea::Sentence &sentence);
     void addZda(const Nmea::Sentence &sentence);
     void addSensors(const Nmea::Sentence &sentence);
-    void addTransducer(const Nmea::Transducer &transducer, Sensors *sensors) const;
+    static void addTransducer(const Nmea::Transducer &transducer, Sensors *sensors);
     static void setSensors(const Sensors &sensors, AGeoData *record);
 
     NmeaCalendar m_calendar;

@@ -4,8 +4,6 @@
 
 // Private to core/. What the sensors of a vehicle see: x points ahead, y to the right, z down. Angles in radians.
 
-constexpr double kRadiansPerDegree = 3.14159265358979323846 / 180.0;
-
 struct Orientation
 {
     double heading = 0.0; // from north to the east

@@ -3,6 +3,7 @@
 #include "core/calibrationfile.h"
 #include "core/coretext.h"
 #include "core/emu.h"
+#include "core/failure.h"
 #include "core/regularfile.h"
 
 #include <QtCore/QFile>
@@ -115,22 +116,20 @@ bool readPeakSuppressionFile(const QString &fileName, std::vector<SuppressedRang
         if (CalibrationFile::isBlankOrComment(line))
             continue;
         if (!readRange(line, &range)) {
-            *errorText = CoreText::tr("Line %1: expected a begin, an end and decibels, separated by \";\"").arg(number);
             ranges->clear();
-            return false;
+            return fail(errorText,
+                        CoreText::tr("Line %1: expected a begin, an end and decibels, separated by \";\"").arg(number));
         }
         ranges->push_back(range);
     }
     if (source.failed()) {
-        *errorText = CoreText::tr("Not a text file");
         ranges->clear();
-        return false;
+        return fail(errorText, CoreText::tr("Not a text file"));
     }
     std::sort(ranges->begin(), ranges->end(), beginsBefore);
     if (std::adjacent_find(ranges->begin(), ranges->end(), overlaps) != ranges->end()) {
-        *errorText = CoreText::tr("Two ranges overlap");
         ranges->clear();
-        return false;
+        return fail(errorText, CoreText::tr("Two ranges overlap"));
     }
     return true;
 }

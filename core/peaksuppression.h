@@ -7,7 +7,7 @@
 
 #include <vector>
 
-// Lowers the narrow peaks of a spectrum, as docs/recordings.md describes. Private to libaveldoran.
+// Lowers the narrow peaks of a spectrum, as docs/recordings.md describes. Private to core/.
 
 struct SuppressedRange
 {
@@ -25,7 +25,7 @@ class PeakSuppressor
 public:
     // Lowers each narrow peak by that many decibels at most, and never below its surroundings. One pass; the memory is
     // kept for the next sweep.
-    void suppress(QList<AMeasurementValue> *values, double decibels);
+    void suppress(QList<AMeasurementValue> *values, double decibelsAtMost);
 
     // The same by the decibels of the range in which a point lies; none outside of them.
     void suppress(QList<AMeasurementValue> *values, const std::vector<SuppressedRange> &ranges);

@@ -6,7 +6,7 @@
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
-// The device of a recording. Private to libaveldoran.
+// The device of a recording. Private to core/.
 
 // What a recording keeps of a device: its answers at that time.
 struct DeviceRecord

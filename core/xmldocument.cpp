@@ -243,7 +243,16 @@ QByteArray writeXmlDocument(const QDomDocument &document)
     return content;
 }
 
-QString xmlText(const QString &text)
+bool isXmlText(const QString &text)
+{
+    int at = 0;
+    int length = 1;
+    for (; at < text.size() && length > 0; at += length)
+        length = xmlCharacterLength(text, at);
+    return length > 0;
+}
+
+QString withoutNonXmlCharacters(const QString &text)
 {
     QString result;
     int from = 0; // what isn't copied yet

@@ -25,6 +25,8 @@ QDomDocument readXmlDocument(QIODevice *device, XmlError *error);
 // attributes of each element by name: equal documents give equal bytes.
 QByteArray writeXmlDocument(const QDomDocument &document);
 
-// `text` without the characters that XML 1.0 can't hold, so that what is written can be read back. Shares the data of a
-// text that has none.
-QString xmlText(const QString &text);
+// Whether XML 1.0 can hold all characters of a text, so that it can be read back.
+bool isXmlText(const QString &text);
+
+// `text` without those that it can't hold. Shares the data of a text that has none.
+QString withoutNonXmlCharacters(const QString &text);

@@ -5,7 +5,7 @@
 // Looks at the bytes of an XML file before a parser does, for what costs Qt's parser more than its length: it compares
 // each attribute of a tag with all before it, each declaration of a document type with all others, and what is declared
 // (entities, attributes with defaults) can multiply the file. It reads UTF-16 and every encoding in which markup is
-// ASCII; isWideText() tells which of the two it takes the file for. Private to libaveldoran.
+// ASCII; isWideText() tells which of the two it takes the file for. Private to the two libraries.
 constexpr int kMaxXmlAttributes = 256;
 
 class XmlTagGuard

@@ -272,15 +272,15 @@ private:
 
 bool AGeoDataProcessor::loadGpxDocument(QIODevice *device, QString *errorMessage, int *errorLine, int *errorColumn)
 {
-    DomError error;
+    XmlError error;
     const bool isRead = setBoundedContent(&m_gpxDocument, device, &error);
     if (!isRead) {
         if (errorMessage)
             *errorMessage = error.text;
         if (errorLine)
-            *errorLine = error.line;
+            *errorLine = static_cast<int>(error.line);
         if (errorColumn)
-            *errorColumn = error.column;
+            *errorColumn = static_cast<int>(error.column);
     }
     // What stands before the damage is read like any other content.
     const bool isParsed = parseGpxTrackData();

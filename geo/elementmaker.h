@@ -21,7 +21,7 @@ public:
     // An element with a text.
     void appendText(QDomElement *parent, const QString &name, const QString &text)
     {
-        append(parent, name).appendChild(m_document->createTextNode(xmlText(text)));
+        append(parent, name).appendChild(m_document->createTextNode(withoutNonXmlCharacters(text)));
     }
 
 private:

@@ -4,8 +4,6 @@
 
 namespace {
 
-constexpr int kUnitCount = 18;
-
 bool isFrequencyColumn(int column)
 {
     return column == ALimitModel::ColumnBegin || column == ALimitModel::ColumnEnd ||
@@ -21,8 +19,8 @@ ALimitModel::ALimitModel(QObject *parent)
                       tr("Interpolation")})
 {
     setHorizontalHeaderLabels(m_headerLabels);
-    m_units.reserve(kUnitCount);
-    for (int id = 0; id < kUnitCount; ++id)
+    m_units.reserve(kEmuCount);
+    for (int id = 0; id < kEmuCount; ++id)
         m_units.append(emu_find(id));
 }
 
@@ -32,8 +30,7 @@ bool ALimitModel::setData(const QModelIndex &index, const QVariant &value, int r
 {
     if (!isFrequencyColumn(index.column()) || (role != Qt::DisplayRole && role != Qt::EditRole))
         return QStandardItemModel::setData(index, value, role);
-    AFrequency frequency;
-    frequency.setValue(value.toDouble(), AFrequency::MHz);
+    const AFrequency frequency = AFrequency::fromValue(value.toDouble(), AFrequency::MHz);
     return QStandardItemModel::setData(index, frequencyText(frequency), role);
 }
 

@@ -44,16 +44,12 @@ QString interpolationText(const QDomElement &element, const char *absent)
 AFrequency wholeHertz(qulonglong value)
 {
     constexpr auto kMax = static_cast<qulonglong>(std::numeric_limits<qlonglong>::max());
-    AFrequency frequency;
-    frequency.setValue(static_cast<long long>(std::min(value, kMax)), AFrequency::Hz);
-    return frequency;
+    return AFrequency::fromValue(static_cast<long long>(std::min(value, kMax)), AFrequency::Hz);
 }
 
 AFrequency hertz(double value)
 {
-    AFrequency frequency;
-    frequency.setValue(value, AFrequency::Hz);
-    return frequency;
+    return AFrequency::fromValue(value, AFrequency::Hz);
 }
 
 QStandardItem *edgeItem(const QString &hertzText)
@@ -150,15 +146,17 @@ private:
     }
 
     void writeAttribute(const char *name, const QString &value) { m_xml.writeAttribute(QLatin1String(name), value); }
-    void writeText(const char *name, const QVariant &text) { writeAttribute(name, xmlText(text.toString())); }
+    void writeText(const char *name, const QVariant &text)
+    {
+        writeAttribute(name, withoutNonXmlCharacters(text.toString()));
+    }
     void writeInterpolation(const QVariant &number)
     {
         writeAttribute("interpolation", QString::number(number.toUInt()));
     }
     void writeFrequency(const char *name, const QVariant &megahertz)
     {
-        AFrequency frequency;
-        frequency.setValue(megahertz.toDouble(), AFrequency::MHz);
+        const AFrequency frequency = AFrequency::fromValue(megahertz.toDouble(), AFrequency::MHz);
         writeAttribute(name, frequency.toString());
     }
 
@@ -203,7 +201,7 @@ bool ALimitModel::loadFromFile(const QString &fileName)
     }
     clearRows();
     QDomDocument document;
-    DomError error;
+    XmlError error;
     if (!setBoundedContent(&document, &file, &error)) {
         Q_EMIT loadError(tr("Could not parse file '%1': %2 (line %3, col %4)")
                              .arg(fileName, error.text, QString::number(error.line), QString::number(error.column)));

@@ -51,7 +51,7 @@ StoredMarker readEntry(const QSettings &settings)
         static_cast<ASpectrumMarker::Type>(settings.value(kType, static_cast<int>(ASpectrumMarker::TypeMax)).toInt());
     entry.trace = settings.value(kTrace, 0).toInt();
     const qulonglong hertz = settings.value(kTargetFrequency, 0).toULongLong();
-    entry.target.setValue(static_cast<qint64>(hertz), AFrequency::Hz);
+    entry.target = AFrequency::fromValue(static_cast<qint64>(hertz), AFrequency::Hz);
     const int options =
         settings.value(kDisplayOptions, int(ASpectrumMarker::ShowSymbol | ASpectrumMarker::ShowLabel)).toInt();
     entry.displayOptions = ASpectrumMarker::DisplayOptions(QFlag(options));

@@ -89,9 +89,7 @@ bool isAscending(const QList<AMeasurementValue> &data)
 
 bool isAddedDirectly(const emu_entry &unit)
 {
-    constexpr int kWatt = 10;
-    constexpr int kWattPerSquareMetre = 11;
-    return unit.id == kWatt || unit.id == kWattPerSquareMetre;
+    return unit.id == kEmuWatt || unit.id == kEmuWattPerSquareMetre;
 }
 
 } // namespace

@@ -27,9 +27,7 @@ double limitAt(const ALimit &limit, const AFrequency &frequency, int unit)
 
 AFrequency hertz(double value)
 {
-    AFrequency frequency;
-    frequency.setValue(value, AFrequency::Hz);
-    return frequency;
+    return AFrequency::fromValue(value, AFrequency::Hz);
 }
 
 // The frequencies at which the curve bends or jumps, and enough between them that curved pieces look so.

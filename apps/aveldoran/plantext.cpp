@@ -18,9 +18,7 @@ bool hasMirror(const AChannelInfo &range)
 
 AFrequency mirrorFrequency(const AChannelInfo &range)
 {
-    AFrequency frequency;
-    frequency.setValue(range.data(AChannelInfo::ColumnMirrorEntryFreq).toLongLong(), AFrequency::Hz);
-    return frequency;
+    return AFrequency::fromValue(range.data(AChannelInfo::ColumnMirrorEntryFreq).toLongLong(), AFrequency::Hz);
 }
 
 QString shortText(const AChannelInfo::Definition &definition, const char *key)

@@ -16,7 +16,6 @@
 
 namespace {
 
-constexpr int kUnitCount = 18;
 constexpr int kShownBytes = 40; // of a text that an error quotes
 constexpr double kMaxFrequencyHz = 9e18;
 
@@ -257,7 +256,7 @@ private:
 int unitId(const QByteArray &text)
 {
     const QByteArray plain = plainUnit(text);
-    for (int id = 0; id < kUnitCount; ++id) {
+    for (int id = 0; id < kEmuCount; ++id) {
         if (plain == plainUnit(QString::fromUcs4(emu_find(id)->name).toUtf8()))
             return id;
     }
@@ -267,7 +266,7 @@ int unitId(const QByteArray &text)
 QString unitNames()
 {
     QStringList names;
-    for (int id = 0; id < kUnitCount; ++id)
+    for (int id = 0; id < kEmuCount; ++id)
         names += QString::fromUcs4(emu_find(id)->name);
     return names.join(QLatin1String(", "));
 }

@@ -291,8 +291,7 @@ void printSummary(const Options &options, const AMdrDocument &document, const Ex
                   const RecordedTimes &times, const AMeasurementValue &highest, const QString &unit)
 {
     const auto frequency = [](double hertz) {
-        AFrequency rounded;
-        rounded.setValue(hertz, AFrequency::Hz);
+        const AFrequency rounded = AFrequency::fromValue(hertz, AFrequency::Hz);
         return shortFrequency(rounded);
     };
     const auto time = [](qint64 timeMs) {

@@ -43,6 +43,7 @@ private Q_SLOTS:
     void everyThreeDecimalMegahertzIsWhole();
     void valuesBeyondTheRangeStayAtItsEdge();
     void intValueCutsTowardsZero();
+    void wholeNumbersOfAnyTypeAreExact();
     void noUnitIsHertzForNumbers();
     void formats_data();
     void formats();
@@ -188,6 +189,7 @@ void TestAFrequency::doublesGiveTheWholeHertzTheyName()
     AFrequency frequency;
     frequency.setValue(value, static_cast<AFrequency::Unit>(unit));
     QCOMPARE(frequency, ::hertz(hertz));
+    QCOMPARE(AFrequency::fromValue(value, static_cast<AFrequency::Unit>(unit)), frequency);
 }
 
 void TestAFrequency::everyThreeDecimalMegahertzIsWhole()
@@ -207,6 +209,7 @@ void TestAFrequency::valuesBeyondTheRangeStayAtItsEdge()
     QCOMPARE(frequency, hertz(kMax));
     frequency.setValue(kMin, AFrequency::kHz);
     QCOMPARE(frequency, hertz(kMin));
+    QCOMPARE(AFrequency::fromValue(kMin, AFrequency::kHz), hertz(kMin));
     QCOMPARE(hertz(kMax) + hertz(1), hertz(kMax));
     QCOMPARE(hertz(kMin) - hertz(kMax), hertz(kMin));
     QCOMPARE(hertz(kMax) * 3.0, hertz(kMax));
@@ -224,6 +227,13 @@ void TestAFrequency::intValueCutsTowardsZero()
     QCOMPARE(AFrequency("1.9").intValue(AFrequency::Hz), 1LL);
     QCOMPARE(hertz(2400000000).intValue(AFrequency::GHz), 2LL);
     QCOMPARE(hertz(kMin).intValue(AFrequency::Hz), kMin);
+}
+
+void TestAFrequency::wholeNumbersOfAnyTypeAreExact()
+{
+    QCOMPARE(AFrequency::fromValue(3, AFrequency::kHz), hertz(3000));
+    QCOMPARE(AFrequency::fromValue(9007199254740993LL, AFrequency::Hz), hertz(9007199254740993));
+    QCOMPARE(AFrequency::fromValue(qint64(-9007199254740993), AFrequency::Hz), hertz(-9007199254740993));
 }
 
 void TestAFrequency::noUnitIsHertzForNumbers()

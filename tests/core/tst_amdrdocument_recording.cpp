@@ -2,7 +2,6 @@
 #include "core/recordings.h"
 
 #include <QtCore/QFileInfo>
-#include <QtCore/QThread>
 #include <QtTest/QtTest>
 
 #include <csignal>
@@ -35,7 +34,6 @@ private Q_SLOTS:
     void aCrashLeavesAllOfTheTurnsBefore();
     void withoutAnEventLoopFullBlocksAreWritten();
     void theRecordsOfATurnAreWrittenTogether();
-    void anotherThreadsRecordsAreWrittenAtOnce();
     void recordingNeedsNoMemoryForItsRecords();
     void replayingALargeFileNeedsNoMemoryForIt();
     void aDeviceMayComeLate();
@@ -218,19 +216,6 @@ void TestAMdrDocumentRecording::theRecordsOfATurnAreWrittenTogether()
     document.addGeoData(markedPosition(11));
     QCoreApplication::processEvents();
     QCOMPARE(QFileInfo(name).size(), before + 11 * kPositionBytes);
-}
-
-void TestAMdrDocumentRecording::anotherThreadsRecordsAreWrittenAtOnce()
-{
-    const QString name = path("r.mdr");
-    AMdrDocument document;
-    QVERIFY(document.startRecording(name));
-    const std::unique_ptr<QThread> thread(QThread::create([&document] { document.addGeoData(markedPosition(1)); }));
-    thread->start();
-    QVERIFY(thread->wait());
-    AMdrDocument loaded;
-    QVERIFY(!loaded.load(name));
-    QCOMPARE(loaded.recordCount(), 1);
 }
 
 // 400 sweeps of 10000 points: 170 MB in the file, and twice that in memory.

@@ -167,6 +167,7 @@ void TestAReplayProcessor::anEmptyDocumentIsPlayedAtOnce()
     AMdrDocument document;
     QCOMPARE(play(&document), QStringLiteral("true"));
     QCOMPARE(play(&document, 0, -1), QStringLiteral("false")); // there is no such sweep
+    QCOMPARE(play(&document, -1, 0), QStringLiteral("false"));
 }
 
 void TestAReplayProcessor::positionsAloneArePlayed()
@@ -175,6 +176,7 @@ void TestAReplayProcessor::positionsAloneArePlayed()
     document.addGeoData(markedPosition(1));
     document.addGeoData(markedPosition(2));
     QCOMPARE(play(&document), QStringLiteral("p1 p2 true"));
+    QCOMPARE(play(&document, 0, -1), QStringLiteral("false"));
 }
 
 void TestAReplayProcessor::recordsOfALaterProgramArePassedOver()

@@ -477,6 +477,9 @@ void TestASweepProcessor::formsOfAFile_data()
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<double>("height"); // of a peak of 25 dB at 30 kHz
     QTest::newRow("nothing") << QByteArray("") << 25.0;
+    QTest::newRow("a byte order mark") << QByteArray("\xef\xbb\xbf"
+                                                     "29 kHz;31 kHz;5\n")
+                                       << 20.0;
     QTest::newRow("remarks") << QByteArray("# spurs\n\n   \n") << 25.0;
     QTest::newRow("a unit and a comma") << QByteArray("29,9kHz ; 0.0301 MHz;7,5 dB") << 17.5;
     QTest::newRow("line ends of another system") << QByteArray("# a\r\n29 kHz;31 kHz;5\r\n") << 20.0;
@@ -502,6 +505,9 @@ void TestASweepProcessor::damagedFilesAreRefused_data()
     QTest::addColumn<QByteArray>("content");
     QTest::addColumn<QString>("inError");
     QTest::newRow("too few") << QByteArray("# a\n1;2\n") << "2";
+    QTest::newRow("a second byte order mark") << QByteArray("\xef\xbb\xbf\xef\xbb\xbf"
+                                                            "1;2;3\n")
+                                              << "1";
     QTest::newRow("too many") << QByteArray("1;2;3;4\n") << "1";
     QTest::newRow("no frequency") << QByteArray("1;2;3\n\nx;2;3\n") << "3";
     QTest::newRow("no decibels") << QByteArray("1;2;\n") << "1";

@@ -14,6 +14,7 @@ private Q_SLOTS:
     void theUnitsHaveTheirSymbols();
     void idsAreFoundAndNothingElse_data();
     void idsAreFoundAndNothingElse();
+    void theNamedIdsAreThoseOfTheirUnits();
     void findGivesTheSameRecordEachTime();
     void everyLinearCounterpartIsALinearUnitOfTheFamily();
     void symbolsAreUniqueAndHoldNoBlank();
@@ -81,6 +82,17 @@ void TestEmu::idsAreFoundAndNothingElse()
     QFETCH(int, id);
     QFETCH(bool, exists);
     QCOMPARE(emu_find(id) != nullptr, exists);
+}
+
+void TestEmu::theNamedIdsAreThoseOfTheirUnits()
+{
+    const auto symbolOf = [](int id) { return QString::fromUcs4(emu_find(id)->name); };
+    QCOMPARE(symbolOf(kEmuDecibelMilliwatt), QStringLiteral("dBm"));
+    QCOMPARE(symbolOf(kEmuDecibelMicrovoltPerMetre), QString::fromUtf8("dB\xc2\xb5V/m"));
+    QCOMPARE(symbolOf(kEmuWatt), QStringLiteral("W"));
+    QCOMPARE(symbolOf(kEmuWattPerSquareMetre), QString::fromUtf8("W/m\xc2\xb2"));
+    QVERIFY(emu_find(kEmuCount - 1));
+    QVERIFY(!emu_find(kEmuCount));
 }
 
 void TestEmu::findGivesTheSameRecordEachTime()

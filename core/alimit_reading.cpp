@@ -1,5 +1,6 @@
 #include "core/alimit.h"
 #include "core/boundedxmlreader.h"
+#include "core/failure.h"
 #include "core/regularfile.h"
 
 #include <QtCore/QFile>
@@ -26,16 +27,12 @@ QString attribute(const QXmlStreamAttributes &attributes, const char *name, cons
 AFrequency wholeHertz(const QString &text)
 {
     constexpr auto kMax = static_cast<qulonglong>(std::numeric_limits<qlonglong>::max());
-    AFrequency frequency;
-    frequency.setValue(static_cast<long long>(std::min(text.toULongLong(), kMax)), AFrequency::Hz);
-    return frequency;
+    return AFrequency::fromValue(static_cast<long long>(std::min(text.toULongLong(), kMax)), AFrequency::Hz);
 }
 
 AFrequency hertz(const QString &text)
 {
-    AFrequency frequency;
-    frequency.setValue(text.toDouble(), AFrequency::Hz);
-    return frequency;
+    return AFrequency::fromValue(text.toDouble(), AFrequency::Hz);
 }
 
 ALimit::Section readSection(const QXmlStreamAttributes &attributes)
@@ -65,9 +62,9 @@ std::unique_ptr<ALimit> startLimit(const QXmlStreamAttributes &attributes)
 {
     auto limit = std::make_unique<ALimit>();
     limit->setName(attribute(attributes, "name"));
-    limit->setRange(wholeHertz(attribute(attributes, "begin", "0")),
-                    wholeHertz(attribute(attributes, "end", "30000000000")));
-    limit->setUnit(attribute(attributes, "measureunit", "8"));
+    limit->setRange(wholeHertz(attribute(attributes, "begin", limit->begin().toString())),
+                    wholeHertz(attribute(attributes, "end", limit->end().toString())));
+    limit->setUnit(attribute(attributes, "measureunit", limit->unit()));
     limit->setDescription(attribute(attributes, "description"));
     limit->setColor(attribute(attributes, "color"));
     return limit;
@@ -126,27 +123,22 @@ Document readDocument(BoundedXmlReader *reader)
 
 bool ALimit::readAll(const QString &filename, QList<const ALimit *> &list, QString *errorText)
 {
-    const auto fail = [errorText](const QString &text) {
-        if (errorText)
-            *errorText = text;
-        return false;
-    };
     if (!QFileInfo::exists(filename))
-        return fail(tr("File '%1' does not exist").arg(filename));
+        return fail(errorText, tr("File '%1' does not exist").arg(filename));
     QFile file(filename);
     QString reason;
     if (!openRegularFile(&file, &reason))
-        return fail(tr("Could not read file '%1': %2").arg(filename, reason));
+        return fail(errorText, tr("Could not read file '%1': %2").arg(filename, reason));
     BoundedXmlReader reader(&file);
     Document document = readDocument(&reader);
     const QXmlStreamReader &xml = reader.xml();
     if (xml.hasError()) {
-        return fail(tr("Could not parse file '%1': %2 (line %3, col %4)")
-                        .arg(filename, xml.errorString(), QString::number(xml.lineNumber()),
-                             QString::number(xml.columnNumber())));
+        return fail(errorText, tr("Could not parse file '%1': %2 (line %3, col %4)")
+                                   .arg(filename, xml.errorString(), QString::number(xml.lineNumber()),
+                                        QString::number(xml.columnNumber())));
     }
     if (document.limits.empty() && !document.isData)
-        return fail(tr("File '%1' holds no limits").arg(filename));
+        return fail(errorText, tr("File '%1' holds no limits").arg(filename));
     for (std::unique_ptr<ALimit> &limit : document.limits)
         list.append(limit.release());
     return true;

@@ -1,5 +1,5 @@
-# cmake -D SCRATCH=DIRECTORY -P list_rule_breaks.cmake
-# Gives list_rule.cmake trees of one file that keep or break the form in one way each.
+# cmake -D SCRATCH=DIRECTORY -P cmake_form_breaks.cmake
+# Gives cmake_form.cmake trees of one file that keep or break the form in one way each.
 
 cmake_minimum_required(VERSION 3.25)
 
@@ -8,7 +8,7 @@ include(${CMAKE_CURRENT_LIST_DIR}/rulebreaks.cmake)
 # expect(TEXT LINE...): what the check has to say of a file of these lines, empty if it has to pass.
 function(expect text)
     file(REMOVE_RECURSE ${SCRATCH})
-    expect_verdict(list_rule.cmake "${text}" folder/CMakeLists.txt "${ARGN}")
+    expect_verdict(cmake_form.cmake "${text}" folder/CMakeLists.txt "${ARGN}")
     set(failures ${failures} PARENT_SCOPE)
 endfunction()
 

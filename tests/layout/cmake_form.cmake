@@ -1,7 +1,7 @@
-# cmake -D ROOT=DIRECTORY -P list_rule.cmake
+# cmake -D ROOT=DIRECTORY -P cmake_form.cmake
 # Holds the form of the CMake files of the tree at ROOT: a command stands four columns further in for each block around
-# it, and a comment begins with "# ". A formatter for another language breaks both. Names every line that differs and
-# fails if there is one.
+# it, and a comment begins with "# ". clang-format run on a CMake file breaks both, and can leave lists that still work.
+# Names every line that differs and fails if there is one.
 
 cmake_minimum_required(VERSION 3.25)
 
