@@ -27,8 +27,8 @@ ACalibrationData::CalibrationType listedType(const QMap<ACalibrationData::Calibr
 
 void ADataManager::updateFile(QString filename) // NOLINT(performance-unnecessary-value-param): a slot's signature
 {
-    // Not QFile(filename).exists(), which says no of a file that another process is just replacing.
-    const bool missing = !QFile::exists(filename);
+    // The one says no of a file that another process is just replacing, the other of a link that leads nowhere.
+    const bool missing = !QFile(filename).exists() && !QFile::exists(filename);
 
     // calibrationsByLabel stays as it is, deliberately: an object whose file has gone is still found by its label, and
     // what a changed file holds shows there after the next load only.
