@@ -49,7 +49,7 @@ public:
     // Appends the objects of a calibration file of any form; the form is known by the content and not by the name.
     // `type` is for objects whose file names none (AllTypes counts as AnyType). A file that can't be read, or is no
     // calibration file, or is damaged anywhere, gives false and leaves the list as it was. *errorText, unless null,
-    // is then a message for the user, with the line where there is one and what was expected there.
+    // is then a message for the user that names the file, the line where there is one, and what was expected there.
     static bool readAll(const QString &filename, QList<ACalibrationData> &list, CalibrationType type);
     static bool readAll(const QString &filename, QList<ACalibrationData> &list, CalibrationType type,
                         QString *errorText);

@@ -14,7 +14,8 @@ class AVeldoranDevice;
 // "Mdr", as in the suffix of its files, is measured data, recorded.
 //
 // What was added lies in memory. What was loaded, and what is added while a file is being recorded, stays in the file,
-// which is read on demand: a recording may be larger than memory. docs/formats.md describes the file.
+// which is read on demand: a recording may be larger than memory. docs/formats.md describes the file. No error text
+// names the file.
 class AVELDORAN_CORE_EXPORT AMdrDocument : public QObject
 {
     Q_OBJECT
@@ -29,8 +30,6 @@ public:
 
     explicit AMdrDocument(QObject *parent = nullptr);
     ~AMdrDocument() override; // ends a running recording
-
-    // No error text of a recording names its file.
 
     // Replaces the content by that of a file, whose checksums are all tested. The file stays open and must not be
     // changed in place; replacing or deleting it does no harm.
