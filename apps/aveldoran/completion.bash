@@ -20,7 +20,7 @@ _aveldoran() {
         mapfile -t COMPREPLY < <(compgen -W "$options" -- "$cur")
     elif [[ $prev == --format ]]; then
         local formats
-        formats=$(sed -n '/^  --format/{N;s/.*How to print: //;s/[:.].*//;s/,//g;s/\<or\>//g;p;}' <<<"$help")
+        formats=$(sed -n '/^  --format/{N;s/.*How to print: //;s/[:;.].*//;s/,//g;s/\<or\>//g;p;}' <<<"$help")
         mapfile -t COMPREPLY < <(compgen -W "$formats" -- "$cur")
     else
         _filedir

@@ -66,18 +66,19 @@ constexpr struct
     const char *name;
     const char *value; // null if it has none
     const char *description;
+    const char *defaultValue = nullptr; // told at the end of the description
 } kOptions[] = {
     {"model", "NAME", "The model name of the device. Required."},
     {"firmware", "VERSION", "Its firmware version. Required."},
     {"serial", "NUMBER", "Its serial number. Required."},
-    {"revision", "N", "The generation of its hardware, 1 if not given."},
+    {"revision", "N", "The generation of its hardware", "1"},
     {"options", "MASK", "The bits of its options, a number such as 5 or 0x5."},
-    {"custom-option", "TEXT", "The text of option bit 8."},
+    {"custom-option", "TEXT", "The text of option 004 (value 8)."},
     {"background", "FILE", "A picture to write on, of up to 16777216 pixels, instead of the template."},
     {"calibrated", "DATE", "When it was calibrated, such as 2026-03-31."},
     {"settings", "FILE.ini", "A layout: what goes where. A field without a key is left out."},
     {"output", "FILE", "Write FILE.png, FILE.bmp, or the device's bit stream as FILE.bin."},
-    {"scale", "N", "Draw each pixel of a picture file N by N, up to 100."},
+    {"scale", "N", "Draw each pixel of a picture file N by N, up to 100", "1"},
     {"ascii", nullptr, "Print the logo with block characters; what is done without --output."},
 };
 constexpr int kMaxScale = 100;
@@ -93,8 +94,12 @@ constexpr char kDescription[] =
 void addOptions(QCommandLineParser *parser)
 {
     for (const auto &option : kOptions) {
-        parser->addOption({QLatin1String(option.name), QLatin1String(option.description),
-                           QLatin1String(option.value ? option.value : "")});
+        const QLatin1String name(option.name);
+        const QLatin1String description(option.description);
+        const QLatin1String value(option.value ? option.value : "");
+        parser->addOption(option.defaultValue
+                              ? optionWithDefault(name, description, value, QLatin1String(option.defaultValue))
+                              : QCommandLineOption(name, description, value));
     }
 }
 

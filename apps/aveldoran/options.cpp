@@ -29,6 +29,12 @@ bool isSameFile(const QString &one, const QString &other)
 
 } // namespace
 
+QCommandLineOption optionWithDefault(const QString &name, const QString &text, const QString &valueName,
+                                     const QString &defaultValue)
+{
+    return {name, QStringLiteral("%1; %2 if not given.").arg(text, defaultValue), valueName, defaultValue};
+}
+
 bool requireOption(const QCommandLineParser &parser, const char *command, const QString &option)
 {
     if (parser.isSet(option))
@@ -82,17 +88,18 @@ bool readChoiceOption(const QCommandLineParser &parser, const char *command, con
 
 QCommandLineOption formatOption()
 {
-    return {QStringLiteral("format"), QStringLiteral("How to print: text or json."), QStringLiteral("FORMAT"),
-            QStringLiteral("text")};
+    return optionWithDefault(QStringLiteral("format"), QStringLiteral("How to print: text or json"),
+                             QStringLiteral("FORMAT"), QStringLiteral("text"));
 }
 
 bool readFormatOption(const QCommandLineParser &parser, const char *command, bool *asJson)
 {
-    int choice = 0;
-    const bool ok = readChoiceOption(parser, command, QStringLiteral("format"),
-                                     {QStringLiteral("text"), QStringLiteral("json")}, &choice);
+    int choice = *asJson ? 1 : 0;
+    if (!readChoiceOption(parser, command, QStringLiteral("format"), {QStringLiteral("text"), QStringLiteral("json")},
+                          &choice))
+        return false;
     *asJson = choice == 1;
-    return ok;
+    return true;
 }
 
 bool readFileOption(const QCommandLineParser &parser, const char *command, const QString &option, QString *fileName)

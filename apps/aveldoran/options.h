@@ -11,6 +11,10 @@ class QCommandLineParser;
 // Values of options that several subcommands have. False, with an error in the name of the command, for a value that
 // makes no sense; what is not given is left as it is.
 
+// An option without which that value holds, as its help says: "TEXT; DEFAULT if not given."
+QCommandLineOption optionWithDefault(const QString &name, const QString &text, const QString &valueName,
+                                     const QString &defaultValue);
+
 // Unlike the others, false for what is not given.
 bool requireOption(const QCommandLineParser &parser, const char *command, const QString &option);
 

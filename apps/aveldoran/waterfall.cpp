@@ -77,22 +77,24 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
         {QStringLiteral("aveldoran waterfall drive.mdr --output drive.png")});
     const QCommandLineOption output(QStringLiteral("output"), QStringLiteral("The picture. Required."),
                                     QStringLiteral("FILE.png"));
-    const QCommandLineOption width(QStringLiteral("width"),
-                                   QStringLiteral("The width of the picture in pixels, %1 to %2.")
-                                       .arg(QString::number(kLeastWidth), QString::number(kMostWidth)),
-                                   QStringLiteral("N"), QString::number(kDefaultWidth));
+    const QCommandLineOption width =
+        optionWithDefault(QStringLiteral("width"),
+                          QStringLiteral("The width of the picture in pixels, %1 to %2")
+                              .arg(QString::number(kLeastWidth), QString::number(kMostWidth)),
+                          QStringLiteral("N"), QString::number(kDefaultWidth));
     const QCommandLineOption dynamic(
         QStringLiteral("dynamic"),
         QStringLiteral("How many decibels the colours span, down from the highest level. If not given, as many as "
                        "there are down to the noise, %1 at most.")
             .arg(kMostDefaultDynamic),
-        QStringLiteral("N"));
-    const QCommandLineOption from(QStringLiteral("from"), QStringLiteral("The colour of the lowest levels."),
-                                  QStringLiteral("COLOR"), QLatin1String(kDefaultFrom));
-    const QCommandLineOption to(
-        QStringLiteral("to"),
-        QStringLiteral("The colour of the highest levels; the ramp runs through the hues between them."),
-        QStringLiteral("COLOR"), QLatin1String(kDefaultTo));
+        QStringLiteral("DB"));
+    const QCommandLineOption from =
+        optionWithDefault(QStringLiteral("from"), QStringLiteral("The colour of the lowest levels"),
+                          QStringLiteral("COLOR"), QLatin1String(kDefaultFrom));
+    const QCommandLineOption to =
+        optionWithDefault(QStringLiteral("to"),
+                          QStringLiteral("The colour of the highest levels, to which the ramp runs through the hues"),
+                          QStringLiteral("COLOR"), QLatin1String(kDefaultTo));
     parser.addOptions({output, width, dynamic, from, to});
     parser.addPositionalArgument(QStringLiteral("RECORDING"), QStringLiteral("The recording, an MDR file."));
     if (!CommandLine::parse(&parser, kCommand, arguments, exitStatus))
