@@ -2,10 +2,10 @@
 #include "apps/aveldoran/commands.h"
 #include "apps/aveldoran/console.h"
 #include "apps/aveldoran/driveprocessor.h"
-#include "apps/aveldoran/inputfile.h"
 #include "apps/aveldoran/options.h"
 #include "apps/aveldoran/outputfile.h"
 #include "apps/aveldoran/plantext.h"
+#include "apps/aveldoran/recordingfile.h"
 #include "apps/aveldoran/tracefile.h"
 
 #include <core/amdrdocument.h>
@@ -79,12 +79,9 @@ bool readSensors(const QString &names, unsigned int *flags)
         const auto sensor = std::find_if(sensors().begin(), sensors().end(), [&name](const Sensor &known) {
             return name.trimmed() == QLatin1String(known.name);
         });
-        if (sensor == sensors().end()) {
-            CommandLine::usageError(
-                kCommand,
-                QStringLiteral("--sensors expects compass, gyro, pressure or several of them, not '%1'").arg(names));
-            return false;
-        }
+        if (sensor == sensors().end())
+            return refuseOption(kCommand, QStringLiteral("sensors"),
+                                QStringLiteral("compass, gyro, pressure or several of them"), names);
         *flags |= sensor->flag;
     }
     return true;
@@ -105,9 +102,7 @@ bool readLabels(const QCommandLineParser &parser, int *flags)
 bool readUnit(const QString &name, const emu_entry **unit)
 {
     *unit = emu_find(unitId(name.toUtf8()));
-    if (!*unit)
-        CommandLine::usageError(kCommand, QStringLiteral("--unit expects one of %1, not '%2'").arg(unitNames(), name));
-    return *unit;
+    return *unit || refuseOption(kCommand, QStringLiteral("unit"), QStringLiteral("one of %1").arg(unitNames()), name);
 }
 
 bool readOptions(const QStringList &arguments, Options *options, int *exitStatus)
@@ -186,25 +181,6 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
 }
 
 // --- reading ---
-
-// False if nothing of the recording is there to go on with.
-bool loadRecording(const QString &fileName, AMdrDocument *document, bool *complete)
-{
-    if (!canBeRead(fileName))
-        return false;
-    Console::progress(QStringLiteral("reading %1").arg(fileName));
-    QString errorText;
-    const bool isWhole = document->load(fileName, &errorText);
-    Console::clearProgress();
-    *complete = isWhole;
-    if (!isWhole)
-        Console::error(QStringLiteral("%1: %2").arg(fileName, errorText));
-    if (document->sweepCount() > 0)
-        return true;
-    if (isWhole || document->recordCount() > 0)
-        Console::error(QStringLiteral("%1: no sweeps in this recording").arg(fileName));
-    return false;
-}
 
 // False if a file gave nothing: what would be drawn without it is not what was asked for.
 bool readWaypoints(const Options &options, DriveProcessor *processor, bool *complete)

@@ -241,6 +241,10 @@ bool rewrite(const QString &fileName, const QString &target)
     QObject::connect(&model, &ALimitModel::loadError, &Console::error);
     QObject::connect(&model, &ALimitModel::saveError, &Console::error);
     const QTemporaryDir directory;
+    if (!directory.isValid()) {
+        Console::error(QStringLiteral("%1: can't be written: %2").arg(target, directory.errorString()));
+        return false;
+    }
     const QString written = directory.filePath(QStringLiteral("limits.xml"));
     if (!model.loadFromFile(fileName) || !model.saveToFile(written))
         return false;

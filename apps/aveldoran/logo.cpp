@@ -109,13 +109,6 @@ bool readText(const QCommandLineParser &parser, const QString &name, QString *te
     return requireOption(parser, kCommand, name);
 }
 
-bool refuse(const QString &option, const char *expected, const QString &found)
-{
-    CommandLine::usageError(kCommand,
-                            QStringLiteral("--%1 expects %2, not '%3'").arg(option, QLatin1String(expected), found));
-    return false;
-}
-
 // Digits alone: decimal ones, or hexadecimal ones after "0x".
 bool readMask(const QCommandLineParser &parser, const QString &name, int *mask)
 {
@@ -127,7 +120,8 @@ bool readMask(const QCommandLineParser &parser, const QString &name, int *mask)
     const QRegularExpressionMatch match = form.match(text);
     bool ok = false;
     *mask = match.capturedLength(1) > 0 ? match.capturedRef(1).toInt(&ok, 16) : match.capturedRef(2).toInt(&ok);
-    return (ok && *mask >= 0 && *mask <= kMost) || refuse(name, "a whole number from 0 to 65535 (0xffff)", text);
+    return (ok && *mask >= 0 && *mask <= kMost) ||
+           refuseOption(kCommand, name, QStringLiteral("a whole number from 0 to 65535 (0xffff)"), text);
 }
 
 // Two decimal digits a byte, and a device takes bytes from 0x80 on for negative numbers.
@@ -146,9 +140,12 @@ bool readDate(const QCommandLineParser &parser, const QString &name, QDate *date
     const QString text = parser.value(name);
     *date = form.match(text).hasMatch() ? QDate::fromString(text, Qt::ISODate) : QDate();
     if (!date->isValid())
-        return refuse(name, "a date such as '2026-03-31'", text);
+        return refuseOption(kCommand, name, QStringLiteral("a date such as '2026-03-31'"), text);
     return deviceCanKeepYear(date->year()) ||
-           refuse(name, "a year that a device can keep, from 2000 to 7979 with its last two digits below 80", text);
+           refuseOption(
+               kCommand, name,
+               QStringLiteral("a year that a device can keep, from 2000 to 7979 with its last two digits below 80"),
+               text);
 }
 
 bool chooseFormat(const QCommandLineParser &parser, Options *options)

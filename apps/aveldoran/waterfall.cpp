@@ -1,11 +1,11 @@
 #include "apps/aveldoran/commandline.h"
 #include "apps/aveldoran/commands.h"
 #include "apps/aveldoran/console.h"
-#include "apps/aveldoran/inputfile.h"
 #include "apps/aveldoran/levelraster.h"
 #include "apps/aveldoran/options.h"
 #include "apps/aveldoran/plantext.h"
 #include "apps/aveldoran/recordedtimes.h"
+#include "apps/aveldoran/recordingfile.h"
 #include "apps/aveldoran/waterfallplot.h"
 
 #include <core/amdrdocument.h>
@@ -61,10 +61,8 @@ bool readColor(const QCommandLineParser &parser, const QCommandLineOption &optio
         color->setNamedColor(name);
     if (color->isValid() && color->alpha() == 255)
         return true;
-    CommandLine::usageError(kCommand,
-                            QStringLiteral("--%1 expects an opaque colour such as 'navy' or '#102040', not '%2'")
-                                .arg(option.names().constFirst(), name));
-    return false;
+    return refuseOption(kCommand, option.names().constFirst(),
+                        QStringLiteral("an opaque colour such as 'navy' or '#102040'"), name);
 }
 
 bool readOptions(const QStringList &arguments, Options *options, int *exitStatus)
@@ -397,20 +395,9 @@ int runWaterfall(const QStringList &arguments)
     if (!readOptions(arguments, &options, &exitStatus))
         return exitStatus;
 
-    if (!canBeRead(options.recording))
-        return ExitFailed;
-    exitStatus = ExitDone;
     AMdrDocument document;
-    QString reason;
-    if (!document.load(options.recording, &reason)) {
-        Console::error(QStringLiteral("%1: %2").arg(options.recording, reason));
-        exitStatus = ExitFailed;
-        if (document.sweepCount() == 0)
-            return exitStatus;
-    }
-    if (document.sweepCount() == 0) {
-        Console::error(QStringLiteral("%1: the recording holds no sweeps").arg(options.recording));
+    bool complete = true;
+    if (!loadRecording(options.recording, &document, &complete))
         return ExitFailed;
-    }
-    return draw(options, document, exitStatus);
+    return draw(options, document, complete ? ExitDone : ExitFailed);
 }

@@ -15,6 +15,7 @@ class TestProgramFailures : public QObject
 private Q_SLOTS:
     void limitsAreRewrittenAndDrawnWithoutTheirTrace_data();
     void limitsAreRewrittenAndDrawnWithoutTheirTrace();
+    void limitsAreNotRewrittenWithoutATemporaryDirectory();
     void aWarningFailsTheRun();
     void theLibrariesSpeakTheUsersLanguage_data();
     void theLibrariesSpeakTheUsersLanguage();
@@ -84,6 +85,22 @@ void TestProgramFailures::limitsAreRewrittenAndDrawnWithoutTheirTrace()
             limitPixels += image.pixel(x, y) == 0xff00aa00 ? 1 : 0;
     }
     QVERIFY(limitPixels > 500);
+}
+
+void TestProgramFailures::limitsAreNotRewrittenWithoutATemporaryDirectory()
+{
+    const QTemporaryDir directory;
+    const QString target = write(directory.filePath("out.xml"), "old");
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("TMPDIR", directory.filePath("missing"));
+    const Run result =
+        run({"limits", "--rewrite", target, write(directory.filePath("mask.xml"), kMask)}, {}, environment);
+    QCOMPARE(result.exitStatus, 1);
+    QVERIFY2(result.errors.startsWith("aveldoran: " + target + ": can't be written: "), qPrintable(result.errors));
+    QCOMPARE(result.errors.count('\n'), 1);
+    QFile old(target);
+    QVERIFY(old.open(QIODevice::ReadOnly));
+    QCOMPARE(old.readAll(), QByteArray("old"));
 }
 
 // Whatever the command; the logo is written all the same.
