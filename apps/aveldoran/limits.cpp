@@ -242,7 +242,8 @@ bool rewrite(const QString &fileName, const QString &target)
     QObject::connect(&model, &ALimitModel::saveError, &Console::error);
     const QTemporaryDir directory;
     if (!directory.isValid()) {
-        Console::error(QStringLiteral("%1: can't be written: %2").arg(target, directory.errorString()));
+        Console::error(
+            QStringLiteral("%1: can't be written: No directory can be made in %2").arg(target, QDir::tempPath()));
         return false;
     }
     const QString written = directory.filePath(QStringLiteral("limits.xml"));

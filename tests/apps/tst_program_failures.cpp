@@ -92,12 +92,11 @@ void TestProgramFailures::limitsAreNotRewrittenWithoutATemporaryDirectory()
     const QTemporaryDir directory;
     const QString target = write(directory.filePath("out.xml"), "old");
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-    environment.insert("TMPDIR", directory.filePath("missing"));
+    environment.insert("TMPDIR", "/proc"); // where nobody makes directories
     const Run result =
         run({"limits", "--rewrite", target, write(directory.filePath("mask.xml"), kMask)}, {}, environment);
     QCOMPARE(result.exitStatus, 1);
-    QVERIFY2(result.errors.startsWith("aveldoran: " + target + ": can't be written: "), qPrintable(result.errors));
-    QCOMPARE(result.errors.count('\n'), 1);
+    QCOMPARE(result.errors, "aveldoran: " + target + ": can't be written: No directory can be made in /proc\n");
     QFile old(target);
     QVERIFY(old.open(QIODevice::ReadOnly));
     QCOMPARE(old.readAll(), QByteArray("old"));
