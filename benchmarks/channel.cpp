@@ -1,4 +1,4 @@
-#include "channelplan.h"
+#include "benchmarks/channelplan.h"
 
 #include <channel/achannelinfo.h>
 #include <core/aprofile.h>

@@ -168,6 +168,15 @@ void describe(QCommandLineParser *parser, const QString &description, const QStr
     parser->setApplicationDescription((paragraphs << lines).join(QStringLiteral("\n\n")));
 }
 
+QString exitStatusText()
+{
+    return QStringLiteral("Exit status:\n"
+                          "  0  All was done.\n"
+                          "  1  Something was not done, refused or left out, or a trace exceeds a limit. A\n"
+                          "     message tells what; what else could be done was done.\n"
+                          "  2  The command line makes no sense; nothing was done.\n");
+}
+
 bool parse(QCommandLineParser *parser, const char *command, const QStringList &arguments, int *exitStatus,
            const QStringList &repeatable)
 {
@@ -187,7 +196,7 @@ bool parse(QCommandLineParser *parser, const char *command, const QStringList &a
         const QString program = QCoreApplication::arguments().constFirst();
         QString text = parser->helpText();
         text.replace(text.indexOf(program), program.size(), arguments.constFirst());
-        return printAndEnd(text, exitStatus);
+        return printAndEnd(text + QLatin1Char('\n') + exitStatusText(), exitStatus);
     }
     if (parser->isSet(version))
         return printAndEnd(QStringLiteral("aveldoran %1\n").arg(QCoreApplication::applicationVersion()), exitStatus);

@@ -17,6 +17,9 @@ QString suggestion(const QString &typed, const QStringList &words);
 // the root of the repository. Both are broken where a terminal of 80 columns ends.
 void describe(QCommandLineParser *parser, const QString &description, const QStringList &examples);
 
+// The part "Exit status:" of each help.
+QString exitStatusText();
+
 // Parses a subcommand's arguments, of which the first is the command as a user types it. An option with a value is
 // given once, unless it is one of `repeatable`. False when the run ends here: after --help or --version, or with a
 // reported error.

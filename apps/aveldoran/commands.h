@@ -7,7 +7,7 @@
 enum ExitStatus
 {
     ExitDone = 0,
-    ExitFailed = 1, // some input could not be read or was refused; what could be done was done
+    ExitFailed = 1, // something of what was asked for was not done, or a trace exceeds a limit
     ExitUsage = 2,  // the command line makes no sense; nothing was done
 };
 

@@ -5,10 +5,11 @@ _aveldoran() {
     _init_completion || return
 
     local program=${words[0]}
-    if ((cword == 1)); then
+    if ((cword == 1)) || [[ $cword == 2 && ${words[1]} == help ]]; then
         local commands
         commands=$("$program" --help 2>/dev/null | sed -n '/^Commands:/,/^$/s/^  \([a-z]\{1,\}\) .*/\1/p')
-        mapfile -t COMPREPLY < <(compgen -W "$commands --help --version" -- "$cur")
+        ((cword == 1)) && commands+=' help --help --version'
+        mapfile -t COMPREPLY < <(compgen -W "$commands" -- "$cur")
         return
     fi
 
@@ -20,7 +21,7 @@ _aveldoran() {
         mapfile -t COMPREPLY < <(compgen -W "$options" -- "$cur")
     elif [[ $prev == --format ]]; then
         local formats
-        formats=$(sed -n '/^  --format/{N;s/.*How to print: //;s/[:.].*//;s/,//g;s/\<or\>//g;p;}' <<<"$help")
+        formats=$(sed -n '/^  --format/{N;s/.*How to print: //;s/[:;.].*//;s/,//g;s/\<or\>//g;p;}' <<<"$help")
         mapfile -t COMPREPLY < <(compgen -W "$formats" -- "$cur")
     else
         _filedir

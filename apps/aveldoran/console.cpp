@@ -33,7 +33,7 @@ void error(const QString &text)
     std::fprintf(stderr, "aveldoran: %s\n", oneLine(text).toLocal8Bit().constData());
 }
 
-void reportWarnings()
+void reportMessages()
 {
     qInstallMessageHandler(reportMessage);
 }

@@ -10,8 +10,9 @@ namespace Console {
 // "aveldoran: TEXT" on standard error.
 void error(const QString &text);
 
-// From here on the warnings of the libraries are reported as errors; tells whether there were any.
-void reportWarnings();
+// From here on each message of the libraries is reported as an error, debug messages too: of some failures there is
+// nothing else. Tells whether one of them was a warning or worse, which means that something was left undone.
+void reportMessages();
 bool hasWarned();
 
 // A passing line on standard error, shown on a terminal only; the next one or an error replaces it.

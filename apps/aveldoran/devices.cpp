@@ -138,5 +138,5 @@ int runDevices(const QStringList &arguments)
         printJson(list);
     else
         printText(list, options.all);
-    return Console::finish() && !Console::hasWarned() ? ExitDone : ExitFailed;
+    return Console::finish() ? ExitDone : ExitFailed;
 }

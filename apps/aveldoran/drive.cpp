@@ -2,10 +2,10 @@
 #include "apps/aveldoran/commands.h"
 #include "apps/aveldoran/console.h"
 #include "apps/aveldoran/driveprocessor.h"
-#include "apps/aveldoran/inputfile.h"
 #include "apps/aveldoran/options.h"
 #include "apps/aveldoran/outputfile.h"
 #include "apps/aveldoran/plantext.h"
+#include "apps/aveldoran/recordingfile.h"
 #include "apps/aveldoran/tracefile.h"
 
 #include <core/amdrdocument.h>
@@ -84,12 +84,9 @@ bool readSensors(const QString &names, unsigned int *flags)
         const auto sensor = std::find_if(sensors().begin(), sensors().end(), [&name](const Sensor &known) {
             return name.trimmed() == QLatin1String(known.name);
         });
-        if (sensor == sensors().end()) {
-            CommandLine::usageError(
-                kCommand,
-                QStringLiteral("--sensors expects compass, gyro, pressure or several of them, not '%1'").arg(names));
-            return false;
-        }
+        if (sensor == sensors().end())
+            return refuseOption(kCommand, QStringLiteral("sensors"),
+                                QStringLiteral("compass, gyro, pressure or several of them"), names);
         *flags |= sensor->flag;
     }
     return true;
@@ -110,9 +107,7 @@ bool readLabels(const QCommandLineParser &parser, int *flags)
 bool readUnit(const QString &name, const emu_entry **unit)
 {
     *unit = emu_find(unitId(name.toUtf8()));
-    if (!*unit)
-        CommandLine::usageError(kCommand, QStringLiteral("--unit expects one of %1, not '%2'").arg(unitNames(), name));
-    return *unit;
+    return *unit || refuseOption(kCommand, QStringLiteral("unit"), QStringLiteral("one of %1").arg(unitNames()), name);
 }
 
 bool readOptions(const QStringList &arguments, Options *options, int *exitStatus)
@@ -136,22 +131,18 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
     const QCommandLineOption unit(QStringLiteral("unit"),
                                   QStringLiteral("Show levels in this unit, such as dBuV; if not given in their own."),
                                   QStringLiteral("UNIT"));
-    const QCommandLineOption elevation(
-        QStringLiteral("elevation"),
-        QStringLiteral(
-            "How high the highest level is drawn, in metres, %1 if not given; 0 draws all at the altitude of "
-            "the vehicle.")
-            .arg(options->elevationMetres),
-        QStringLiteral("METRES"));
-    const QCommandLineOption tolerance(
-        QStringLiteral("tolerance"),
-        QStringLiteral("How far a waypoint may lie from the time of its sweep, in milliseconds, %1 if not given.")
-            .arg(options->toleranceMs),
-        QStringLiteral("MS"));
-    const QCommandLineOption labels(
-        QStringLiteral("labels"),
-        QStringLiteral("Call the points by their name, time or value, or none of them; name if not given."),
-        QStringLiteral("KIND"), QStringLiteral("name"));
+    const QCommandLineOption elevation =
+        optionWithDefault(QStringLiteral("elevation"),
+                          QStringLiteral("How high the highest level is drawn, in metres, where 0 draws all at the "
+                                         "altitude of the vehicle"),
+                          QStringLiteral("METRES"), QString::number(options->elevationMetres));
+    const QCommandLineOption tolerance =
+        optionWithDefault(QStringLiteral("tolerance"),
+                          QStringLiteral("How far a waypoint may lie from the time of its sweep, in milliseconds"),
+                          QStringLiteral("MS"), QString::number(options->toleranceMs));
+    const QCommandLineOption labels = optionWithDefault(
+        QStringLiteral("labels"), QStringLiteral("Call the points by their name, time or value, or none of them"),
+        QStringLiteral("KIND"), QLatin1String(kLabels[0].name));
     const QCommandLineOption noBalloons(QStringLiteral("no-balloons"),
                                         QStringLiteral("Draw the curtains without a point for each sweep."));
     const QCommandLineOption noGpsTrack(QStringLiteral("no-gps-track"),
@@ -195,25 +186,6 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
 }
 
 // --- reading ---
-
-// False if nothing of the recording is there to go on with.
-bool loadRecording(const QString &fileName, AMdrDocument *document, bool *complete)
-{
-    if (!canBeRead(fileName))
-        return false;
-    Console::progress(QStringLiteral("reading %1").arg(fileName));
-    QString errorText;
-    const bool isWhole = document->load(fileName, &errorText);
-    Console::clearProgress();
-    *complete = isWhole;
-    if (!isWhole)
-        Console::error(QStringLiteral("%1: %2").arg(fileName, errorText));
-    if (document->sweepCount() > 0)
-        return true;
-    if (isWhole || document->recordCount() > 0)
-        Console::error(QStringLiteral("%1: no sweeps in this recording").arg(fileName));
-    return false;
-}
 
 // False if a file gave nothing: what would be drawn without it is not what was asked for.
 bool readWaypoints(const Options &options, DriveProcessor *processor, bool *complete)
@@ -403,5 +375,5 @@ int runDrive(const QStringList &arguments)
              QStringLiteral("points with levels that can't be drawn, left out: %1").arg(measured.unusablePoints));
     if (!missingPaths.isEmpty())
         tell(options, QStringLiteral("paths of one value, left out: %1").arg(missingPaths.join(QStringLiteral(", "))));
-    return Console::finish() && complete && !Console::hasWarned() ? ExitDone : ExitFailed;
+    return Console::finish() && complete ? ExitDone : ExitFailed;
 }

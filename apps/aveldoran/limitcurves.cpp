@@ -144,7 +144,7 @@ bool drawLimits(const QString &title, const QList<const ALimit *> &limits, const
         const QVector<Plot::Point> points = curveOf(*limit, unit);
         if (!trace)
             show(points);
-        plot.addCurve(Console::oneLine(limit->name()), points, Plot::LimitCurve, QColor(limit->color()));
+        plot.addCurve(Console::oneLineOrDash(limit->name()), points, Plot::LimitCurve, QColor(limit->color()));
     }
     if (highest > lowest) {
         plot.setFrequencyRange(lowest, highest);

@@ -241,6 +241,11 @@ bool rewrite(const QString &fileName, const QString &target)
     QObject::connect(&model, &ALimitModel::loadError, &Console::error);
     QObject::connect(&model, &ALimitModel::saveError, &Console::error);
     const QTemporaryDir directory;
+    if (!directory.isValid()) {
+        Console::error(
+            QStringLiteral("%1: can't be written: No directory can be made in %2").arg(target, QDir::tempPath()));
+        return false;
+    }
     const QString written = directory.filePath(QStringLiteral("limits.xml"));
     if (!model.loadFromFile(fileName) || !model.saveToFile(written))
         return false;
@@ -308,15 +313,15 @@ int runLimits(const QStringList &arguments)
     for (const QString &path : qAsConst(options.files))
         complete = limits.readPath(path) && complete;
 
-    const bool hasTrace = !options.traceFile.isEmpty();
+    bool hasTrace = false;
     Trace trace;
-    if (hasTrace) {
-        Console::progress(QStringLiteral("reading %1").arg(options.traceFile));
-        if (!Console::attempt([&](QString *errorText) { return readTraceFile(options.traceFile, &trace, errorText); }))
-            return ExitFailed;
-        complete = checkTrace(limits, trace) && complete;
-    } else {
+    if (options.traceFile.isEmpty()) {
         printList(limits);
+    } else {
+        Console::progress(QStringLiteral("reading %1").arg(options.traceFile));
+        hasTrace =
+            Console::attempt([&](QString *errorText) { return readTraceFile(options.traceFile, &trace, errorText); });
+        complete = hasTrace && checkTrace(limits, trace) && complete;
     }
     if (!options.rewritten.isEmpty())
         complete = rewrite(options.files.constFirst(), options.rewritten) && complete;

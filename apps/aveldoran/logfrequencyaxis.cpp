@@ -10,6 +10,7 @@ namespace {
 
 constexpr double kNear = 1e-9; // relative, of values that are meant to be equal
 
+// An edge that is a tick may lie beside it by rounding. The tick is then put there, since none beyond an edge is drawn.
 struct Ticks
 {
     QList<double> numbered;
@@ -45,7 +46,7 @@ Ticks decadeTicks(double begin, double end)
         for (int digit = 1; digit < 10; ++digit) {
             const double tick = digit * std::pow(10.0, exponent);
             if (tick >= begin * (1 - kNear) && tick <= end * (1 + kNear))
-                (isNumbered(exponent, digit) ? ticks.numbered : ticks.others) += tick;
+                (isNumbered(exponent, digit) ? ticks.numbered : ticks.others) += qBound(begin, tick, end);
         }
     }
     return ticks;
@@ -59,11 +60,12 @@ Ticks evenTicks(double begin, double end)
     const bool isNarrow = end - begin < 1e-4 * end;
     const double step = niceStep(end - begin, isNarrow ? kFewDivisions : kDivisions);
     const double first = std::floor(begin / step);
+    const double slack = step * kNear;
     Ticks ticks;
     for (int i = 0; i <= (kDivisions + 2) * kParts; ++i) {
         const double tick = (first + static_cast<double>(i) / kParts) * step;
-        if (tick >= begin * (1 - kNear * kNear) && tick <= end)
-            (i % kParts == 0 ? ticks.numbered : ticks.others) += tick;
+        if (tick >= begin - slack && tick <= end + slack)
+            (i % kParts == 0 ? ticks.numbered : ticks.others) += qBound(begin, tick, end);
     }
     return ticks;
 }

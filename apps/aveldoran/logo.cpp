@@ -66,18 +66,19 @@ constexpr struct
     const char *name;
     const char *value; // null if it has none
     const char *description;
+    const char *defaultValue = nullptr; // told at the end of the description
 } kOptions[] = {
     {"model", "NAME", "The model name of the device. Required."},
     {"firmware", "VERSION", "Its firmware version. Required."},
     {"serial", "NUMBER", "Its serial number. Required."},
-    {"revision", "N", "The generation of its hardware, 1 if not given."},
+    {"revision", "N", "The generation of its hardware", "1"},
     {"options", "MASK", "The bits of its options, a number such as 5 or 0x5."},
-    {"custom-option", "TEXT", "The text of option bit 8."},
+    {"custom-option", "TEXT", "The text of option 004 (value 8)."},
     {"background", "FILE", "A picture to write on, of up to 16777216 pixels, instead of the template."},
     {"calibrated", "DATE", "When it was calibrated, such as 2026-03-31."},
     {"settings", "FILE.ini", "A layout: what goes where. A field without a key is left out."},
     {"output", "FILE", "Write FILE.png, FILE.bmp, or the device's bit stream as FILE.bin."},
-    {"scale", "N", "Draw each pixel of a picture file N by N, up to 100."},
+    {"scale", "N", "Draw each pixel of a picture file N by N, up to 100", "1"},
     {"ascii", nullptr, "Print the logo with block characters; what is done without --output."},
 };
 constexpr int kMaxScale = 100;
@@ -93,8 +94,12 @@ constexpr char kDescription[] =
 void addOptions(QCommandLineParser *parser)
 {
     for (const auto &option : kOptions) {
-        parser->addOption({QLatin1String(option.name), QLatin1String(option.description),
-                           QLatin1String(option.value ? option.value : "")});
+        const QLatin1String name(option.name);
+        const QLatin1String description(option.description);
+        const QLatin1String value(option.value ? option.value : "");
+        parser->addOption(option.defaultValue
+                              ? optionWithDefault(name, description, value, QLatin1String(option.defaultValue))
+                              : QCommandLineOption(name, description, value));
     }
 }
 
@@ -102,13 +107,6 @@ bool readText(const QCommandLineParser &parser, const QString &name, QString *te
 {
     *text = parser.value(name);
     return requireOption(parser, kCommand, name);
-}
-
-bool refuse(const QString &option, const char *expected, const QString &found)
-{
-    CommandLine::usageError(kCommand,
-                            QStringLiteral("--%1 expects %2, not '%3'").arg(option, QLatin1String(expected), found));
-    return false;
 }
 
 // Digits alone: decimal ones, or hexadecimal ones after "0x".
@@ -122,7 +120,8 @@ bool readMask(const QCommandLineParser &parser, const QString &name, int *mask)
     const QRegularExpressionMatch match = form.match(text);
     bool ok = false;
     *mask = match.capturedLength(1) > 0 ? match.capturedRef(1).toInt(&ok, 16) : match.capturedRef(2).toInt(&ok);
-    return (ok && *mask >= 0 && *mask <= kMost) || refuse(name, "a whole number from 0 to 65535 (0xffff)", text);
+    return (ok && *mask >= 0 && *mask <= kMost) ||
+           refuseOption(kCommand, name, QStringLiteral("a whole number from 0 to 65535 (0xffff)"), text);
 }
 
 // Two decimal digits a byte, and a device takes bytes from 0x80 on for negative numbers.
@@ -141,9 +140,12 @@ bool readDate(const QCommandLineParser &parser, const QString &name, QDate *date
     const QString text = parser.value(name);
     *date = form.match(text).hasMatch() ? QDate::fromString(text, Qt::ISODate) : QDate();
     if (!date->isValid())
-        return refuse(name, "a date such as '2026-03-31'", text);
+        return refuseOption(kCommand, name, QStringLiteral("a date such as '2026-03-31'"), text);
     return deviceCanKeepYear(date->year()) ||
-           refuse(name, "a year that a device can keep, from 2000 to 7979 with its last two digits below 80", text);
+           refuseOption(
+               kCommand, name,
+               QStringLiteral("a year that a device can keep, from 2000 to 7979 with its last two digits below 80"),
+               text);
 }
 
 bool chooseFormat(const QCommandLineParser &parser, Options *options)

@@ -20,6 +20,7 @@ struct Command
     const char *name;
     const char *summary;
     int (*run)(const QStringList &arguments);
+    bool alwaysDraws = false; // others do with --plot
 };
 
 constexpr Command kCommands[] = {
@@ -28,10 +29,10 @@ constexpr Command kCommands[] = {
     {"devices", "list the attached measurement devices", runDevices},
     {"drive", "draw the recording of a measurement drive as a KML document", runDrive},
     {"limits", "print limit lines, draw them, and check a trace against them", runLimits},
-    {"logo", "compose the boot logo of a device", runLogo},
+    {"logo", "compose the boot logo of a device", runLogo, true},
     {"markers", "set markers on a trace and print what they read", runMarkers},
     {"record", "record a drive along a track", runRecord},
-    {"waterfall", "draw a recording as a waterfall", runWaterfall},
+    {"waterfall", "draw a recording as a waterfall", runWaterfall, true},
     {"waypoints", "print what position files hold", runWaypoints},
 };
 
@@ -42,16 +43,14 @@ QString usage()
                                   "Works on the files that surround a spectrum measurement.\n\nCommands:\n");
     for (const Command &command : kCommands)
         text += QStringLiteral("  %1  %2\n").arg(QLatin1String(command.name), -12).arg(QLatin1String(command.summary));
-    return text + QStringLiteral("\nOptions:\n"
-                                 "  -h, --help  Show this text; after a command, the command's own.\n"
-                                 "  --version   Show the version of the program.\n"
-                                 "\nExit status:\n"
-                                 "  0  All was done.\n"
-                                 "  1  Some file could not be read or written, or a trace exceeds a limit; what\n"
-                                 "     could be done was done.\n"
-                                 "  2  The command line makes no sense; nothing was done.\n"
-                                 "\nExample:\n"
-                                 "  aveldoran channels examples/data/profiles/fm-broadcast.profile\n");
+    return text +
+           QStringLiteral("\nOptions:\n"
+                          "  -h, --help  Show this text; after a command, the command's own.\n"
+                          "  --version   Show the version of the program.\n"
+                          "\n") +
+           CommandLine::exitStatusText() +
+           QStringLiteral("\nExample:\n"
+                          "  aveldoran channels examples/data/profiles/fm-broadcast.profile\n");
 }
 
 const Command *commandNamed(const QString &name)
@@ -84,7 +83,6 @@ int printAndEnd(const QString &text)
     return Console::finish() ? ExitDone : ExitFailed;
 }
 
-// Every subcommand that draws has this option, except those that do nothing else.
 bool asksForPicture(const char *argument)
 {
     constexpr char kOption[] = "--plot";
@@ -105,8 +103,8 @@ void withoutRuntimeDirectory(QtMsgType type, const QMessageLogContext &context, 
 // kept from it.
 std::unique_ptr<QCoreApplication> createApplication(int &argc, char **argv)
 {
-    const bool isPicture = argc > 1 && (std::strcmp(argv[1], "logo") == 0 || std::strcmp(argv[1], "waterfall") == 0);
-    if (!isPicture && std::none_of(argv + 1, argv + argc, asksForPicture))
+    const Command *command = argc > 1 ? commandNamed(QString::fromLatin1(argv[1])) : nullptr;
+    if (!(command && command->alwaysDraws) && std::none_of(argv + 1, argv + argc, asksForPicture))
         return std::make_unique<QCoreApplication>(argc, argv);
     qputenv("QT_QPA_PLATFORM", "offscreen");
     static int count = 1;
@@ -157,6 +155,7 @@ int main(int argc, char **argv)
     ATranslator translator;
     if (translator.setLanguage(ASettings::language()))
         QCoreApplication::installTranslator(&translator);
-    Console::reportWarnings();
-    return command->run(arguments);
+    Console::reportMessages();
+    const int status = command->run(arguments);
+    return status == ExitDone && Console::hasWarned() ? ExitFailed : status;
 }

@@ -11,12 +11,6 @@
 
 namespace {
 
-bool refuse(const char *command, const QString &option, const QString &expected, const QString &found)
-{
-    CommandLine::usageError(command, QStringLiteral("--%1 expects %2, not '%3'").arg(option, expected, found));
-    return false;
-}
-
 bool isSameFile(const QString &one, const QString &other)
 {
     const QFileInfo first(one);
@@ -28,6 +22,18 @@ bool isSameFile(const QString &one, const QString &other)
 }
 
 } // namespace
+
+bool refuseOption(const char *command, const QString &option, const QString &expected, const QString &found)
+{
+    CommandLine::usageError(command, QStringLiteral("--%1 expects %2, not '%3'").arg(option, expected, found));
+    return false;
+}
+
+QCommandLineOption optionWithDefault(const QString &name, const QString &text, const QString &valueName,
+                                     const QString &defaultValue)
+{
+    return {name, QStringLiteral("%1; %2 if not given.").arg(text, defaultValue), valueName, defaultValue};
+}
 
 bool requireOption(const QCommandLineParser &parser, const char *command, const QString &option)
 {
@@ -50,9 +56,9 @@ bool readNumberOption(const QCommandLineParser &parser, const char *command, con
         *number = value;
         return true;
     }
-    return refuse(command, option,
-                  QStringLiteral("a whole number from %1 to %2").arg(QString::number(least), QString::number(most)),
-                  text);
+    return refuseOption(
+        command, option,
+        QStringLiteral("a whole number from %1 to %2").arg(QString::number(least), QString::number(most)), text);
 }
 
 bool readFrequencyOption(const QCommandLineParser &parser, const char *command, const QString &option,
@@ -64,7 +70,7 @@ bool readFrequencyOption(const QCommandLineParser &parser, const char *command, 
 bool readFrequencyOption(const char *command, const QString &option, const QString &text, AFrequency *frequency)
 {
     return readFrequency(text.trimmed().toUtf8(), AFrequency::Hz, frequency) ||
-           refuse(command, option, QStringLiteral("a frequency such as '100 MHz'"), text);
+           refuseOption(command, option, QStringLiteral("a frequency such as '100 MHz'"), text);
 }
 
 bool readChoiceOption(const QCommandLineParser &parser, const char *command, const QString &option,
@@ -75,24 +81,25 @@ bool readChoiceOption(const QCommandLineParser &parser, const char *command, con
     const QString name = parser.value(option);
     const int index = names.indexOf(name);
     if (index < 0)
-        return refuse(command, option, listText(names), name);
+        return refuseOption(command, option, listText(names), name);
     *choice = index;
     return true;
 }
 
 QCommandLineOption formatOption()
 {
-    return {QStringLiteral("format"), QStringLiteral("How to print: text or json."), QStringLiteral("FORMAT"),
-            QStringLiteral("text")};
+    return optionWithDefault(QStringLiteral("format"), QStringLiteral("How to print: text or json"),
+                             QStringLiteral("FORMAT"), QStringLiteral("text"));
 }
 
 bool readFormatOption(const QCommandLineParser &parser, const char *command, bool *asJson)
 {
-    int choice = 0;
-    const bool ok = readChoiceOption(parser, command, QStringLiteral("format"),
-                                     {QStringLiteral("text"), QStringLiteral("json")}, &choice);
+    int choice = *asJson ? 1 : 0;
+    if (!readChoiceOption(parser, command, QStringLiteral("format"), {QStringLiteral("text"), QStringLiteral("json")},
+                          &choice))
+        return false;
     *asJson = choice == 1;
-    return ok;
+    return true;
 }
 
 bool readFileOption(const QCommandLineParser &parser, const char *command, const QString &option, QString *fileName)
@@ -100,7 +107,7 @@ bool readFileOption(const QCommandLineParser &parser, const char *command, const
     if (!parser.isSet(option))
         return true;
     *fileName = parser.value(option);
-    return !fileName->isEmpty() || refuse(command, option, QStringLiteral("the name of a file"), *fileName);
+    return !fileName->isEmpty() || refuseOption(command, option, QStringLiteral("the name of a file"), *fileName);
 }
 
 bool readFilesOption(const QCommandLineParser &parser, const char *command, const QString &option,
@@ -109,7 +116,8 @@ bool readFilesOption(const QCommandLineParser &parser, const char *command, cons
     if (!parser.isSet(option))
         return true;
     *fileNames = parser.values(option);
-    return !fileNames->contains(QString()) || refuse(command, option, QStringLiteral("the name of a file"), QString());
+    return !fileNames->contains(QString()) ||
+           refuseOption(command, option, QStringLiteral("the name of a file"), QString());
 }
 
 bool readOutputOption(const QCommandLineParser &parser, const char *command, const QString &option,
@@ -131,8 +139,8 @@ bool readOutputOption(const QCommandLineParser &parser, const char *command, con
         return fileName->endsWith(suffix, Qt::CaseInsensitive);
     });
     if (!suffixes.isEmpty() && !isNamed)
-        return refuse(command, option, QStringLiteral("the name of a file that ends in %1").arg(listText(suffixes)),
-                      *fileName);
+        return refuseOption(command, option,
+                            QStringLiteral("the name of a file that ends in %1").arg(listText(suffixes)), *fileName);
     return true;
 }
 

@@ -11,6 +11,13 @@ class QCommandLineParser;
 // Values of options that several subcommands have. False, with an error in the name of the command, for a value that
 // makes no sense; what is not given is left as it is.
 
+// False, with "--OPTION expects EXPECTED, not 'FOUND'", for a value that makes no sense.
+bool refuseOption(const char *command, const QString &option, const QString &expected, const QString &found);
+
+// An option without which that value holds, as its help says: "TEXT; DEFAULT if not given."
+QCommandLineOption optionWithDefault(const QString &name, const QString &text, const QString &valueName,
+                                     const QString &defaultValue);
+
 // Unlike the others, false for what is not given.
 bool requireOption(const QCommandLineParser &parser, const char *command, const QString &option);
 

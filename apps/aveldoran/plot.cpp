@@ -321,7 +321,8 @@ Points Plot::Private::thinned(const Points &points, const Range &shown) const
         }
         int chosen[] = {first, lowest, highest, behind - 1};
         std::sort(std::begin(chosen), std::end(chosen));
-        for (const int *index = std::begin(chosen); index != std::unique(std::begin(chosen), std::end(chosen)); ++index)
+        const int *end = std::unique(std::begin(chosen), std::end(chosen));
+        for (const int *index = std::begin(chosen); index != end; ++index)
             kept += points[*index];
         first = behind;
     }

@@ -45,27 +45,27 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
     const QString number = QStringLiteral("N");
     const QString frequency = QStringLiteral("FREQ");
     const QString file = QStringLiteral("FILE");
-    const QCommandLineOption simulate(QStringLiteral("simulate"),
-                                      QStringLiteral("With the simulated analyser; there is no other so far."));
-    const QCommandLineOption gpx(QStringLiteral("gpx"), QStringLiteral("The track, whose points have times."), file);
+    const QCommandLineOption simulate(
+        QStringLiteral("simulate"), QStringLiteral("With the simulated analyser; there is no other so far. Required."));
+    const QCommandLineOption gpx(QStringLiteral("gpx"), QStringLiteral("The track, whose points have times. Required."),
+                                 file);
     const QCommandLineOption output(QStringLiteral("output"),
-                                    QStringLiteral("The recording. A file of any name; '.mdr' is usual."),
+                                    QStringLiteral("The recording. A file of any name; '.mdr' is usual. Required."),
                                     QStringLiteral("FILE.mdr"));
-    const QCommandLineOption interval(
-        QStringLiteral("interval"),
-        QStringLiteral("Milliseconds from sweep to sweep, %1 if not given.").arg(options->intervalMs),
-        QStringLiteral("MS"));
-    const QCommandLineOption start(
-        QStringLiteral("start"),
-        QStringLiteral("The first frequency, '87.5 MHz' if not given; in hertz if it has no unit."), frequency);
-    const QCommandLineOption stop(
-        QStringLiteral("stop"),
-        QStringLiteral("The last frequency, '108 MHz' if not given; in hertz if it has no unit."), frequency);
-    const QCommandLineOption points(QStringLiteral("points"),
-                                    QStringLiteral("Points of a sweep, %1 if not given.").arg(options->points), number);
-    const QCommandLineOption seed(
-        QStringLiteral("seed"),
-        QStringLiteral("What noise and transmitters depend on, %1 if not given.").arg(options->seed), number);
+    const QCommandLineOption interval =
+        optionWithDefault(QStringLiteral("interval"), QStringLiteral("Milliseconds from sweep to sweep"),
+                          QStringLiteral("MS"), QString::number(options->intervalMs));
+    const QCommandLineOption start =
+        optionWithDefault(QStringLiteral("start"), QStringLiteral("The first frequency, in hertz if it has no unit"),
+                          frequency, shortFrequency(options->begin));
+    const QCommandLineOption stop =
+        optionWithDefault(QStringLiteral("stop"), QStringLiteral("The last frequency, in hertz if it has no unit"),
+                          frequency, shortFrequency(options->end));
+    const QCommandLineOption points = optionWithDefault(QStringLiteral("points"), QStringLiteral("Points of a sweep"),
+                                                        number, QString::number(options->points));
+    const QCommandLineOption seed =
+        optionWithDefault(QStringLiteral("seed"), QStringLiteral("What noise and transmitters depend on"), number,
+                          QString::number(options->seed));
     const QCommandLineOption noPositions(
         QStringLiteral("no-positions"),
         QStringLiteral("Leave the positions out, as an analyser without a receiver does."));
@@ -186,6 +186,6 @@ int runRecord(const QStringList &arguments)
                        .arg(count)
                        .arg(options.points)
                        .arg(shortFrequency(options.begin), shortFrequency(options.end)));
-    const bool complete = source.errorText.isEmpty() && !Console::hasWarned();
+    const bool complete = source.errorText.isEmpty();
     return Console::finish() && complete ? ExitDone : ExitFailed;
 }

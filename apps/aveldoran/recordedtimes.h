@@ -13,8 +13,8 @@ public:
     RecordedTimes(qint64 firstMs, const QVector<qint64> &endsMs);
     static constexpr qint64 kUnknown = std::numeric_limits<qint64>::min();
 
-    // Whether the sweeps make a time axis: their times run forward, and of the time from the first to the last not all
-    // but a little is pauses (a clock that is set after the beginning makes such).
+    // Whether the sweeps make a time axis: their times run forward, and at least 2 % of the time from the first to the
+    // last was measured; less comes of a clock that was set during the recording.
     bool areAnAxis() const { return m_areAnAxis; }
 
     // Of an axis: the whole of it, and what a sweep takes of it. That is the time since the one before, but after a

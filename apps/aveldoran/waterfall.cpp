@@ -1,11 +1,11 @@
 #include "apps/aveldoran/commandline.h"
 #include "apps/aveldoran/commands.h"
 #include "apps/aveldoran/console.h"
-#include "apps/aveldoran/inputfile.h"
 #include "apps/aveldoran/levelraster.h"
 #include "apps/aveldoran/options.h"
 #include "apps/aveldoran/plantext.h"
 #include "apps/aveldoran/recordedtimes.h"
+#include "apps/aveldoran/recordingfile.h"
 #include "apps/aveldoran/waterfallplot.h"
 
 #include <core/amdrdocument.h>
@@ -61,10 +61,8 @@ bool readColor(const QCommandLineParser &parser, const QCommandLineOption &optio
         color->setNamedColor(name);
     if (color->isValid() && color->alpha() == 255)
         return true;
-    CommandLine::usageError(kCommand,
-                            QStringLiteral("--%1 expects an opaque colour such as 'navy' or '#102040', not '%2'")
-                                .arg(option.names().constFirst(), name));
-    return false;
+    return refuseOption(kCommand, option.names().constFirst(),
+                        QStringLiteral("an opaque colour such as 'navy' or '#102040'"), name);
 }
 
 bool readOptions(const QStringList &arguments, Options *options, int *exitStatus)
@@ -77,22 +75,24 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
         {QStringLiteral("aveldoran waterfall drive.mdr --output drive.png")});
     const QCommandLineOption output(QStringLiteral("output"), QStringLiteral("The picture. Required."),
                                     QStringLiteral("FILE.png"));
-    const QCommandLineOption width(QStringLiteral("width"),
-                                   QStringLiteral("The width of the picture in pixels, %1 to %2.")
-                                       .arg(QString::number(kLeastWidth), QString::number(kMostWidth)),
-                                   QStringLiteral("N"), QString::number(kDefaultWidth));
+    const QCommandLineOption width =
+        optionWithDefault(QStringLiteral("width"),
+                          QStringLiteral("The width of the picture in pixels, %1 to %2")
+                              .arg(QString::number(kLeastWidth), QString::number(kMostWidth)),
+                          QStringLiteral("N"), QString::number(kDefaultWidth));
     const QCommandLineOption dynamic(
         QStringLiteral("dynamic"),
         QStringLiteral("How many decibels the colours span, down from the highest level. If not given, as many as "
                        "there are down to the noise, %1 at most.")
             .arg(kMostDefaultDynamic),
-        QStringLiteral("N"));
-    const QCommandLineOption from(QStringLiteral("from"), QStringLiteral("The colour of the lowest levels."),
-                                  QStringLiteral("COLOR"), QLatin1String(kDefaultFrom));
-    const QCommandLineOption to(
-        QStringLiteral("to"),
-        QStringLiteral("The colour of the highest levels; the ramp runs through the hues between them."),
-        QStringLiteral("COLOR"), QLatin1String(kDefaultTo));
+        QStringLiteral("DB"));
+    const QCommandLineOption from =
+        optionWithDefault(QStringLiteral("from"), QStringLiteral("The colour of the lowest levels"),
+                          QStringLiteral("COLOR"), QLatin1String(kDefaultFrom));
+    const QCommandLineOption to =
+        optionWithDefault(QStringLiteral("to"),
+                          QStringLiteral("The colour of the highest levels, to which the ramp runs through the hues"),
+                          QStringLiteral("COLOR"), QLatin1String(kDefaultTo));
     parser.addOptions({output, width, dynamic, from, to});
     parser.addPositionalArgument(QStringLiteral("RECORDING"), QStringLiteral("The recording, an MDR file."));
     if (!CommandLine::parse(&parser, kCommand, arguments, exitStatus))
@@ -394,20 +394,9 @@ int runWaterfall(const QStringList &arguments)
     if (!readOptions(arguments, &options, &exitStatus))
         return exitStatus;
 
-    if (!canBeRead(options.recording))
-        return ExitFailed;
-    exitStatus = ExitDone;
     AMdrDocument document;
-    QString reason;
-    if (!document.load(options.recording, &reason)) {
-        Console::error(QStringLiteral("%1: %2").arg(options.recording, reason));
-        exitStatus = ExitFailed;
-        if (document.sweepCount() == 0)
-            return exitStatus;
-    }
-    if (document.sweepCount() == 0) {
-        Console::error(QStringLiteral("%1: the recording holds no sweeps").arg(options.recording));
+    bool complete = true;
+    if (!loadRecording(options.recording, &document, &complete))
         return ExitFailed;
-    }
-    return draw(options, document, exitStatus);
+    return draw(options, document, complete ? ExitDone : ExitFailed);
 }

@@ -184,5 +184,5 @@ int runWaypoints(const QStringList &arguments)
     }
     if (options.asJson)
         json.end();
-    return Console::finish() && complete && !Console::hasWarned() ? ExitDone : ExitFailed;
+    return Console::finish() && complete ? ExitDone : ExitFailed;
 }

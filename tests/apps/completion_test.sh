@@ -27,6 +27,9 @@ offers() {
 cd "$(mktemp -d)" || exit 1
 touch trace.csv
 offers 'channels' ch
+offers 'help' he
+offers 'waterfall waypoints' help w
+offers '' help --
 offers '--help --version' --
 offers 'json text xml' channels --format ''
 offers 'json' markers --format j

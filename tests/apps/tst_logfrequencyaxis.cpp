@@ -29,6 +29,8 @@ class TestLogFrequencyAxis : public QObject
 private Q_SLOTS:
     void eachTickHasItsUnit_data();
     void eachTickHasItsUnit();
+    void edgesThatAreTicksAreNumbered_data();
+    void edgesThatAreTicksAreNumbered();
     void labelsKeepClearOfEachOther_data();
     void labelsKeepClearOfEachOther();
     void theAxisNamesNoUnit();
@@ -69,6 +71,34 @@ void TestLogFrequencyAxis::eachTickHasItsUnit()
     QwtPlot plot;
     PlotLook::setLogarithmicFrequencyAxis(&plot, begin, end);
     QCOMPARE(labelsOf(&plot), labels);
+}
+
+void TestLogFrequencyAxis::edgesThatAreTicksAreNumbered_data()
+{
+    QTest::addColumn<double>("begin");
+    QTest::addColumn<double>("end");
+    QTest::addColumn<QStringList>("labels");
+
+    const QStringList narrow{"32.2 kHz", "32.22 kHz", "32.24 kHz", "32.26 kHz", "32.28 kHz", "32.3 kHz"};
+    QTest::newRow("exact") << 32200.0 << 32300.0 << narrow;
+    QTest::newRow("rounded inwards") << 32200.000000000004 << 32299.999999999996 << narrow;
+    QTest::newRow("rounded outwards") << 32199.999999999996 << 32300.000000000004 << narrow;
+    const QStringList decade{"100 MHz", "200 MHz", "300 MHz", "500 MHz", "700 MHz", "1 GHz"};
+    QTest::newRow("a decade, exact") << 1e8 << 1e9 << decade;
+    QTest::newRow("a decade, rounded inwards") << std::nextafter(1e8, 2e8) << std::nextafter(1e9, 1e8) << decade;
+}
+
+void TestLogFrequencyAxis::edgesThatAreTicksAreNumbered()
+{
+    QFETCH(double, begin);
+    QFETCH(double, end);
+    QFETCH(QStringList, labels);
+    QwtPlot plot;
+    PlotLook::setLogarithmicFrequencyAxis(&plot, begin, end);
+    QCOMPARE(labelsOf(&plot), labels);
+    const QwtScaleDiv scale = plot.axisScaleDiv(QwtPlot::xBottom);
+    for (const double tick : scale.ticks(QwtScaleDiv::MajorTick))
+        QVERIFY2(scale.contains(tick), qPrintable(QString::number(tick, 'g', 17))); // else it would not be drawn
 }
 
 void TestLogFrequencyAxis::labelsKeepClearOfEachOther_data()

@@ -108,6 +108,7 @@ private Q_SLOTS:
     void dashesGoOnOverBends();
     void limitsOfOneColourDiffer();
     void ofManyPointsThoseThatShowAreDrawn();
+    void ofAFlatStretchNoPointIsDrawnTwice();
     void markersPointAtTheirPoints();
     void curvesKeepClearOfLabels();
     void manyMarkersAreDrawn();
@@ -389,6 +390,25 @@ void TestPlot::ofManyPointsThoseThatShowAreDrawn()
         const Extent curve = extentOf(image, kTraceColor);
         QVERIFY(curve.area.height() > canvasOf(image).height() * 7 / 10);
     }
+}
+
+// A line that runs back and forth has other dashes.
+void TestPlot::ofAFlatStretchNoPointIsDrawnTwice()
+{
+    const auto dashed = [this](int count) {
+        Points points;
+        for (int i = 0; i < count; ++i)
+            points.append({100e6 + 100e6 * i / (count - 1), -50.0});
+        Plot plot("Flat", "Level", "dBm");
+        plot.addCurve({}, {{100e6, -20.0}, {200e6, -80.0}}, Plot::LimitCurve, QColor(kLimitColor));
+        plot.addCurve({}, points, Plot::LimitCurve, QColor(kTraceColor)); // the second limit has dashes
+        return extentOf(pictureOf(plot), kTraceColor);
+    };
+    const Extent few = dashed(2);
+    const Extent many = dashed(100001);
+    QVERIFY(few.count > 500);
+    QCOMPARE(many.area, few.area);
+    QVERIFY2(std::abs(many.count - few.count) < few.count / 20, qPrintable(QString::number(many.count)));
 }
 
 void TestPlot::markersPointAtTheirPoints()

@@ -147,7 +147,7 @@ void TestWaterfallCommand::whereNothingIsToBeDrawnThereIsNoPicture_data()
     QTest::newRow("something else") << "text"
                                     << "Not a recording";
     QTest::newRow("no sweeps") << "no sweeps"
-                               << "the recording holds no sweeps";
+                               << "no sweeps in this recording";
     QTest::newRow("sweeps without values") << "no values"
                                            << "the recording holds no levels";
     QTest::newRow("no level is a number") << "NaN"
