@@ -229,7 +229,7 @@ void TestADataManagerCalibrationFailures::aFileThatCannotBePutBackComesWithTheNe
 {
     CalibrationRegistry registry;
     const QString file = registry.load(registry.user(kCable, "a.xml"), {flat("a", kCable, 1)}, kCable);
-    const QByteArray before = readBytes(file);
+    const QByteArray before = readFile(file);
     expectFailedSave(file);
     {
         const FileSizeLimit full(0);
@@ -237,10 +237,10 @@ void TestADataManagerCalibrationFailures::aFileThatCannotBePutBackComesWithTheNe
         registry->updateCalibrationData(flat("new", kCable, 2), "a");
     }
     QVERIFY(!QFile::exists(file));
-    QCOMPARE(readBytes(hiddenName(file)), before);
+    QCOMPARE(readFile(hiddenName(file)), before);
 
     QCOMPARE(registry->addCalibrationFile(file, kCable), QStringList{"a"});
-    QCOMPARE(readBytes(file), before);
+    QCOMPARE(readFile(file), before);
     QCOMPARE(filesBeside(file), QStringList{QFileInfo(file).fileName()});
 }
 
