@@ -201,10 +201,13 @@ void TestADataManagerSignalOrder::aClearedChannelTreeFindsNothingAtTheSignal()
     atFirst(registry, &ADataManager::channelInfoDataChanged, this, [&] {
         byId = registry->getChannelInfoForProfile("id");
         byName = registry->getChannelInfoForName("channel");
+        registry->createChannelInfoFromProfiles(); // deletes what is still known, and must stay
     });
     registry->clearChannelInfoData();
     QVERIFY(!byId);
     QVERIFY(!byName);
+    QCOMPARE(profileId(registry->getChannelInfoForProfile("id")), QString("id"));
+    QCOMPARE(registry->getChannelInfoRoot()->childCount(), 1);
 }
 
 QTEST_GUILESS_MAIN(TestADataManagerSignalOrder)
