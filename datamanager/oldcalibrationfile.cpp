@@ -1,12 +1,15 @@
 #include "datamanager/oldcalibrationfile.h"
 
 #include "core/acalibrationdata.h"
+#include "core/astoragelocation.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 
+#include <algorithm>
 #include <cstdio>
+#include <vector>
 
 #include <unistd.h>
 
@@ -38,7 +41,36 @@ bool isSameState(const struct stat &a, const struct stat &b)
            a.st_mtim.tv_nsec == b.st_mtim.tv_nsec;
 }
 
+// The edits under way in this process: a few at most, since one begins within another only in a receiver of its signal.
+std::vector<const OldCalibrationFile *> &edits()
+{
+    static std::vector<const OldCalibrationFile *> instance;
+    return instance;
+}
+
+// Whether a file of this name may have been taken away: that depends on the type of its objects, not on the type that
+// it is loaded for.
+bool isUsers(const QString &filename)
+{
+    const auto types = {ACalibrationData::Preamplifier, ACalibrationData::Antenna, ACalibrationData::Cable,
+                        ACalibrationData::Attenuator, ACalibrationData::AnyType};
+    return std::any_of(types.begin(), types.end(), [&filename](ACalibrationData::CalibrationType type) {
+        return filename.startsWith(AStorageLocation::calibrationPath(AStorageLocation::User, type));
+    });
+}
+
 } // namespace
+
+OldCalibrationFile::OldCalibrationFile()
+{
+    edits().push_back(this);
+}
+
+OldCalibrationFile::~OldCalibrationFile()
+{
+    drop();
+    edits().erase(std::remove(edits().begin(), edits().end(), this), edits().end());
+}
 
 void OldCalibrationFile::takeAway(const QString &filename)
 {
@@ -46,7 +78,7 @@ void OldCalibrationFile::takeAway(const QString &filename)
     if (!readStatus(path(filename), &status) || S_ISDIR(status.st_mode))
         return;
     if (::rename(path(filename).constData(), hiddenPath(filename).constData()) == 0)
-        m_file = filename;
+        setFile(filename);
 }
 
 void OldCalibrationFile::keep(const QString &filename)
@@ -56,7 +88,13 @@ void OldCalibrationFile::keep(const QString &filename)
         return;
     ::unlink(hiddenPath(target).constData());
     if (::link(path(target).constData(), hiddenPath(target).constData()) == 0)
-        m_file = target;
+        setFile(target);
+}
+
+void OldCalibrationFile::setFile(const QString &filename)
+{
+    m_file = filename;
+    m_hasHidden = readStatus(hiddenPath(filename), &m_hidden);
 }
 
 void OldCalibrationFile::noteReplacement()
@@ -84,10 +122,20 @@ void OldCalibrationFile::drop()
     m_file.clear();
 }
 
+// By its number, since a file has several names.
+bool OldCalibrationFile::holds(const struct stat &hidden) const
+{
+    return !m_file.isEmpty() && m_hasHidden && hidden.st_dev == m_hidden.st_dev && hidden.st_ino == m_hidden.st_ino;
+}
+
 void OldCalibrationFile::recover(const QString &filename)
 {
-    struct stat status = {};
-    if (!readStatus(path(filename), &status))
+    struct stat file = {};
+    struct stat hidden = {};
+    if (!isUsers(filename) || readStatus(path(filename), &file) || !readStatus(hiddenPath(filename), &hidden))
+        return;
+    const auto isUnderWay = [&hidden](const OldCalibrationFile *edit) { return edit->holds(hidden); };
+    if (std::none_of(edits().begin(), edits().end(), isUnderWay))
         ::rename(hiddenPath(filename).constData(), path(filename).constData());
 }
 
@@ -101,7 +149,7 @@ void OldCalibrationFile::recoverAll(const QString &directory)
         const int suffix = static_cast<int>(qstrlen(kSuffix));
         const QString filename = name.mid(prefix, name.size() - prefix - suffix);
         if (QDir::match(ACalibrationData::nameFilters(), filename))
-            recover(dir.filePath(filename));
+            recover(QFileInfo(dir.filePath(filename)).absoluteFilePath()); // as the scan names it
     }
 }
 

@@ -10,8 +10,8 @@
 class OldCalibrationFile
 {
 public:
-    OldCalibrationFile() = default;
-    ~OldCalibrationFile() { drop(); }
+    OldCalibrationFile();
+    ~OldCalibrationFile();
 
     // In place of deleting the file. If it can't be moved it stays where it was, like a file that can't be deleted.
     void takeAway(const QString &filename);
@@ -26,7 +26,9 @@ public:
     bool putBack();
 
     // What a process left that was killed: a file that is missing comes back. None that exists is changed, and the old
-    // state beside it stays, since it may have what the file lacks.
+    // state beside it stays, since it may have what the file lacks. Only in the user's location, where files are taken
+    // away, and not while an edit of this process is under way that did so: a load in a receiver of its signal finds
+    // the file missing.
     static void recover(const QString &filename);
     static void recoverAll(const QString &directory);
 
@@ -34,9 +36,13 @@ public:
 
 private:
     Q_DISABLE_COPY(OldCalibrationFile)
+    void setFile(const QString &filename);
     void drop();
+    bool holds(const struct stat &hidden) const;
 
     QString m_file; // empty: nothing is kept
+    bool m_hasHidden = false;
+    struct stat m_hidden = {};
     bool m_hasReplacement = false;
     struct stat m_replacement = {}; // what this process left under the name
 };

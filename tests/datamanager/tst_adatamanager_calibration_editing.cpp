@@ -23,6 +23,7 @@ private Q_SLOTS:
     void aRenameOfAnInstalledObjectLeavesItsFile();
     void theInstalledLocationOfAnotherTypeIsNotRedirected();
     void locationsAreComparedCaseSensitively();
+    void anUpdateMakesTheDirectoryOfARelativeNameBelowTheRootToo();
     void aFailedUpdateKeepsTheOldFile();
     void anUpdateSignalsBeforeItWrites();
 
@@ -202,6 +203,27 @@ void TestADataManagerCalibrationEditing::locationsAreComparedCaseSensitively()
     QVERIFY(!QFile::exists(registry.path("user")));
     registry->removeCalibrationData("b", kCable, true);
     QCOMPARE(onDisk(user), QStringList{"b|2|1"});
+}
+
+// Deliberately: the directory is made from the root first, and from the working directory when the file is written.
+void TestADataManagerCalibrationEditing::anUpdateMakesTheDirectoryOfARelativeNameBelowTheRootToo()
+{
+    CalibrationRegistry registry;
+    const QString fromRoot = QFileInfo(registry.path("made")).absoluteFilePath();
+    const QString name = QDir::root().relativeFilePath(fromRoot) + "/a.xml";
+    const QString before = QDir::currentPath();
+    QVERIFY(QDir().mkdir(registry.path("work")) && QDir::setCurrent(registry.path("work")));
+    registry->addCalibrationData(flat("a", kCable, 1), name);
+    const QString file = registry.path("work/" + name);
+    const bool isMadeByTheAddition = QFileInfo::exists(fromRoot);
+    const bool isRemoved = QDir(QFileInfo(file).path()).removeRecursively();
+    registry->updateCalibrationData(flat("a", kCable, 2), QString());
+    QVERIFY(QDir::setCurrent(before));
+    QVERIFY(!isMadeByTheAddition);
+    QVERIFY(isRemoved);
+    QVERIFY(QFileInfo(fromRoot).isDir());
+    QVERIFY(QDir(fromRoot).isEmpty());
+    QCOMPARE(onDisk(file), QStringList{"a|2|2"});
 }
 
 void TestADataManagerCalibrationEditing::aFailedUpdateKeepsTheOldFile()

@@ -123,6 +123,8 @@ private Q_SLOTS:
     void aFileThatCannotBePutBackComesWithTheNextLoad();
     void whatSomebodyElseWroteMeanwhileStays_data();
     void whatSomebodyElseWroteMeanwhileStays();
+    void aLoadWithinARenameFindsTheFileMissing_data();
+    void aLoadWithinARenameFindsTheFileMissing();
     void aFileThatCannotStandAsideIsReplaced();
     void aRemovalThatCannotBeWrittenHoldsTheNewState();
 
@@ -132,6 +134,8 @@ private Q_SLOTS:
     void aFileThatAKilledRenameTookAwayComesBack();
     void remainsOfAKilledRenameChangeNoFile();
     void otherHiddenFilesStay();
+    void hiddenFilesOutsideOfTheUsersLocationStay_data();
+    void hiddenFilesOutsideOfTheUsersLocationStay();
 };
 
 void TestADataManagerCalibrationFailures::aRenameThatCannotBeWrittenKeepsTheFile_data()
@@ -265,6 +269,51 @@ void TestADataManagerCalibrationFailures::whatSomebodyElseWroteMeanwhileStays()
     QCOMPARE(filesBeside(file), QStringList{"a.xml"});
 }
 
+void TestADataManagerCalibrationFailures::aLoadWithinARenameFindsTheFileMissing_data()
+{
+    QTest::addColumn<bool>("isPath");
+    QTest::addColumn<bool>("isFull");
+    QTest::newRow("file") << false << false;
+    QTest::newRow("directory") << true << false;
+    QTest::newRow("file, full disk") << false << true;
+    QTest::newRow("directory, full disk") << true << true;
+}
+
+void TestADataManagerCalibrationFailures::aLoadWithinARenameFindsTheFileMissing()
+{
+    QFETCH(bool, isPath);
+    QFETCH(bool, isFull);
+    CalibrationRegistry registry;
+    const QString file = registry.load(registry.user(kCable, "a.xml"), {flat("old", kCable, 1)}, kCable);
+    const QByteArray before = readFile(file);
+    QStringList labels;
+    bool isLoading = false;
+    connect(registry.manager.get(), &ADataManager::calibrationDataChanged, this, [&] {
+        if (isLoading)
+            return;
+        isLoading = true;
+        labels << (isPath ? registry->addCalibrationPath(registry.user(kCable, QString()), kAllTypes)
+                          : registry->addCalibrationFile(file, kCable));
+        isLoading = false;
+    });
+    if (isFull) {
+        expectFailedSave(file);
+        const FileSizeLimit full(0);
+        registry->updateCalibrationData(flat("new", kCable, 2), "old");
+        QCOMPARE(readFile(file), before);
+    } else {
+        registry->updateCalibrationData(flat("new", kCable, 2), "old");
+        QCOMPARE(onDisk(file), QStringList{"new|2|2"});
+    }
+    QCOMPARE(labels, QStringList());
+    const QString error = "error: Could not read calibration data from file '" + file + '\'';
+    QCOMPARE(registry.takeLog(),
+             isPath ? repeated(signalOf(kCable), 2) : (QStringList{signalOf(kCable), error, signalOf(kCable), error}));
+    QCOMPARE(filesBeside(file), QStringList{"a.xml"});
+    QCOMPARE(registry.held(kAllTypes), QStringList{"new|2|2"});
+    QCOMPARE(registry.names(kAllTypes), QStringList{"new"});
+}
+
 // A name without room for more. The write replaces the file in one step then.
 void TestADataManagerCalibrationFailures::aFileThatCannotStandAsideIsReplaced()
 {
@@ -353,21 +402,31 @@ void TestADataManagerCalibrationFailures::aKilledRenameLosesNoObject()
 
 void TestADataManagerCalibrationFailures::aFileThatAKilledRenameTookAwayComesBack_data()
 {
-    QTest::addColumn<bool>("isPath");
-    QTest::newRow("file") << false;
-    QTest::newRow("directory") << true;
+    QTest::addColumn<QString>("directory"); // of the user's; none for the file alone
+    QTest::addColumn<ACalibrationData::CalibrationType>("objectType");
+    QTest::addColumn<ACalibrationData::CalibrationType>("type");
+    QTest::newRow("file") << QString() << kCable << kCable;
+    QTest::newRow("directory") << "calibration/cable" << kCable << kCable;
+    QTest::newRow("directory, by another way") << "calibration/../calibration/cable/sub" << kCable << kCable;
+    QTest::newRow("directory, of another type") << "calibration/cable" << kCable << kAntenna;
+    QTest::newRow("directory, of objects of no particular type") << "calibration/other" << kAnyType << kAnyType;
+    QTest::newRow("all directories") << "calibration" << kPreamplifier << kAllTypes;
+    QTest::newRow("file, for all types") << QString() << kAttenuator << kAllTypes;
 }
 
 void TestADataManagerCalibrationFailures::aFileThatAKilledRenameTookAwayComesBack()
 {
-    QFETCH(bool, isPath);
+    QFETCH(QString, directory);
+    QFETCH(ACalibrationData::CalibrationType, objectType);
+    QFETCH(ACalibrationData::CalibrationType, type);
     CalibrationRegistry registry;
-    const QString file = registry.save(registry.user(kCable, "sub/a.xml"), {flat("a", kCable, 1)});
+    const QString file = registry.save(registry.user(objectType, "sub/a.xml"), {flat("a", objectType, 1)});
     QVERIFY(QFile::rename(file, hiddenName(file)));
-    const QStringList labels = isPath ? registry->addCalibrationPath(registry.user(kCable, QString()), kCable)
-                                      : registry->addCalibrationFile(file, kCable);
+    const QStringList labels = directory.isEmpty()
+                                   ? registry->addCalibrationFile(file, type)
+                                   : registry->addCalibrationPath(registry.path("user/" + directory), type);
     QCOMPARE(labels, QStringList{"a"});
-    QCOMPARE(registry.takeLog(), QStringList{signalOf(kCable)});
+    QCOMPARE(registry.takeLog(), QStringList{signalOf(type)});
     QCOMPARE(filesBeside(file), QStringList{"a.xml"});
 }
 
@@ -398,6 +457,28 @@ void TestADataManagerCalibrationFailures::otherHiddenFilesStay()
     expected.sort();
     found.sort();
     QCOMPARE(found, expected);
+}
+
+void TestADataManagerCalibrationFailures::hiddenFilesOutsideOfTheUsersLocationStay_data()
+{
+    QTest::addColumn<QString>("directory");
+    QTest::newRow("installed") << "installed/calibration/cable";
+    QTest::newRow("elsewhere") << "elsewhere";
+    QTest::newRow("above the user's directories") << "user/calibration";
+    QTest::newRow("a directory that begins like the user's") << "user/calibration/cables";
+}
+
+void TestADataManagerCalibrationFailures::hiddenFilesOutsideOfTheUsersLocationStay()
+{
+    QFETCH(QString, directory);
+    CalibrationRegistry registry;
+    const QString file = registry.save(directory + "/a.xml", {flat("a", kCable, 1)});
+    QVERIFY(QFile::rename(file, hiddenName(file)));
+    QCOMPARE(registry->addCalibrationPath(registry.path(directory), kCable), QStringList());
+    QCOMPARE(registry.takeLog(), QStringList());
+    QCOMPARE(registry->addCalibrationFile(file, kCable), QStringList());
+    QCOMPARE(registry.takeLog(), QStringList{"error: Could not read calibration data from file '" + file + '\''});
+    QCOMPARE(filesBeside(file), QStringList{QFileInfo(hiddenName(file)).fileName()});
 }
 
 QTEST_GUILESS_MAIN(TestADataManagerCalibrationFailures)

@@ -13,6 +13,7 @@ private Q_SLOTS:
     void aChangedFileReplacesTheListAndNotTheLabels();
     void aDeletedFileLeavesTheLabels();
     void aFileThatCannotBeReadLeavesAnEmptyList();
+    void aLinkThatLeadsNowhereLeavesAnEmptyList();
     void onlyTheFirstTypeOfAFileIsHandled();
     void aDeletedFileOfSeveralTypesStaysInTheOtherLists();
     void aFileLoadedForAllTypesAloneIsNotReloaded();
@@ -78,6 +79,26 @@ void TestADataManagerCalibrationReload::aFileThatCannotBeReadLeavesAnEmptyList()
     registry.save(file, {flat("a", kCable, 2)});
     registry.updateFile(file);
     QCOMPARE(registry.held(kCable), QStringList{"a|2|2"});
+}
+
+void TestADataManagerCalibrationReload::aLinkThatLeadsNowhereLeavesAnEmptyList()
+{
+    CalibrationRegistry registry;
+    const QString target = registry.save("target.xml", {flat("a", kCable, 1)});
+    const QString file = registry.path("a.xml");
+    QVERIFY(QFile::link(target, file));
+    QCOMPARE(registry->addCalibrationFile(file, kCable), QStringList{"a"});
+    registry.takeLog();
+    QVERIFY(QFile::remove(target));
+    registry.updateFile(file);
+    QCOMPARE(registry.takeLog(), QStringList{signalOf(kCable)}); // and no error
+    QCOMPARE(registry.held(kCable), QStringList());
+    // The file is still listed, and followed once it leads somewhere again.
+    registry.save("target.xml", {flat("a", kCable, 2)});
+    registry.updateFile(file);
+    QCOMPARE(registry.takeLog(), QStringList{signalOf(kCable)});
+    QCOMPARE(registry.held(kCable), QStringList{"a|2|2"});
+    QCOMPARE(registry.held(kAllTypes), QStringList{"a|2|2"});
 }
 
 void TestADataManagerCalibrationReload::onlyTheFirstTypeOfAFileIsHandled()

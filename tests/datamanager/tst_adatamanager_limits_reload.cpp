@@ -12,6 +12,7 @@ private Q_SLOTS:
     void aChangedFileSignalsTwice();
     void aDeletedFileSignalsOnce();
     void aFailedReloadReportsAndSignalsOnce();
+    void aLinkThatLeadsNowhereFailsToBeRead();
     void aFileThatIsReplacedAgainAndAgainIsFollowed();
     void aFileThatIsRewrittenInPlaceIsFollowed();
     void aNameThatNoStoreKnowsIsIgnored();
@@ -61,6 +62,26 @@ void TestADataManagerLimitsReload::aFailedReloadReportsAndSignalsOnce()
     QCOMPARE(registry.takeLog(), (QStringList{errorText(name), kLimits}));
     QCOMPARE(registry->getLimitForName(QStringLiteral("a")), limit);
     QVERIFY(!isWatched(name)); // the watch went with the old file, and only a success brings a new one
+}
+
+void TestADataManagerLimitsReload::aLinkThatLeadsNowhereFailsToBeRead()
+{
+    Registry registry;
+    const QString target = registry.write(QStringLiteral("target.xml"), limitText({QStringLiteral("a")}));
+    const QString name = registry.path(QStringLiteral("a.xml"));
+    QVERIFY(QFile::link(target, name));
+    QVERIFY(registry->addLimitFile(name));
+    const ALimit *limit = registry->getLimitForName(QStringLiteral("a"));
+    registry.takeLog();
+    QVERIFY(QFile::remove(target));
+    registry.updateFile(name);
+    QCOMPARE(registry.takeLog(), (QStringList{errorText(name), kLimits}));
+    QCOMPARE(registry->getLimitForName(QStringLiteral("a")), limit);
+    // Of the link itself it is a deletion.
+    QVERIFY(QFile::remove(name));
+    registry.updateFile(name);
+    QCOMPARE(registry.takeLog(), QStringList{kLimits});
+    QVERIFY(registry->getLimitNames().isEmpty());
 }
 
 void TestADataManagerLimitsReload::aFileThatIsReplacedAgainAndAgainIsFollowed()
