@@ -257,9 +257,9 @@ void TestChannelsCommandFiles::rangesThatAReaderDropsAreCounted()
     // Of a single frequency the group ends where the range in it begins. The range that stands before its parent's
     // edges is taken as it comes, and written behind them.
     const QString efis = m_folder->write("e.csv", twoWay("100", "50-60", "x") + twoWay("200-210", "51-61", "y"));
-    const QString profile =
-        m_folder->write("p.profile", profileFile("p", "<range label='a'><range label='b'><begin>5</begin><end>6</end>"
-                                                      "<range label='c'/></range><begin>1</begin><end>2</end></range>"));
+    const QString profile = m_folder->write(
+        "p.profile", profileFile("p", "<range label='a'><range label='b'><begin>5</begin><end>6</end>"
+                                      "<range label='c'/></range><begin>1</begin><end>2</end></range>"));
     const Run result = run({"channels", "--format", "xml", "--efis", efis, profile});
     QCOMPARE(result.exitStatus, 0);
     QCOMPARE(result.errors, QStringLiteral("channels: 3 of the 12 ranges lie at or outside the edges of the one around "
