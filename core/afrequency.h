@@ -57,7 +57,7 @@ public:
     // Fills %1 with the number in `unit` and %2 with the unit's text. `numberFormat` is 'd' for a whole number or a
     // format of QString::arg ('f', 'g', 'e'); with "%L1" the number is in the form of the default locale. `precision`
     // -1 means six decimals. NoUnit means autoUnit(). "%1 %2" with NoUnit, 'f' and -1 is the canonical text: a whole
-    // number of hertz reads back the same. Parts of a hertz are rounded to six decimals of the unit, so from 1 MHz on to
+    // number of hertz reads back the same. Parts of a hertz are rounded to six decimals of the unit, from 1 MHz on to
     // whole hertz (1000000.75 Hz is "1.000001 MHz"); from 2^52 Hz on they are cut off.
     QString formatString(const QString &format, Unit unit, int fieldWidth, char numberFormat, int precision) const;
 
