@@ -114,7 +114,8 @@ public:
     static bool fromProfile(AProfile *profile, AChannelInfo *parent, bool expandMirrors, bool expandAutoChannels);
 
     // Reads one "range" element. Gives the nodes made directly below `parent`, mirrored copies first; none for an
-    // element of another name. A range that lies outside its parent's edges is dropped.
+    // element of another name. A range that begins at or above its parent's end, or ends at or below its begin, is
+    // dropped, as far as these stand before it and are not 0.
     static QList<AChannelInfo *> processXmlElement(QDomElement *element, AChannelInfo *parent, bool selectable,
                                                    bool expandMirrors, bool expandAutoChannels);
 
@@ -124,7 +125,8 @@ public:
     // it. The document, which must not be null, only makes the nodes. Texts are taken as they stand, with characters
     // that XML can't hold: AProfile::setChannelData leaves those out. Not all comes back when it is read: generated
     // channels become plain ranges, and colours of definitions, profile ids, edges below 0, parts of a hertz from 1 MHz
-    // on and texts that are no colour are lost.
+    // on and texts that are no colour are lost. So are ranges that begin at or above their parent's end or end at or
+    // below its begin, with all below them: a single frequency in a range of that frequency alone is one.
     QDomElement toDomNode(QDomDocument *document) const;
 
     // Reads an EFIS export (docs/formats.md) until fewer than six bytes are available and adds the allocations that are
@@ -165,7 +167,8 @@ public:
     // Sorts the children of this node and of all below by a column's text; the start and stop frequencies by number,
     // but where a mirror begins as text of digits. Children with equal texts keep their order, and a descending
     // order is the ascending one reversed, equal ones included. A column without texts, or one that doesn't exist, has
-    // equal ones.
+    // equal ones, and so have start and stop frequencies from 9.22 THz on. Those below 0 go by their digits: they stand
+    // behind the positive ones of as many digits or fewer, the ones nearest to 0 first.
     void sortChildren(int column, Qt::SortOrder order);
 
 private:

@@ -189,12 +189,21 @@ QModelIndex AChannelInfoModel::addItem(const QModelIndex &parent, const QString 
 
 bool AChannelInfoModel::removeItem(const QModelIndex &index, bool recursive)
 {
+    const auto isRemovable = [this, recursive](const AChannelInfo *node) {
+        return node && node != m_rootItem && (recursive || node->childCount() == 0);
+    };
     AChannelInfo *node = index.isValid() ? nodeAt(index) : nullptr;
-    if (!node || node == m_rootItem || (node->childCount() > 0 && !recursive))
+    if (!isRemovable(node))
         return false;
+    // At the node's own row, since the index given may be one that a sort left as it was, and in a column that nobody
+    // holds, since of two equal persistent indexes one is lost.
+    const QPersistentModelIndex place = indexOf(node, kColumnCount);
     mendStaleIndexes();
-    const int row = node->row(); // not that of the index, which may be one that a sort left as it was
-    beginRemoveRows(parent(index), row, row);
+    node = place.isValid() ? nodeAt(place) : nullptr; // receivers of its signals may have removed it
+    if (!isRemovable(node))
+        return false;
+    const int row = node->row();
+    beginRemoveRows(parent(place), row, row);
     delete node;
     endRemoveRows();
     return true;

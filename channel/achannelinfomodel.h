@@ -39,7 +39,7 @@ public:
     Qt::ItemFlags flags(const QModelIndex &index) const override;
 
     // Sorts the whole tree by AChannelInfo::sortChildren. Persistent indexes at the top level are left as they are:
-    // each keeps its row and its node, whose row may now be another one.
+    // each keeps its row and its node, whose row may now be another one, until the next removal.
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
 
     using QObject::parent;
@@ -55,6 +55,9 @@ public:
     QModelIndex addItem(const QModelIndex &parent, const QString &label);
 
     // Deletes a node with all below it. False for an invalid index, and for a node with children if not `recursive`.
+    // The first removal after a sort, wherever in the tree, also gives the persistent indexes that the sort left their
+    // nodes' rows, between layoutAboutToBeChanged and layoutChanged; of two that become the same one gets invalid.
+    // False too if a receiver of these signals has removed the node.
     bool removeItem(const QModelIndex &index, bool recursive);
 
 private:

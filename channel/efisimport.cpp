@@ -203,18 +203,19 @@ void readLine(const QByteArray &line, const QDate &today, std::vector<EfisEntry>
     entries->push_back(entryFrom(fields, kRangeField, hasTwoDirections ? Downlink : NoDirection));
 }
 
-// bytesAvailable() without asking the file system for the size of a file at every line.
+// bytesAvailable() without asking the file system for the size of a file at every line. In text mode lines come without
+// their carriage returns, so their sizes don't tell how far the file has moved.
 class Remaining
 {
 public:
     explicit Remaining(QIODevice *io)
         : m_io(io)
-        , m_isFile(qobject_cast<QFileDevice *>(io) && !io->isSequential())
+        , m_isCounted(qobject_cast<QFileDevice *>(io) && !io->isSequential() && !io->isTextModeEnabled())
     {}
 
     bool isAbove(qint64 bytes)
     {
-        if (!m_isFile || m_known <= bytes)
+        if (!m_isCounted || m_known <= bytes)
             m_known = m_io->bytesAvailable(); // a file may have grown
         return m_known > bytes;
     }
@@ -222,7 +223,7 @@ public:
 
 private:
     QIODevice *m_io;
-    bool m_isFile;
+    bool m_isCounted;
     qint64 m_known = 0;
 };
 

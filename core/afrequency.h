@@ -31,8 +31,8 @@ public:
     // Whatever can't be read, a null pointer included, is the zero frequency.
     AFrequency(const char *text);
 
-    // A double gives the whole number of hertz that its shortest decimal text names (1.001 MHz is 1001000 Hz).
-    // NaN sets the zero frequency, an infinity the edge of the range.
+    // A double below 2^52 Hz gives the hertz that its shortest decimal text names (1.001 MHz is 1001000 Hz), one above
+    // 2^53 Hz the whole number nearest to it. NaN sets the zero frequency, an infinity the edge of the range.
     void setValue(long long value, Unit unit) noexcept;
     void setValue(int value, Unit unit) noexcept { setValue(static_cast<long long>(value), unit); }
     void setValue(double value, Unit unit);
@@ -56,8 +56,9 @@ public:
 
     // Fills %1 with the number in `unit` and %2 with the unit's text. `numberFormat` is 'd' for a whole number or a
     // format of QString::arg ('f', 'g', 'e'); with "%L1" the number is in the form of the default locale. `precision`
-    // -1 means six decimals. NoUnit means autoUnit(). "%1 %2" with NoUnit, 'f' and -1 is the canonical text: it reads
-    // back as the same number of whole hertz.
+    // -1 means six decimals. NoUnit means autoUnit(). "%1 %2" with NoUnit, 'f' and -1 is the canonical text: a whole
+    // number of hertz reads back the same. Parts of a hertz are rounded to six decimals of the unit, from 1 MHz on to
+    // whole hertz (1000000.75 Hz is "1.000001 MHz"); from 2^52 Hz on they are cut off.
     QString formatString(const QString &format, Unit unit, int fieldWidth, char numberFormat, int precision) const;
 
     QString canonicalText() const;

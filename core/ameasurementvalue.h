@@ -45,7 +45,8 @@ public:
     AMeasurementValue &operator+=(double levels) noexcept;
 
     // The level in the default locale with two decimals. With a unit: a blank and the symbol follow, and a linear
-    // unit is given the SI prefix that keeps the number below 1000 ("1.50 mV"). An unknown unit is the bare number.
+    // unit is given the SI prefix that keeps the number below 1000 ("1.50 mV"), before it is rounded: 0.999996 V is
+    // "1,000.00 mV". An unknown unit is the bare number.
     QString formatValueString(bool withUnit) const;
 };
 

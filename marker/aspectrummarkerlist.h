@@ -23,10 +23,12 @@ struct emu_entry;
 // and loads them as named setups. Used from the one thread that drives the display.
 //
 // Numbers run from 0 over all markers of one type, by trace and then by the number before: a new marker is the last of
-// its trace, and one that comes from another trace goes by its old number. They come from sort keys that are distinct
-// while there are fewer than ten markers of a type. With more of them, on several traces, keys can be equal, and of
-// such markers only one is renumbered or listed. One that is not stays on its trace with its old number, and may be
-// missing from all(), at() and the setups.
+// its trace, and one that comes from another trace goes by its old number. They come from sort keys, which are made of
+// family (counterIndex), trace and number, and are distinct while no family has ten markers or markers of two types and
+// all stand on traces 0 to 9. Otherwise keys can be equal: with ten on several traces; with two types of one family,
+// TypeMax and the obsolete TypePMax, which changeMarkerType allows; on a trace such as 1000, which changeMarkerTrace
+// allows. Of markers with equal keys only one is renumbered or listed. One that is not stays on its trace with its old
+// number, and may be missing from all(), at() and the setups.
 class AVELDORAN_DATA_EXPORT ASpectrumMarkerList
 {
 public:

@@ -241,9 +241,16 @@ void printAsXml(AChannelInfo *group)
 {
     qSetGlobalQHashSeed(0); // Qt's document orders attributes by it: the same plan gives the same text
     Console::write(xmlBegin());
+    int readable = 0;
     for (int row = 0; row < group->childCount(); ++row)
-        Console::write(rangeAsXml(*group->child(row)));
+        Console::write(rangeAsXml(*group->child(row), &readable));
     Console::write(xmlEnd());
+    const int written = group->channels(0).size() - 1;
+    if (readable < written)
+        Console::remark(QStringLiteral("channels: %1 of the %2 ranges lie at or outside the edges of the one around "
+                                       "them: whoever reads this drops them, with all in them")
+                            .arg(written - readable)
+                            .arg(written));
 }
 
 bool buildAndPrint(ADataManager *manager, const Options &options)

@@ -36,13 +36,18 @@ QString xmlBegin()
     return QStringLiteral("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<Range>\n");
 }
 
-QString rangeAsXml(const AChannelInfo &range)
+QString rangeAsXml(const AChannelInfo &range, int *readable)
 {
     QDomDocument document;
+    QDomElement element = range.toDomNode(&document);
     QString text;
     QTextStream stream(&text);
-    range.toDomNode(&document).save(stream, kIndent);
+    element.save(stream, kIndent);
     stream.flush();
+
+    AChannelInfo reader(nullptr, AChannelInfo::Generic, {}, {}, QString(), false);
+    AChannelInfo::processXmlElement(&element, &reader, false, false, false);
+    *readable += reader.channels(0).size() - 1;
     return writable(text);
 }
 

@@ -7,5 +7,7 @@
 // A channel plan as a document that AChannelInfo::processXmlElement reads: a "Range" that only holds the others.
 
 QString xmlBegin();
-QString rangeAsXml(const AChannelInfo &range); // with all below it, indented as a child of the document element
+// With all below it, indented as a child of the document element. Adds to `readable` how many ranges a reader gets of
+// it.
+QString rangeAsXml(const AChannelInfo &range, int *readable);
 QString xmlEnd();

@@ -70,6 +70,7 @@ private Q_SLOTS:
     void anExportIsARangeNamedAfterItsFile();
     void exportsStandBesideProfiles();
     void anExportAsXmlReadsBackAsTheSamePlan();
+    void rangesThatAReaderDropsAreCounted();
     void namesThatXmlCanNotHoldAreCleaned();
     void anExportAsJson();
     void filesThatGiveNothingAreNamed_data();
@@ -249,6 +250,24 @@ void TestChannelsCommandFiles::anExportAsXmlReadsBackAsTheSamePlan()
     const Tree root = readDocument(result.output.toUtf8());
     const AChannelInfo *back = root->child(0)->child(0);
     QVERIFY(*back == *import.root);
+}
+
+void TestChannelsCommandFiles::rangesThatAReaderDropsAreCounted()
+{
+    // Of a single frequency the group ends where the range in it begins. The range that stands before its parent's
+    // edges is taken as it comes, and written behind them.
+    const QString efis = m_folder->write("e.csv", twoWay("100", "50-60", "x") + twoWay("200-210", "51-61", "y"));
+    const QString profile = m_folder->write(
+        "p.profile", profileFile("p", "<range label='a'><range label='b'><begin>5</begin><end>6</end>"
+                                      "<range label='c'/></range><begin>1</begin><end>2</end></range>"));
+    const Run result = run({"channels", "--format", "xml", "--efis", efis, profile});
+    QCOMPARE(result.exitStatus, 0);
+    QCOMPARE(result.errors, QStringLiteral("channels: 3 of the 12 ranges lie at or outside the edges of the one around "
+                                           "them: whoever reads this drops them, with all in them\n"));
+    QCOMPARE(result.output.count("<Range"), 13); // with the one around them
+    QCOMPARE(efisfiles::outline(readDocument(result.output.toUtf8()).get()),
+             QStringLiteral("0-0 { 0-0 { p 0-1000 { a 1-2 }, e 50-210 { Uplink 50-61 { x 50-60, y 51-61 }, "
+                            "Downlink 100-100, Downlink 200-210 { y 200-210 } } } }"));
 }
 
 void TestChannelsCommandFiles::namesThatXmlCanNotHoldAreCleaned()

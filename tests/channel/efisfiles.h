@@ -16,6 +16,26 @@ inline QByteArray day(int fromToday)
     return QDate::currentDate().addDays(fromToday).toString(Qt::ISODate).toLatin1();
 }
 
+// A text with each "@-2", "@0", "@1" replaced by that day, counted from today.
+inline QByteArray dated(QByteArray text)
+{
+    for (int fromToday : {-400, 400, -2, -1, 0, 1, 2}) // the longer ones first
+        text.replace('@' + QByteArray::number(fromToday), day(fromToday));
+    return text;
+}
+
+// What `action` gives when midnight doesn't fall into it.
+template<typename Action>
+auto withinOneDay(const Action &action)
+{
+    for (;;) {
+        const QDate today = QDate::currentDate();
+        const auto result = action();
+        if (QDate::currentDate() == today)
+            return result;
+    }
+}
+
 inline QByteArray line(const QByteArray &twoDirections, const QByteArray &range, const QByteArray &uplink,
                        const QByteArray &name, const QByteArray &first = day(-1), const QByteArray &last = day(1))
 {

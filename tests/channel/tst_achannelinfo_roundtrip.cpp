@@ -12,6 +12,7 @@
 
 // Random trees without mirrors, definitions and generated channels are the same after being written and read back.
 
+using channeltree::node;
 using Tree = std::unique_ptr<AChannelInfo>;
 
 namespace {
@@ -81,6 +82,9 @@ private Q_SLOTS:
     void randomTreesComeBackEqual_data();
     void randomTreesComeBackEqual();
     void theTreesAreWorthComparing();
+    void rangesAtOrOutsideTheEdgesAroundThemAreLost_data();
+    void rangesAtOrOutsideTheEdgesAroundThemAreLost();
+    void aRangeThatStoodBeforeTheEdgesAroundItIsLost();
 };
 
 void TestAChannelInfoRoundtrip::randomTreesComeBackEqual_data()
@@ -130,6 +134,72 @@ void TestAChannelInfoRoundtrip::theTreesAreWorthComparing()
     QCOMPARE(types.size(), 4);
     QVERIFY(colors > nodes / 4);
     QVERIFY(depth >= 4);
+}
+
+void TestAChannelInfoRoundtrip::rangesAtOrOutsideTheEdgesAroundThemAreLost_data()
+{
+    QTest::addColumn<QByteArray>("parentBegin");
+    QTest::addColumn<QByteArray>("parentEnd");
+    QTest::addColumn<QByteArray>("begin");
+    QTest::addColumn<QByteArray>("end");
+    QTest::addColumn<bool>("comesBack");
+    const auto row = [](const char *name, const QByteArray &parentBegin, const QByteArray &parentEnd,
+                        const QByteArray &begin, const QByteArray &end, bool comesBack) {
+        QTest::newRow(name) << parentBegin << parentEnd << begin << end << comesBack;
+    };
+    row("inside", "100 MHz", "200 MHz", "120 MHz", "130 MHz", true);
+    row("the same range", "100 MHz", "200 MHz", "100 MHz", "200 MHz", true);
+    row("over the edges", "100 MHz", "200 MHz", "50 MHz", "300 MHz", true);
+    row("begins a hertz below the end", "100 MHz", "200 MHz", "199.999999 MHz", "300 MHz", true);
+    row("begins at the end", "100 MHz", "200 MHz", "200 MHz", "300 MHz", false);
+    row("begins above the end", "100 MHz", "200 MHz", "201 MHz", "300 MHz", false);
+    row("ends a hertz above the begin", "100 MHz", "200 MHz", "50 MHz", "100.000001 MHz", true);
+    row("ends at the begin", "100 MHz", "200 MHz", "50 MHz", "100 MHz", false);
+    row("ends below the begin", "100 MHz", "200 MHz", "50 MHz", "99 MHz", false);
+    row("a single frequency", "100 MHz", "100 MHz", "100 MHz", "100 MHz", false);
+    row("no edges around it", "0", "0", "50 MHz", "100 MHz", true);
+    row("no begin around it", "0", "200 MHz", "50 MHz", "100 MHz", true);
+    row("begins at the end, no begin around it", "0", "200 MHz", "200 MHz", "300 MHz", false);
+    row("no end around it", "100 MHz", "0", "300 MHz", "400 MHz", true);
+    row("ends at the begin, no end around it", "100 MHz", "0", "50 MHz", "100 MHz", false);
+    row("no edges of its own", "100 MHz", "200 MHz", "0", "0", true);
+    row("no end of its own", "100 MHz", "200 MHz", "150 MHz", "0", true);
+    row("below zero and so without edges", "100 MHz", "200 MHz", "-2", "-1", true);
+    // whole hertz are written from 1 MHz on
+    row("begins half a hertz below the end", "100 MHz", "200 MHz", "199999999.5", "300 MHz", false);
+}
+
+void TestAChannelInfoRoundtrip::rangesAtOrOutsideTheEdgesAroundThemAreLost()
+{
+    QFETCH(QByteArray, parentBegin);
+    QFETCH(QByteArray, parentEnd);
+    QFETCH(QByteArray, begin);
+    QFETCH(QByteArray, end);
+    QFETCH(bool, comesBack);
+    const Tree tree(node(nullptr, QStringLiteral("parent"), parentBegin.constData(), parentEnd.constData()));
+    AChannelInfo *range = node(tree.get(), QStringLiteral("range"), begin.constData(), end.constData());
+    node(range, QStringLiteral("in it"));
+    for (const Road road : {Road::Element, Road::Text, Road::ProfileFile}) {
+        const Tree root = readBack(*tree, road);
+        QCOMPARE(root->childCount(), 1);
+        QCOMPARE(root->child(0)->channels(0).size(), comesBack ? 3 : 1);
+    }
+}
+
+// A reader checks a range by what stands before it, and a writer puts the edges first.
+void TestAChannelInfoRoundtrip::aRangeThatStoodBeforeTheEdgesAroundItIsLost()
+{
+    QDomDocument document;
+    QVERIFY(document.setContent(QByteArray("<range><range label='a'><begin>300</begin><end>400</end></range>"
+                                           "<begin>100</begin><end>200</end></range>")));
+    QDomElement element = document.documentElement();
+    AChannelInfo root(nullptr, AChannelInfo::Generic, AFrequency(), AFrequency(), QString(), false);
+    AChannelInfo::processXmlElement(&element, &root, false, true, false);
+    QCOMPARE(root.child(0)->childCount(), 1);
+    const Tree back = readBack(*root.child(0), Road::Element);
+    QCOMPARE(back->childCount(), 1);
+    QCOMPARE(back->child(0)->childCount(), 0);
+    QCOMPARE(back->child(0)->endFrequency(), AFrequency("200 MHz"));
 }
 
 QTEST_GUILESS_MAIN(TestAChannelInfoRoundtrip)

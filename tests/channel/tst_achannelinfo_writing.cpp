@@ -218,6 +218,8 @@ void TestAChannelInfoWriting::aMirrorIsWrittenAsADistance_data()
     QTest::addColumn<QString>("distance");
     QTest::newRow("above") << QByteArray("100 MHz") << QByteArray("150 MHz") << "50.000000 MHz";
     QTest::newRow("below") << QByteArray("100 MHz") << QByteArray("59 MHz") << "-41.000000 MHz";
+    QTest::newRow("below zero") << QByteArray("100 MHz") << QByteArray("-50 MHz") << "-150.000000 MHz";
+    QTest::newRow("below a range from zero") << QByteArray("0") << QByteArray("-1") << "-1.000000 Hz";
     QTest::newRow("in place") << QByteArray("100 MHz") << QByteArray("100 MHz") << "0.000000 Hz";
     QTest::newRow("of a range from zero") << QByteArray("0") << QByteArray("7 kHz") << "7.000000 kHz";
     QTest::newRow("none") << QByteArray("100 MHz") << QByteArray("0") << QString();

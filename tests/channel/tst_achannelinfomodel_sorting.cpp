@@ -9,6 +9,7 @@
 #include <QtTest/QtTest>
 
 #include <memory>
+#include <utility>
 
 using namespace channelmodel;
 using namespace channeltree;
@@ -44,6 +45,11 @@ private Q_SLOTS:
     void removingByAnIndexThatASortLeftRemovesTheRowOfItsNode();
     void indexesThatASortLeftFollowTheirNodesWhenOneIsRemoved();
     void twoIndexesThatWouldBecomeTheSameDoNotOutliveTheirNode();
+    void theFirstRemovalAfterASortChangesTheLayout();
+    void aReceiverMayRemoveTheNodeThatIsBeingRemoved_data();
+    void aReceiverMayRemoveTheNodeThatIsBeingRemoved();
+    void aReceiverMayAddChildrenToTheNodeThatIsBeingRemoved();
+    void aReceiverMayTakeTheTreeAwayDuringARemoval();
     void aRowBelowAnIndexThatASortLeftIsShown();
     void manySiblingsWithIndexesAreSorted();
 };
@@ -221,6 +227,87 @@ void TestAChannelInfoModelSorting::twoIndexesThatWouldBecomeTheSameDoNotOutliveT
     after.reset();
     QVERIFY(model.removeItem(indexAt(model, {QStringLiteral("d")}), true));
     QVERIFY(!before.isValid());
+}
+
+void TestAChannelInfoModelSorting::theFirstRemovalAfterASortChangesTheLayout()
+{
+    AChannelInfoModel model(nullptr, unsortedPlan());
+    const QPersistentModelIndex d = indexAt(model, {QStringLiteral("d")});
+    model.sort(0, Qt::AscendingOrder);
+    QSignalSpy changing(&model, &QAbstractItemModel::layoutAboutToBeChanged);
+    QSignalSpy changed(&model, &QAbstractItemModel::layoutChanged);
+    QVERIFY(!model.removeItem(indexAt(model, {QStringLiteral("a")}), false)); // refused: nothing changes
+    QCOMPARE(changing.size() + changed.size(), 0);
+    QCOMPARE(d.row(), 0);
+
+    QVERIFY(model.removeItem(indexAt(model, {QStringLiteral("b"), QStringLiteral("e")}), false)); // of another parent
+    QCOMPARE(changing.size(), 1);
+    QCOMPARE(changed.size(), 1);
+    QCOMPARE(d.row(), 3);
+    QCOMPARE(QModelIndex(d), indexAt(model, {QStringLiteral("d")}));
+
+    QVERIFY(model.removeItem(indexAt(model, {QStringLiteral("b"), QStringLiteral("f")}), false));
+    QCOMPARE(changing.size() + changed.size(), 2);
+}
+
+void TestAChannelInfoModelSorting::aReceiverMayRemoveTheNodeThatIsBeingRemoved_data()
+{
+    QTest::addColumn<bool>("afterTheChange");
+    QTest::addColumn<bool>("byAStaleIndex");
+    QTest::newRow("before the change") << false << false;
+    QTest::newRow("before the change, by a stale index") << false << true;
+    QTest::newRow("after the change") << true << false;
+    QTest::newRow("after the change, by a stale index") << true << true;
+}
+
+void TestAChannelInfoModelSorting::aReceiverMayRemoveTheNodeThatIsBeingRemoved()
+{
+    QFETCH(bool, afterTheChange);
+    QFETCH(bool, byAStaleIndex);
+    AChannelInfoModel model(nullptr, unsortedPlan());
+    const QPersistentModelIndex d = indexAt(model, {QStringLiteral("d")});
+    model.sort(0, Qt::AscendingOrder);
+    bool isAsked = false;
+    bool isRemovedByReceiver = false;
+    const auto removeToo = [&] {
+        if (!std::exchange(isAsked, true))
+            isRemovedByReceiver = model.removeItem(indexAt(model, {QStringLiteral("d")}), true);
+    };
+    if (afterTheChange)
+        connect(&model, &QAbstractItemModel::layoutChanged, this, removeToo);
+    else
+        connect(&model, &QAbstractItemModel::layoutAboutToBeChanged, this, removeToo);
+    QSignalSpy removed(&model, &QAbstractItemModel::rowsRemoved);
+    QVERIFY(!model.removeItem(byAStaleIndex ? QModelIndex(d) : indexAt(model, {QStringLiteral("d")}), true));
+    QVERIFY(isRemovedByReceiver);
+    QVERIFY(!d.isValid());
+    QCOMPARE(removed.size(), 1);
+    QCOMPARE(treeText(model), QStringLiteral("a(g h) b(e f) c"));
+}
+
+void TestAChannelInfoModelSorting::aReceiverMayAddChildrenToTheNodeThatIsBeingRemoved()
+{
+    AChannelInfoModel model(nullptr, unsortedPlan());
+    const QPersistentModelIndex d = indexAt(model, {QStringLiteral("d")});
+    model.sort(0, Qt::AscendingOrder);
+    connect(&model, &QAbstractItemModel::layoutChanged, this, [&] { model.addItem(d, QStringLiteral("new")); });
+    QVERIFY(!model.removeItem(indexAt(model, {QStringLiteral("d")}), false));
+    QCOMPARE(treeText(model), QStringLiteral("a(g h) b(e f) c d(new)"));
+    QCOMPARE(QModelIndex(d), indexAt(model, {QStringLiteral("d")}));
+}
+
+void TestAChannelInfoModelSorting::aReceiverMayTakeTheTreeAwayDuringARemoval()
+{
+    AChannelInfoModel model(nullptr, unsortedPlan());
+    const QPersistentModelIndex d = indexAt(model, {QStringLiteral("d")});
+    model.sort(0, Qt::AscendingOrder);
+    std::unique_ptr<AChannelInfo> taken;
+    connect(&model, &QAbstractItemModel::layoutAboutToBeChanged, this,
+            [&] { taken.reset(model.setModelRoot(node(nullptr, QString()))); });
+    QVERIFY(!model.removeItem(indexAt(model, {QStringLiteral("d")}), true));
+    QCOMPARE(taken->childCount(), 4);
+    QCOMPARE(model.rowCount(), 0);
+    QVERIFY(!d.isValid());
 }
 
 // As a view's current index after a click on the header is.

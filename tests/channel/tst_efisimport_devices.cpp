@@ -109,6 +109,7 @@ private Q_SLOTS:
     void aNullParentIsReported();
     void aFileIsReadFromWhereItStands();
     void aFileThatGrowsWhileItIsReadIsReadToItsEnd();
+    void theLastBytesOfAFileInTextModeAreLeftUnread();
     void aSocketGivesWhatHasArrived();
     void aPipeGivesWhatWasReadAhead();
     void aProcessGivesWhatItWrote();
@@ -206,6 +207,26 @@ void TestEfisImportDevices::aFileThatGrowsWhileItIsReadIsReadToItsEnd()
     file.write(oneWay("5-6", "a"));
     QVERIFY(file.flush() && file.seek(0));
     QCOMPARE(outline(importFrom(&file)), QStringLiteral("5-8 { a 5-6, b 7-8 }"));
+}
+
+void TestEfisImportDevices::theLastBytesOfAFileInTextModeAreLeftUnread()
+{
+    constexpr int kLines = 50; // each is a byte shorter than the file moves
+    const QByteArray content = oneWay("5-6", "a").replace('\n', "\r\n").repeated(kLines) + "abc";
+    QTemporaryFile written;
+    QVERIFY(written.open());
+    QCOMPARE(written.write(content), qint64(content.size()));
+    written.close();
+    for (const QIODevice::OpenMode mode :
+         {QIODevice::OpenMode(QIODevice::NotOpen), QIODevice::OpenMode(QIODevice::Text),
+          QIODevice::Text | QIODevice::Unbuffered}) {
+        QFile file(written.fileName());
+        QVERIFY(file.open(QIODevice::ReadOnly | mode));
+        const Import import = importFrom(&file);
+        QVERIFY(import.result);
+        QCOMPARE(import.root->childCount(), kLines);
+        QCOMPARE(file.bytesAvailable(), 3);
+    }
 }
 
 void TestEfisImportDevices::aSocketGivesWhatHasArrived()

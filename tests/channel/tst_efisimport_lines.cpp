@@ -85,9 +85,10 @@ void TestEfisImportLines::rangesAreParsed_data()
     const auto row = [](const QByteArray &text, const char *begin, const char *end) {
         QTest::addRow("'%s'", text.left(40).constData()) << text << QString(begin) << QString(end);
     };
-    for (const char *same : {"87.5 - 108 MHz", "87.5 MHz - 108 MHz", "87.5-108", "87.5-108 MHz", "87.5 MHz-108 MHz",
-                             "87.5 MHz - 108", "  87.5\t-\r\n108  ", "87500 kHz - 0.108 GHz", "87,5 MHz - 108,0 MHz",
-                             "87.5  MHz - 108  MHz", "8.75e1 - 1.08e2", "87.5 - 99 - 108 MHz", "87.5 - - - 108"})
+    for (const char *same :
+         {"87.5 - 108 MHz", "87.5 MHz - 108 MHz", "87.5-108", "87.5-108 MHz", "87.5 MHz-108 MHz", "87.5 MHz - 108",
+          "  87.5\t-\r\n108  ", "\f 87.5 \v-\v 108 \f", "87500 kHz - 0.108 GHz", "87,5 MHz - 108,0 MHz",
+          "87.5  MHz - 108  MHz", "8.75e1 - 1.08e2", "87.5 - 99 - 108 MHz", "87.5 - - - 108"})
         row(same, "87.500000 MHz", "108.000000 MHz");
     row("100", "100.000000 MHz", "100.000000 MHz");
     row("100 kHz", "100.000000 kHz", "100.000000 kHz");

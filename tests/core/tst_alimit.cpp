@@ -1,11 +1,11 @@
 #include "core/alimit.h"
 
 #include "core/testbasics.h"
+#include "core/virtualtable.h"
 
 #include <QtTest/QtTest>
 
 #include <cmath>
-#include <cstring>
 #include <random>
 
 using testbasics::hertz;
@@ -39,16 +39,6 @@ QStringList valueTexts(const ALimit &limit, const QList<AFrequency> &frequencies
     for (const AFrequency &frequency : frequencies)
         texts << valueText(limit, frequency);
     return texts;
-}
-
-// Place of a virtual operation in the table of its class.
-template<typename Operation>
-std::ptrdiff_t tableOffset(Operation operation)
-{
-    std::ptrdiff_t words[2];
-    static_assert(sizeof words == sizeof operation, "a member pointer of the common C++ ABI");
-    std::memcpy(words, &operation, sizeof words);
-    return words[0] - 1;
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 
 #include "core/emsi.h"
 #include "core/emu.h"
+#include "core/virtualtable.h"
 #include "marker/markertraces.h"
 
 #include <limits>
@@ -108,6 +109,7 @@ private Q_SLOTS:
     void aLabelRemovesOnlyItemsThatExist_data();
     void aLabelRemovesOnlyItemsThatExist();
     void namesAndItemsAreCalledVirtually();
+    void virtualOperationsComeInTheAgreedOrder();
     void placeholdersInNamesStayWhole();
 };
 
@@ -527,6 +529,14 @@ void TestASpectrumMarker::aLabelRemovesOnlyItemsThatExist()
 {
     QFETCH(QStringList, items);
     QTEST(ShortMarker(items).label(false, nullptr, nullptr), "label");
+}
+
+void TestASpectrumMarker::virtualOperationsComeInTheAgreedOrder()
+{
+    constexpr auto kPlace = std::ptrdiff_t(sizeof(void *));
+    QCOMPARE(tableOffset(&ASpectrumMarker::name), 2 * kPlace); // a destructor has two places
+    QCOMPARE(tableOffset(&ASpectrumMarker::label), 3 * kPlace);
+    QCOMPARE(tableOffset(&ASpectrumMarker::labelItems), 4 * kPlace);
 }
 
 void TestASpectrumMarker::namesAndItemsAreCalledVirtually()

@@ -58,6 +58,7 @@ private Q_SLOTS:
     void removingWhatIsNotHeldFails();
 
     void changingTheTypeMakesTheMarkerTheLastOfIt();
+    void changingTheTypeMakesTheMarkerTheLastOfItsTraceAlone();
     void changingTheTypeKeepsAllElse();
     void changingTheTypeKeepsTheTraceKnown();
     void changingToAnObsoleteTypeIsAllowed();
@@ -331,6 +332,22 @@ void TestASpectrumMarkerList::changingTheTypeMakesTheMarkerTheLastOfIt()
 
     list.changeMarkerType(second, Max); // to the type that it has: it only becomes the last
     QCOMPARE(second->index(), 1);
+}
+
+void TestASpectrumMarkerList::changingTheTypeMakesTheMarkerTheLastOfItsTraceAlone()
+{
+    ASpectrumMarkerList list;
+    ASpectrumMarker *onEarlierTrace = add(&list, Max, 0);
+    ASpectrumMarker *onItsTrace = add(&list, Max, 2);
+    ASpectrumMarker *onLaterTrace = add(&list, Max, 3);
+    ASpectrumMarker *onLastTrace = add(&list, Max, 9);
+    ASpectrumMarker *changed = add(&list, Min, 2);
+    list.changeMarkerType(changed, Max);
+    const QList<ASpectrumMarker *> order{onEarlierTrace, onItsTrace, changed, onLaterTrace, onLastTrace};
+    QCOMPARE(list.all(), order);
+    for (int i = 0; i < order.size(); ++i)
+        QCOMPARE(order.at(i)->index(), i);
+    QVERIFY(listsAgree(list));
 }
 
 void TestASpectrumMarkerList::changingTheTypeKeepsAllElse()

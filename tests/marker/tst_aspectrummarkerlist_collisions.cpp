@@ -108,7 +108,10 @@ private Q_SLOTS:
     void theLoserOfTheDisplayOrderIsNotListed();
     void familiesLieTenThousandNumbersApart_data();
     void familiesLieTenThousandNumbersApart();
+    void typesOfOneFamilyShareTheirKeys_data();
     void typesOfOneFamilyShareTheirKeys();
+    void aFamilyOfTenCanCollideThoughNoTypeHasTen();
+    void aDistantTraceHasTheKeysOfAnotherFamily();
     void aLoserIsNotClearedWithTheList();
     void aLoserRefersToNoMarkerThatWasCleared();
     void aLoserIsFreedWithTheObject();
@@ -192,17 +195,60 @@ void TestASpectrumMarkerListCollisions::familiesLieTenThousandNumbersApart()
     QCOMPARE(list.at(list.listcount() - 1)->name(), QStringLiteral("Min 1"));
 }
 
+void TestASpectrumMarkerListCollisions::typesOfOneFamilyShareTheirKeys_data()
+{
+    QTest::addColumn<int>("otherType");
+    QTest::addColumn<int>("type");
+    QTest::addColumn<QStringList>("names"); // on the trace, by type
+    QTest::addColumn<int>("listed");
+    QTest::newRow("PMax and Max") << 0 << 2 << texts({"pMax 1", "Max 1"}) << 1;
+    QTest::newRow("Max and FMax") << 4 << 2 << texts({"Max 1", "fMax 1"}) << 1;
+    QTest::newRow("PMin and Min") << 1 << 3 << texts({"pMin 1", "Min 1"}) << 1;
+    QTest::newRow("Min and FMin") << 5 << 3 << texts({"Min 1", "fMin 1"}) << 1;
+    QTest::newRow("Max and Min") << 3 << 2 << texts({"Max 1", "Min 1"}) << 2;
+}
+
 void TestASpectrumMarkerListCollisions::typesOfOneFamilyShareTheirKeys()
 {
+    QFETCH(int, otherType);
+    QFETCH(int, type);
+    QFETCH(int, listed);
     ASpectrumMarkerList list;
-    ASpectrumMarker *obsolete = add(&list, Max, 0);
-    list.changeMarkerType(obsolete, ASpectrumMarker::TypePMax);
+    ASpectrumMarker *other = add(&list, Max, 0);
+    list.changeMarkerType(other, static_cast<Type>(otherType));
     QCOMPARE(list.listcount(), 1);
-    ASpectrumMarker *current = add(&list, Max, 0);
-    QCOMPARE(current->index(), 0);
-    QCOMPARE(obsolete->index(), 0);
-    QCOMPARE(list.all(), QList<ASpectrumMarker *>({current})); // it stands behind the other type
-    QCOMPARE(namesOnTrace(list, 0), texts({"pMax 1", "Max 1"}));
+    ASpectrumMarker *marker = add(&list, static_cast<Type>(type), 0);
+    QCOMPARE(marker->index(), 0);
+    QCOMPARE(other->index(), 0);
+    QTEST(namesOnTrace(list, 0), "names");
+    QCOMPARE(list.listcount(), listed);
+    QCOMPARE(list.all().last(), list.trace(0)->last()); // of two with one key the one that stands behind is listed
+}
+
+void TestASpectrumMarkerListCollisions::aFamilyOfTenCanCollideThoughNoTypeHasTen()
+{
+    ASpectrumMarkerList list;
+    for (int i = 0; i < 8; ++i)
+        list.changeMarkerType(add(&list, Max, 5), ASpectrumMarker::TypeFMax);
+    add(&list, Max, 1);
+    ASpectrumMarker *loser = add(&list, Max, 0); // counted as the tenth, which is number 0 on trace 1
+    QCOMPARE(loser->index(), 10);
+    QVERIFY(!list.containsMarker(loser));
+}
+
+void TestASpectrumMarkerListCollisions::aDistantTraceHasTheKeysOfAnotherFamily()
+{
+    ASpectrumMarkerList list;
+    ASpectrumMarker *minimum = add(&list, ASpectrumMarker::TypeMin, 0);
+    ASpectrumMarker *maximum = add(&list, Max, 0);
+    list.changeMarkerTrace(maximum, 999);
+    QCOMPARE(list.all(), QList<ASpectrumMarker *>({maximum, minimum}));
+    list.changeMarkerTrace(maximum, 1000);
+    QCOMPARE(list.all(), QList<ASpectrumMarker *>({maximum}));
+    QCOMPARE(minimum->index(), 0);
+    QCOMPARE(maximum->index(), 0);
+    QCOMPARE(list.removeMarker(maximum), 0);
+    QCOMPARE(list.all(), QList<ASpectrumMarker *>({minimum}));
 }
 
 void TestASpectrumMarkerListCollisions::aLoserIsNotClearedWithTheList()
