@@ -9,8 +9,6 @@
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 
-#include <cmath>
-
 namespace {
 
 const QLatin1String kRootTag("profile");
@@ -190,11 +188,7 @@ AFrequency AProfile::frequencyFromText(const QString &text)
     const QByteArray latin1 = text.toLatin1();
     if (AFrequency::unitForSuffix(latin1.constData()) != AFrequency::NoUnit)
         return AFrequency(latin1.constData());
-    bool fits = false;
-    const double number = text.toDouble(&fits);
-    if (!std::isfinite(number) && fits)
-        return {}; // the word "inf" is no number, unlike one that is too large
-    return AFrequency::fromValue(number, AFrequency::MHz);
+    return AFrequency::fromValue(text.toDouble(), AFrequency::MHz);
 }
 
 bool AProfile::isValid() const

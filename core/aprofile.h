@@ -36,8 +36,8 @@ public:
     // objects. Each entry is what fromFile gives for that file, so it may be null or not valid.
     static QList<AProfile *> fromPath(const QString &path);
 
-    // A frequency as profiles and their channel sections write it: a number without a unit is megahertz. What can't be
-    // read is zero.
+    // A frequency as profiles and their channel sections write it: a number without a unit is megahertz, and "inf"
+    // the edge of the range. What can't be read is zero.
     static AFrequency frequencyFromText(const QString &text);
 
     // An id that is not empty, and an end that is not below the begin.
