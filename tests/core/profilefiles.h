@@ -6,6 +6,7 @@
 #include <QtCore/QFile>
 #include <QtCore/QTemporaryDir>
 #include <QtCore/QXmlStreamReader>
+#include <QtXml/QDomDocument>
 
 #include <csignal>
 #include <functional>
@@ -192,6 +193,16 @@ inline bool limitFileSize(rlim_t bytes)
     std::signal(SIGXFSZ, SIG_IGN);
     const struct rlimit size = {bytes, RLIM_INFINITY};
     return setrlimit(RLIMIT_FSIZE, &size) == 0;
+}
+
+// A channel section of so many elements, each in the one before.
+inline QDomDocument nestedSection(int depth)
+{
+    QDomDocument document;
+    QDomNode inner = document.appendChild(document.createElement(QStringLiteral("channels")));
+    for (int i = 1; i < depth; ++i)
+        inner = inner.appendChild(document.createElement(QStringLiteral("range")));
+    return document;
 }
 
 } // namespace profilefiles

@@ -59,15 +59,6 @@ QDomDocument sectionWith(const std::function<QDomNode(QDomDocument &)> &makeChil
     return document;
 }
 
-QDomDocument nested(int depth)
-{
-    QDomDocument document;
-    QDomNode inner = document.appendChild(document.createElement(QStringLiteral("channels")));
-    for (int i = 1; i < depth; ++i)
-        inner = inner.appendChild(document.createElement(QStringLiteral("range")));
-    return document;
-}
-
 } // namespace
 
 Q_DECLARE_METATYPE(QDomDocument)
@@ -94,8 +85,6 @@ private Q_SLOTS:
     void theChannelSectionLeavesThemOutAsWell();
     void whatIsSavedCanBeReadBack_data();
     void whatIsSavedCanBeReadBack();
-    void aSectionNestedTooDeepIsRefused_data();
-    void aSectionNestedTooDeepIsRefused();
     void namespacesOfAnApplicationsSectionAreDeclared();
     void aDefaultProfileWithAnIdIsSaved();
     void aProfileThatCouldNotBeReadDoesNotWipeItsFile();
@@ -376,9 +365,9 @@ void TestAProfileSaving::whatIsSavedCanBeReadBack_data()
         range.setAttribute(QStringLiteral("a b<"), QStringLiteral("x"));
         return range;
     });
-    QTest::newRow("999 levels deep") << nested(999); // the profile itself is one
-    QTest::newRow("1000 levels deep") << nested(1000);
-    QTest::newRow("5000 levels deep") << nested(5000);
+    QTest::newRow("999 levels deep") << nestedSection(999); // the profile itself is one
+    QTest::newRow("1000 levels deep") << nestedSection(1000);
+    QTest::newRow("5000 levels deep") << nestedSection(5000);
 }
 
 void TestAProfileSaving::whatIsSavedCanBeReadBack()
@@ -397,39 +386,6 @@ void TestAProfileSaving::whatIsSavedCanBeReadBack()
         QCOMPARE(again->id(), QStringLiteral("p"));
     else
         QCOMPARE(readFile(name), rich());
-}
-
-void TestAProfileSaving::aSectionNestedTooDeepIsRefused_data()
-{
-    QTest::addColumn<int>("depth");
-    QTest::addColumn<bool>("isTaken");
-    QTest::newRow("1") << 1 << true;
-    QTest::newRow("999") << 999 << true;
-    QTest::newRow("1000") << 1000 << false;
-    QTest::newRow("5000") << 5000 << false;
-}
-
-void TestAProfileSaving::aSectionNestedTooDeepIsRefused()
-{
-    QFETCH(int, depth);
-    QFETCH(bool, isTaken);
-    const QString name = m_dir.path(QStringLiteral("deep.profile"));
-    AProfile profile;
-    profile.setId(QStringLiteral("p"));
-    QDomDocument document = nested(1);
-    document.documentElement().setAttribute(QStringLiteral("old"), 1);
-    profile.setChannelData(document.documentElement());
-    QVERIFY(profile.saveToFile(name));
-
-    QDomDocument deep = nested(depth);
-    deep.documentElement().appendChild(deep.createElement(QStringLiteral("flat"))); // the way back up leads to it
-    profile.setFlags(0);
-    profile.setChannelData(deep.documentElement());
-    QCOMPARE(profile.flags(), static_cast<unsigned int>(AProfile::ModifiedProfile));
-    QCOMPARE(profile.channelData().toElement().hasAttribute(QStringLiteral("old")), !isTaken);
-    QCOMPARE(profile.saveToFile(name), isTaken);
-    profile.setChannelData(document.documentElement());
-    QVERIFY(profile.saveToFile(name));
 }
 
 void TestAProfileSaving::namespacesOfAnApplicationsSectionAreDeclared()

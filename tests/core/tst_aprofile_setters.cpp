@@ -28,6 +28,8 @@ private Q_SLOTS:
     void settingATextTouchesThatLanguageAlone();
     void channelDataIsCopiedUnderItsOwnName();
     void channelDataMayComeFromTheProfileItself();
+    void aSectionNestedTooDeepIsRefused_data();
+    void aSectionNestedTooDeepIsRefused();
     void settersMakeAnInvalidProfileValidAndBack();
 
 private:
@@ -166,6 +168,39 @@ void TestAProfileSetters::channelDataMayComeFromTheProfileItself()
     const ProfilePtr again = m_dir.saved(*profile);
     QVERIFY(again && again->isValid());
     QCOMPARE(again->channelData().firstChildElement(QStringLiteral("channels")).text(), QStringLiteral("98 MHz"));
+}
+
+void TestAProfileSetters::aSectionNestedTooDeepIsRefused_data()
+{
+    QTest::addColumn<int>("depth");
+    QTest::addColumn<bool>("isTaken");
+    QTest::newRow("1") << 1 << true;
+    QTest::newRow("999") << 999 << true;
+    QTest::newRow("1000") << 1000 << false;
+    QTest::newRow("5000") << 5000 << false;
+}
+
+void TestAProfileSetters::aSectionNestedTooDeepIsRefused()
+{
+    QFETCH(int, depth);
+    QFETCH(bool, isTaken);
+    const QString name = m_dir.path(QStringLiteral("deep.profile"));
+    AProfile profile;
+    profile.setId(QStringLiteral("p"));
+    QDomDocument document = nestedSection(1);
+    document.documentElement().setAttribute(QStringLiteral("old"), 1);
+    profile.setChannelData(document.documentElement());
+    QVERIFY(profile.saveToFile(name));
+
+    QDomDocument deep = nestedSection(depth);
+    deep.documentElement().appendChild(deep.createElement(QStringLiteral("flat"))); // the way back up leads to it
+    profile.setFlags(0);
+    profile.setChannelData(deep.documentElement());
+    QCOMPARE(profile.flags(), static_cast<unsigned int>(AProfile::ModifiedProfile));
+    QCOMPARE(profile.channelData().toElement().hasAttribute(QStringLiteral("old")), !isTaken);
+    QCOMPARE(profile.saveToFile(name), isTaken);
+    profile.setChannelData(document.documentElement());
+    QVERIFY(profile.saveToFile(name));
 }
 
 void TestAProfileSetters::settersMakeAnInvalidProfileValidAndBack()
