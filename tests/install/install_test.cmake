@@ -133,11 +133,17 @@ compile(aveldoran ${SCRATCH}/core_only ${consumer}/core_only.cpp)
 run(${SCRATCH}/core_only)
 expect_in_output("${sum}")
 
-# --- the README shows this very program ---
+# --- the README shows this very program, and how it is built ---
 
 file(READ ${SOURCE_DIR}/README.md readme)
 file(READ ${consumer}/main.cpp program)
 string(FIND "${readme}" "```cpp\n${program}```" position)
 if(position EQUAL -1)
     fail("README.md shows another program than tests/install/consumer/main.cpp")
+endif()
+file(READ ${consumer}/CMakeLists.txt lists)
+string(REGEX REPLACE "\n# What follows.*" "" lists "${lists}")
+string(FIND "${readme}" "```cmake\n${lists}```" position)
+if(position EQUAL -1)
+    fail("README.md shows another CMakeLists.txt than tests/install/consumer/")
 endif()
