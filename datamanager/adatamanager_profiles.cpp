@@ -5,7 +5,6 @@
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 
-#include <algorithm>
 #include <memory>
 
 // The profile store: one profile for each id.
@@ -87,13 +86,17 @@ AProfile *ADataManager::getProfileForId(const QString &id) const
 
 AProfile *ADataManager::getProfileForLabel(const QString &label, bool exact) const
 {
-    const QString upperLabel = exact ? QString() : label.toUpper();
-    // Not a folded comparison: "ß" is found as "SS".
-    const auto fits = [&](const QString &text) { return exact ? text == label : text.toUpper().contains(upperLabel); };
-    const auto found = std::find_if(d->profiles.cbegin(), d->profiles.cend(), [&fits](const AProfile *profile) {
-        return profile && fits(profile->label(QString()));
-    });
-    return found == d->profiles.cend() ? nullptr : found.value();
+    const QString upperLabel = label.toUpper();
+    for (AProfile *profile : qAsConst(d->profiles)) {
+        if (!profile)
+            continue;
+        const QString profileLabel = profile->label(QString());
+        // Not a folded comparison: "ß" is found as "SS".
+        const QString upperProfileLabel = profileLabel.toUpper();
+        if (exact ? profileLabel == label : upperProfileLabel.contains(upperLabel))
+            return profile;
+    }
+    return nullptr;
 }
 
 // By id and not by pointer: a stale object takes out the current one of its id.
