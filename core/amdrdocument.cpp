@@ -59,19 +59,16 @@ bool AMdrDocument::Private::index(QString *errorText)
 {
     bool hasMagic = false;
     quint32 version = 0;
-    if (!input.readHeader(&hasMagic, &version) || !hasMagic) {
+    if (!input.readHeader(&hasMagic, &version) || !hasMagic)
         return fail(errorText, AMdrDocument::tr("Not a recording"));
-    }
-    if (version != MdrFormat::kVersion) {
+    if (version != MdrFormat::kVersion)
         return fail(errorText, AMdrDocument::tr("A recording of the unknown version %1").arg(version));
-    }
     bool isEnd = false;
     for (quint64 chunks = 0; !isEnd; ++chunks) {
         const qint64 at = input.position();
         quint32 type = 0;
-        if (!input.beginChunk(fileBytes, &type)) {
+        if (!input.beginChunk(fileBytes, &type))
             return fail(errorText, AMdrDocument::tr("The recording breaks off or is damaged at byte %1").arg(at));
-        }
         if (!indexChunk(type, at, chunks, &isEnd)) {
             return fail(errorText,
                         AMdrDocument::tr("The recording is damaged in the part that begins at byte %1").arg(at));

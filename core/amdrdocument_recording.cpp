@@ -49,14 +49,12 @@ bool AMdrDocument::startRecording(const QString &fileName, QString *errorText)
     auto recorder = std::make_unique<QFile>(fileName);
     for (const auto &[one, mode] :
          {std::pair(file.get(), QFile::ReadOnly), std::pair(recorder.get(), QFile::ReadWrite)}) {
-        if (!one->open(mode | QIODevice::Unbuffered)) {
+        if (!one->open(mode | QIODevice::Unbuffered))
             return fail(errorText, one->errorString());
-        }
     }
     // A recording without its end is one that goes on.
-    if (!recorder->resize(endOffset) || !recorder->seek(endOffset)) {
+    if (!recorder->resize(endOffset) || !recorder->seek(endOffset))
         return fail(errorText, recorder->errorString());
-    }
     for (std::size_t i = 0; i < offsets.size(); ++i) {
         d->entries[i].at = offsets[i];
         d->entries[i].isInFile = true;
@@ -74,9 +72,8 @@ bool AMdrDocument::startRecording(const QString &fileName, QString *errorText)
 
 bool AMdrDocument::finishRecording(QString *errorText)
 {
-    if (!d->recorder) {
+    if (!d->recorder)
         return fail(errorText, AMdrDocument::tr("Nothing is being recorded"));
-    }
     if (d->writeWaiting()) {
         d->output->writeEnd(d->recordedChunks);
         if (!d->output->flush())

@@ -46,13 +46,11 @@ bool AMdrDocument::Private::writeEntry(const Entry &entry, Output *to, QString *
 bool AMdrDocument::Private::writeAll(const QString &fileName, std::vector<qint64> *offsets, qint64 *endOffset,
                                      QString *errorText) const
 {
-    if (!isReplaceable(fileName)) {
+    if (!isReplaceable(fileName))
         return fail(errorText, AMdrDocument::tr("Not a regular file"));
-    }
     QSaveFile target(fileName);
-    if (!target.open(QIODevice::WriteOnly | QIODevice::Unbuffered)) {
+    if (!target.open(QIODevice::WriteOnly | QIODevice::Unbuffered))
         return fail(errorText, target.errorString());
-    }
     Output to(&target);
     to.writeHeader();
     bool ok = true;
@@ -81,9 +79,8 @@ bool AMdrDocument::Private::writeAll(const QString &fileName, std::vector<qint64
 
 bool AMdrDocument::save(const QString &fileName, QString *errorText) const
 {
-    if (d->isBeingRecorded(fileName)) {
+    if (d->isBeingRecorded(fileName))
         return fail(errorText, AMdrDocument::tr("The file is being recorded"));
-    }
     d->writeWaiting();
     return d->writeAll(fileName, nullptr, nullptr, errorText);
 }

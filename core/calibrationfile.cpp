@@ -105,7 +105,7 @@ struct Escape
 };
 
 constexpr Escape kEscapes[] = {{'\\', '\\'}, {'"', '"'}, {'n', '\n'}, {'r', '\r'}, {'t', '\t'}};
-constexpr int kHexDigits = 4; // of \uXXXX
+constexpr int kHexDigits = 4; // behind \u
 
 } // namespace
 

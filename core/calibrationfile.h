@@ -118,7 +118,8 @@ bool readType(const QByteArray &text, ACalibrationData::CalibrationType *type);
 
 bool readUtf8(const QByteArray &bytes, QString *text); // false for what is not UTF-8
 
-// The notation for labels that can't stand in a file as they are: \\ \" \n \r \t and \uXXXX for a UTF-16 unit.
+// The notation for labels that can't stand in a file as they are: \\ \" \n \r \t, and \u with four hex digits for a
+// UTF-16 unit.
 QString escapedLabel(const QString &label);
 bool readEscapedLabel(const QString &text, QString *label);
 
