@@ -47,6 +47,7 @@ void ADataManager::updateFile(QString filename) // NOLINT(performance-unnecessar
                 QList<ACalibrationData> &objects = d->calibrationsByFile[filename];
                 objects.clear();
                 ACalibrationData::readAll(filename, objects, type);
+                watchFile(filename); // again: it may have been away for a moment
             }
             Q_EMIT calibrationDataChanged(type);
         }
