@@ -202,6 +202,7 @@ private:
     void storeWaypoint(const AGeoData &record);
     const std::vector<WaypointKey> &waypointKeys() const;
 
-    mutable std::vector<WaypointKey> m_keys;              // of m_keyedWaypoints, ascending
+    mutable std::vector<WaypointKey> m_keys;              // of m_keyedWaypoints, in its order
+    mutable qint64 m_ascendingFrom = 0;                   // from this index on the times of m_keys ascend
     mutable QMap<QDateTime, AGeoData *> m_keyedWaypoints; // shares its data with m_waypoints until those change
 };

@@ -4,7 +4,8 @@
 #include <limits>
 
 // The look-up of a waypoint. Its three phases decide which of several waypoints within a span is chosen. They are
-// defined as walks along the keys; as the keys ascend, the walks end where a bisection finds at once.
+// defined as walks along the keys; where the times of the keys ascend, a bisection finds the end of a walk at once.
+// They don't at the first key if that has no time: it stands before all others, and 1970 or so is its time.
 
 namespace {
 
@@ -28,9 +29,10 @@ AGeoData *AGeoDataProcessor::findWaypoint(const QDateTime &start, const QDateTim
     if (count == 0)
         return nullptr;
     const auto timeAt = [&keys](qint64 index) { return keys[static_cast<std::size_t>(index)].time; };
-    const auto firstFrom = [&keys](qint64 time) { // the index of the first key at or after the time
-        const auto key =
-            std::lower_bound(keys.begin(), keys.end(), time, [](const WaypointKey &a, qint64 b) { return a.time < b; });
+    const qint64 ascending = m_ascendingFrom;
+    const auto firstFrom = [&keys, ascending](qint64 time) { // the index of the first ascending key from the time on
+        const auto key = std::lower_bound(keys.begin() + ascending, keys.end(), time,
+                                          [](const WaypointKey &a, qint64 b) { return a.time < b; });
         return static_cast<qint64>(key - keys.begin());
     };
     const qint64 begin = start.toMSecsSinceEpoch();
@@ -52,9 +54,14 @@ AGeoData *AGeoDataProcessor::findWaypoint(const QDateTime &start, const QDateTim
     // Back, to the first key from the begin on.
     const qint64 fromBegin = firstFrom(begin);
     i = std::min(i, fromBegin);
+    while (i > 0 && timeAt(i) > begin && timeAt(i - 1) >= begin)
+        --i;
 
     // Forward, to the begin of the span, or to the last key before its end, but never to the very last key.
-    i = std::max(i, std::min({count - 2, fromBegin, firstFrom(end) - 1}));
+    while (i < ascending && i < count - 2 && timeAt(i) < begin && timeAt(i + 1) < end)
+        ++i;
+    if (i >= ascending)
+        i = std::max(i, std::min({count - 2, fromBegin, firstFrom(end) - 1}));
 
     const WaypointKey &found = keys[static_cast<std::size_t>(i)];
     return found.time >= lowest && found.time <= highest ? found.latest : nullptr;
@@ -67,10 +74,16 @@ const std::vector<AGeoDataProcessor::WaypointKey> &AGeoDataProcessor::waypointKe
         m_keyedWaypoints = m_waypoints;
         m_keys.clear();
         m_keys.reserve(static_cast<std::size_t>(m_waypoints.size()));
+        m_ascendingFrom = 0;
+        const QDateTime *previous = nullptr;
         for (auto it = m_waypoints.cbegin(); it != m_waypoints.cend(); ++it) {
+            if (previous && !(*previous < it.key())) // of one key, the latest record comes first
+                continue;
             const qint64 time = it.key().toMSecsSinceEpoch();
-            if (m_keys.empty() || m_keys.back().time != time) // of one time, the latest record comes first
-                m_keys.push_back({time, it.value()});
+            if (previous && time <= m_keys.back().time)
+                m_ascendingFrom = static_cast<qint64>(m_keys.size());
+            m_keys.push_back({time, it.value()});
+            previous = &it.key();
         }
     }
     return m_keys;

@@ -64,6 +64,8 @@ private Q_SLOTS:
     void timesAtTheEdgeOfTheRangeAreHarmless();
     void everyLookUpGivesWhatTheThreePhasesGive_data();
     void everyLookUpGivesWhatTheThreePhasesGive();
+    void aRecordWithoutATimeStandsBeforeTheClocksBegin();
+    void everyLookUpBesideARecordWithoutATimeGivesWhatTheThreePhasesGive();
     void manyLookUpsOfWideSpansAreFast();
 };
 
@@ -204,6 +206,81 @@ void TestAGeoDataProcessorSearch::everyLookUpGivesWhatTheThreePhasesGive()
         }
     }
     QVERIFY(found > 1000);
+}
+
+namespace {
+
+QDateTime atEpoch(qint64 milliseconds)
+{
+    return QDateTime::fromMSecsSinceEpoch(milliseconds, Qt::UTC);
+}
+
+// In milliseconds it is 0, wherever the test runs.
+QDateTime noTimeUtc()
+{
+    QDateTime noTime;
+    noTime.setTimeSpec(Qt::UTC);
+    return noTime;
+}
+
+void addAt(Processor *processor, const QDateTime &time)
+{
+    AGeoData record = nmeaPosition(0);
+    record.recordTime = time;
+    processor->addNmeaRecord(record);
+}
+
+} // namespace
+
+// A receiver whose clock isn't set counts from the epoch on, which is the number of no time, too.
+void TestAGeoDataProcessorSearch::aRecordWithoutATimeStandsBeforeTheClocksBegin()
+{
+    Processor processor(nullptr);
+    addAt(&processor, QDateTime());
+    addAt(&processor, atEpoch(0));
+    QCOMPARE(processor.waypointTimes().size(), 2);
+    const AGeoData *found = processor.findWaypoint(atEpoch(0), atEpoch(100), 0);
+    QVERIFY(found);
+    QCOMPARE(found->recordTime, atEpoch(0));
+
+    addAt(&processor, noTimeUtc());
+    QCOMPARE(processor.waypointTimes().size(), 2);
+    QCOMPARE(processor.findWaypoint(atEpoch(0), atEpoch(100), 0), found);
+}
+
+void TestAGeoDataProcessorSearch::everyLookUpBesideARecordWithoutATimeGivesWhatTheThreePhasesGive()
+{
+    std::mt19937 random(11);
+    const auto between = [&random](int lowest, int highest) {
+        return lowest + static_cast<int>(random() % static_cast<unsigned>(highest - lowest + 1));
+    };
+    int found = 0;
+    int withoutTime = 0;
+    for (int round = 0; round < 400; ++round) {
+        Processor processor(nullptr);
+        addAt(&processor, noTimeUtc());
+        const int count = between(0, 14);
+        const int first = between(-30, 0);
+        for (int i = 0; i < count; ++i)
+            addAt(&processor, atEpoch(between(first, first + 30)));
+        for (int query = 0; query < 100; ++query) {
+            const int start = between(-35, 35);
+            const int stop = start + between(-3, 20);
+            const int tolerance = between(-2, 10);
+            const AGeoData *expected = searched(processor.m_waypoints, atEpoch(start), atEpoch(stop), tolerance);
+            const AGeoData *actual = processor.findWaypoint(atEpoch(start), atEpoch(stop), tolerance);
+            QVERIFY2(actual == expected, qPrintable(QString("%1 keys from %2, span from %3 to %4, tolerance %5")
+                                                        .arg(processor.waypointTimes().size())
+                                                        .arg(first)
+                                                        .arg(start)
+                                                        .arg(stop)
+                                                        .arg(tolerance)));
+            found += actual ? 1 : 0;
+            withoutTime += actual && !actual->recordTime.isValid() ? 1 : 0;
+        }
+    }
+    QVERIFY(found > 1000);
+    QVERIFY(withoutTime > 100);
 }
 
 // A walk along the keys would take 10^9 steps here.
