@@ -94,8 +94,11 @@ Place townPlaceAt(double seconds)
 
 float nmeaForm(double degrees)
 {
-    const double whole = std::trunc(degrees);
-    return static_cast<float>(whole * 100.0 + (degrees - whole) * 60.0);
+    const double whole = std::trunc(std::abs(degrees));
+    const auto form = static_cast<float>(whole * 100.0 + (std::abs(degrees) - whole) * 60.0);
+    const auto nextWhole = static_cast<float>((whole + 1.0) * 100.0);
+    const bool isRoundedToSixtyMinutes = form >= static_cast<float>(whole * 100.0 + 60.0);
+    return std::copysign(isRoundedToSixtyMinutes ? nextWhole : form, static_cast<float>(degrees));
 }
 
 // The international standard atmosphere, in hectopascal.

@@ -1,5 +1,7 @@
 #include <core/ageodata.h>
 
+#include "core/fieldorder.h"
+
 #include <QtCore/QVariant>
 #include <QtTest/QtTest>
 
@@ -12,6 +14,7 @@ class TestAGeoData : public QObject
 
 private Q_SLOTS:
     void queuedConnectionsKnowItFromTheStart();
+    void theFieldsLieInTheAgreedOrder();
     void aDefaultRecordHasNothing();
     void isEmptyWithoutAPosition_data();
     void isEmptyWithoutAPosition();
@@ -69,6 +72,15 @@ AGeoData positioned(double heading, double pitch, double roll, double fieldDown 
 void TestAGeoData::queuedConnectionsKnowItFromTheStart()
 {
     QVERIFY(QMetaType::type("AGeoData") != QMetaType::UnknownType);
+}
+
+void TestAGeoData::theFieldsLieInTheAgreedOrder()
+{
+    const AGeoData record;
+    QCOMPARE(static_cast<const void *>(&record.source), static_cast<const void *>(&record));
+    QVERIFY(areInOrder(record.source, record.recordTime, record.latitude, record.longitude, record.fix, record.speed,
+                       record.course, record.altitude, record.airPressure, record.accelerometer, record.magnetometer,
+                       record.gyroscope, record.recordName, record.description));
 }
 
 void TestAGeoData::aDefaultRecordHasNothing()

@@ -32,6 +32,7 @@ private Q_SLOTS:
     void theDriveIsClosed();
     void tiltAndRotationAreThoseOfACar();
     void followsATrack();
+    void minutesStayBelowSixty();
     void standsBeforeAndBehindATrack();
     void aTrackMayCrossTheDateLine();
     void headsOnWhereItStands();
@@ -342,6 +343,16 @@ bool isAt(const AGeoData &record, double latitude, double longitude)
 }
 
 } // namespace
+
+void TestASimulatedDevice::minutesStayBelowSixty()
+{
+    ASimulatedDevice device;
+    device.setBegin(utc(2024, 5, 17, 8, 0, 0), 1000);
+    device.setTrack({{0.0, 47.9999999, -179.9999999, 300.0}});
+    const AGeoData record = device.position(0);
+    QCOMPARE(record.latitude, 4800.0F);
+    QCOMPARE(record.longitude, -18000.0F);
+}
 
 void TestASimulatedDevice::followsATrack()
 {

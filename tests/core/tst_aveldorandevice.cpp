@@ -4,9 +4,13 @@
 #include <core/aveldoranfactory.h>
 #include <core/aveldoraninterface.h>
 
+#include "core/fieldorder.h"
+#include "core/virtualtable.h"
+
 #include <QtCore/QVariant>
 #include <QtTest/QtTest>
 
+#include <iterator>
 #include <memory>
 #include <type_traits>
 
@@ -16,6 +20,7 @@ class TestAVeldoranDevice : public QObject
 
 private Q_SLOTS:
     void theBaseClassIsADeviceThatSaysNothing();
+    void virtualOperationsComeInTheAgreedOrder();
     void aDriverAnswersThroughTheBaseClass();
     void featureNumbersHaveThreeDigits_data();
     void featureNumbersHaveThreeDigits();
@@ -24,6 +29,7 @@ private Q_SLOTS:
     void openDevicesIsTheListItself();
     void aDeletedDeviceLeavesTheOpenOnes();
     void anInterfaceNamesItsDevice();
+    void theFieldsOfChipInformationLieInTheAgreedOrder();
     void chipInformationIsAValue();
     void chipInformationIsAMetatype();
     void chipIdsHaveThirtyTwoBits();
@@ -68,6 +74,18 @@ void TestAVeldoranDevice::theBaseClassIsADeviceThatSaysNothing()
     QVERIFY(device.informationList().size() >= 7);
     QVERIFY(device.chipInformation() == AVeldoranChipInformation());
     QVERIFY(!device.gpsDevice());
+}
+
+void TestAVeldoranDevice::virtualOperationsComeInTheAgreedOrder()
+{
+    const std::ptrdiff_t offsets[] = {
+        tableOffset(&AVeldoranDevice::customOptionText), tableOffset(&AVeldoranDevice::hardwareRevision),
+        tableOffset(&AVeldoranDevice::isReady),          tableOffset(&AVeldoranDevice::informationList),
+        tableOffset(&AVeldoranDevice::optionMask),       tableOffset(&AVeldoranDevice::hasCapability),
+        tableOffset(&AVeldoranDevice::chipInformation),
+    };
+    for (std::size_t i = 1; i < std::size(offsets); ++i)
+        QCOMPARE(offsets[i] - offsets[i - 1], std::ptrdiff_t(sizeof(void *)));
 }
 
 void TestAVeldoranDevice::aDriverAnswersThroughTheBaseClass()
@@ -151,6 +169,13 @@ void TestAVeldoranDevice::anInterfaceNamesItsDevice()
     replay.setDevice(&driver);
     QCOMPARE(replay.device(), &driver);
     QCOMPARE(Replay(&driver).device(), &driver);
+}
+
+void TestAVeldoranDevice::theFieldsOfChipInformationLieInTheAgreedOrder()
+{
+    const AVeldoranChipInformation chip;
+    QCOMPARE(static_cast<const void *>(&chip.id), static_cast<const void *>(&chip));
+    QVERIFY(areInOrder(chip.id, chip.name, chip.description, chip.vendorId, chip.productId, chip.location));
 }
 
 void TestAVeldoranDevice::chipInformationIsAValue()

@@ -1,5 +1,6 @@
 #include "core/emu.h"
 
+#include "core/fieldorder.h"
 #include "geo/processor.h"
 
 #include <QtTest/QtTest>
@@ -19,6 +20,7 @@ class TestAGeoDataProcessorMeasurement : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void theFieldsLieInTheAgreedOrder();
     void measurementsAreReducedToAnEntry();
     void theBalloonStaysOpen_data();
     void theBalloonStaysOpen();
@@ -41,6 +43,17 @@ private Q_SLOTS:
     void aRecordWithoutNameAndTimeHasAnEmptyName();
     void aSweepWithoutAnyNumberCountsLikeAnyOther();
 };
+
+void TestAGeoDataProcessorMeasurement::theFieldsLieInTheAgreedOrder()
+{
+    const AGeoDataProcessor::KmlRelevantData entry;
+    QCOMPARE(static_cast<const void *>(&entry.geoData), static_cast<const void *>(&entry));
+    QVERIFY(areInOrder(entry.geoData, entry.heading, entry.minimum, entry.maximum, entry.average));
+
+    const Processor processor(nullptr);
+    QVERIFY(areInOrder(processor.m_gpxDocument, processor.m_waypoints, processor.m_sweeps, processor.m_kmlData,
+                       processor.m_nmeaTimer, processor.m_minimum, processor.m_maximum, processor.m_mdrRunning));
+}
 
 void TestAGeoDataProcessorMeasurement::measurementsAreReducedToAnEntry()
 {
