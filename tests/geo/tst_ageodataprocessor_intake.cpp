@@ -60,6 +60,7 @@ private Q_SLOTS:
     void aLongWayToARecordIsNoSilence_data();
     void aLongWayToARecordIsNoSilence();
     void aFileWithoutRecordsEndsTheIntake();
+    void withoutATimeoutTheIntakeEndsByItself();
     void theLastRecordOfAReceiverIsStored_data();
     void theLastRecordOfAReceiverIsStored();
     void aReceiverHasItsOwnPauseAfterwards();
@@ -110,6 +111,17 @@ void TestAGeoDataProcessorIntake::aFileWithoutRecordsEndsTheIntake()
     QSignalSpy finished(&processor, &AGeoDataProcessor::nmeaProcessingFinished);
     QVERIFY(processor.loadStoredNmeaContent(name, 1));
     QCOMPARE(finished.count(), 1);
+    QVERIFY(!processor.hasGeoData());
+}
+
+void TestAGeoDataProcessorIntake::withoutATimeoutTheIntakeEndsByItself()
+{
+    AGpsLoggerDevice device(nullptr, new Receiver); // which sends nothing
+    Processor processor(nullptr);
+    QSignalSpy finished(&processor, &AGeoDataProcessor::nmeaProcessingFinished);
+    QVERIFY(processor.loadStoredNmeaContent(&device, -1, 0));
+    QCOMPARE(finished.count(), 1);
+    QVERIFY(!processor.m_nmeaTimer.isActive());
     QVERIFY(!processor.hasGeoData());
 }
 

@@ -43,6 +43,7 @@ private Q_SLOTS:
     void theReplayStaysAChild();
     void thePeakSuppressionFollowsTheSettings_data();
     void thePeakSuppressionFollowsTheSettings();
+    void eachRecordingHasTheSettingsOfItsTime();
     void thePeakSuppressionFileIsSetByItsName();
     void aMissingPeakSuppressionFileIsPassedOver();
     void theEndOfTheReplayIsPassedOn();
@@ -170,6 +171,24 @@ void TestAGeoDataProcessorRecording::thePeakSuppressionFollowsTheSettings()
     const auto *replay = processor.findChild<AReplayProcessor *>();
     QCOMPARE(int(replay->peakSuppressionMode()), mode);
     QCOMPARE(replay->peakSuppressionFile(), QString());
+}
+
+void TestAGeoDataProcessorRecording::eachRecordingHasTheSettingsOfItsTime()
+{
+    AMdrDocument document;
+    document.addSweep(sweepAt(0));
+    Processor processor(nullptr);
+    QVERIFY(processor.processMdrData(&document));
+    m_settings->setValue("SweepProcessor/PeakSuppressionCustom", true);
+    QVERIFY(processor.processMdrData(&document));
+    m_settings->setValue("SweepProcessor/PeakSuppressionCustom", false);
+    m_settings->setValue("SweepProcessor/PeakSuppression20", true);
+    QVERIFY(processor.processMdrData(&document));
+
+    QList<int> modes;
+    for (const AReplayProcessor *replay : processor.findChildren<AReplayProcessor *>())
+        modes.append(int(replay->peakSuppressionMode()));
+    QCOMPARE(modes, (QList<int>{4, 3, 1}));
 }
 
 void TestAGeoDataProcessorRecording::thePeakSuppressionFileIsSetByItsName()
