@@ -14,7 +14,8 @@ class ADataManager;
 //
 // The model holds nothing. It asks ADataManager::instance(), as it was when the model was made, at every call; an edit
 // goes back there at once and thereby to the object's file. Every change of the store resets the model, its own edits
-// too. When the registry is deleted the objects go from the model.
+// too. When the registry is deleted the objects go from the model. An entry that setData() deletes is announced as
+// removed before the registry knows, and the reset that follows tells the rest: QAbstractItemModelTester objects.
 class AVELDORAN_DATA_EXPORT ACalibrationObjectModel : public QAbstractItemModel
 {
     Q_OBJECT
@@ -40,9 +41,8 @@ public:
     // - Of a frequency: a number of hertz or a text with a unit. One that is new moves the entry, keeping the table's
     //   gain there; one below zero deletes it; one that another row has is refused.
     // - Of a gain: a number, with or without a unit, in the form of the default locale or with "." as decimal sign;
-    // what
-    //   is none gives 0. It goes to the row's frequency in whole hertz, so that for an entry between two of them it
-    //   adds another.
+    //   what is none gives 0. It goes to the row's frequency in whole hertz, so that for an entry between two of them
+    //   it adds another.
     // - In the last row both add an entry, the gain at 0 Hz.
     //
     // The text that an editor began with changes nothing in a gain and in the last row. In a frequency it counts like

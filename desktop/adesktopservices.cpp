@@ -37,8 +37,7 @@ QString firstPattern(const QString &filter)
 // A name that doesn't exist and has no dot is taken for a directory yet to be made.
 bool isDirectory(const QFileInfo &info)
 {
-    return info.isDir() || (!info.exists() && (info.filePath().endsWith(QLatin1Char('/')) ||
-                                               !info.fileName().contains(QLatin1Char('.'))));
+    return info.isDir() || (!info.exists() && !info.fileName().contains(QLatin1Char('.')));
 }
 
 QString dialogStart(const QString &path, const QString &filter)

@@ -271,6 +271,7 @@ void TestACalibrationObjectModel::objectsAreFoundByTypeAndLabel()
     QVERIFY(!c.object(kCable, "B").isValid());
     QVERIFY(!c.object(kAnyType, "a").isValid());
     QVERIFY(!c.model->indexForObject(ACalibrationData()).isValid());
+    QVERIFY(!c.model->indexForObject(ACalibrationData("c", kAnyType)).isValid());
 }
 
 void TestACalibrationObjectModel::objectsAreHandedOutForTheirIndexAlone()

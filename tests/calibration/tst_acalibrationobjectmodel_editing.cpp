@@ -1,4 +1,5 @@
 #include "calibrationmodel.h"
+#include "core/testercomplaints.h"
 
 #include <QtTest/QtTest>
 
@@ -23,6 +24,7 @@ private Q_SLOTS:
     void aMoveStaysOpenUntilTheReset();
     void aMoveDownByOneIsNone();
     void aDeletionIsAnnouncedBeforeTheStoreKnows();
+    void theTesterObjectsToADeletion();
     void negatingTheLastRowChangesNothing();
     void anEditorClosedAsItWasOpenedKeepsAWholeFrequency_data();
     void anEditorClosedAsItWasOpenedKeepsAWholeFrequency();
@@ -191,6 +193,15 @@ void TestACalibrationObjectModelEditing::aDeletionIsAnnouncedBeforeTheStoreKnows
     Calibrations c({ramp()});
     QVERIFY(c.model->setData(c.cell(kCable, "ramp", 1, 0), "-1 MHz"));
     QCOMPARE(c.takeLog(), (QStringList{"to remove 1-1", "removed 1-1", "calibration 2", "to reset", "reset"}));
+}
+
+void TestACalibrationObjectModelEditing::theTesterObjectsToADeletion()
+{
+    Calibrations c({ramp()});
+    const QStringList complaints =
+        complaintsAbout(c.model.get(), [&c] { c.model->setData(c.cell(kCable, "ramp", 1, 0), "-1 MHz"); });
+    QCOMPARE(complaints.size(), 1);
+    QVERIFY2(complaints.first().contains("rowCount"), qPrintable(complaints.first()));
 }
 
 void TestACalibrationObjectModelEditing::negatingTheLastRowChangesNothing()

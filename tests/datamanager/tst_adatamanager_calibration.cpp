@@ -42,6 +42,7 @@ private Q_SLOTS:
     void addingAnObjectAppendsIt();
     void addingAnObjectOfAKnownLabelReplacesItWhateverItsType();
     void anObjectInMemoryHasNoFile();
+    void aFileOfTheNameOfMemoryIsLeftAlone();
     void aFailedSaveIsLoggedAndTheObjectHeld();
     void whatAReceiverTakesOutIsNotWritten();
     void aReceiverThatClearsTheStoreEmptiesTheFile();
@@ -387,6 +388,18 @@ void TestADataManagerCalibration::anObjectInMemoryHasNoFile()
     QVERIFY(watchedInodes().isEmpty());
 }
 
+void TestADataManagerCalibration::aFileOfTheNameOfMemoryIsLeftAlone()
+{
+    CalibrationRegistry registry;
+    const QString file = registry.save("-", {flat("b", kCable, 2)});
+    const QString before = QDir::currentPath();
+    QVERIFY(QDir::setCurrent(registry.path(QString())));
+    registry->addCalibrationData(flat("a", kCable, 1), "-");
+    QVERIFY(QDir::setCurrent(before));
+    QVERIFY(!isWatched(file));
+    QCOMPARE(onDisk(file), QStringList{"b|2|2"});
+}
+
 void TestADataManagerCalibration::aFailedSaveIsLoggedAndTheObjectHeld()
 {
     CalibrationRegistry registry;
@@ -397,6 +410,7 @@ void TestADataManagerCalibration::aFailedSaveIsLoggedAndTheObjectHeld()
     registry->addCalibrationData(flat("a", kCable, 1), file);
     QCOMPARE(registry.takeLog(), QStringList{signalOf(kCable)}); // and no error
     QCOMPARE(registry.held(kCable), QStringList{"a|2|1"});
+    QVERIFY(isWatched(file));
 }
 
 // The file is written with what the store holds after the signal.

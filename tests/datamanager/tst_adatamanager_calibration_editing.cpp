@@ -5,6 +5,19 @@
 using namespace registrytest;
 
 // Changing, removing and clearing calibration objects, in the user's location, the installed one and elsewhere.
+namespace {
+
+// Leaves an object that the registry knows by its label alone.
+void loadAndForgetFile(CalibrationRegistry *registry, const QString &name, const ACalibrationData &object)
+{
+    const QString file = registry->load(name, {object}, object.type());
+    QVERIFY(QFile::remove(file));
+    settle();
+    QCOMPARE(registry->held(object.type()), QStringList());
+}
+
+} // namespace
+
 class TestADataManagerCalibrationEditing : public QObject
 {
     Q_OBJECT
@@ -35,6 +48,10 @@ private Q_SLOTS:
     void removingAnUnknownObjectDoesNothing_data();
     void removingAnUnknownObjectDoesNothing();
     void removingTakesTheLabelOfAllAlong();
+    void whatAFileHoldsIsKnownWithoutItsLabel();
+    void ofEqualObjectsTheFirstIsRemoved();
+    void ofEqualObjectsTheFirstIsRenamed();
+    void aFileThatARemovalDeletesStaysWatched();
     void aFailedRemovalIsSilent();
     void aDeletedFileIsKnownAgainAfterALookUp_data();
     void aDeletedFileIsKnownAgainAfterALookUp();
@@ -350,13 +367,53 @@ void TestADataManagerCalibrationEditing::removingTakesTheLabelOfAllAlong()
 {
     CalibrationRegistry registry;
     registry.load("a.xml", {flat("x", kCable, 1)}, kCable);
-    registry.load("b.xml", {flat("x", kAntenna, 2)}, kAntenna);
+    loadAndForgetFile(&registry, "b.xml", flat("x", kAntenna, 2));
+    QCOMPARE(registry.names(kAntenna), QStringList{"x"});
     registry->removeCalibrationData("x", kCable, true);
-    // The label was the antenna's; its file still has it.
+    QCOMPARE(registry.names(kAllTypes), QStringList());
+    QCOMPARE(registry.found("x", kAntenna), kNothing);
+}
+
+void TestADataManagerCalibrationEditing::whatAFileHoldsIsKnownWithoutItsLabel()
+{
+    CalibrationRegistry registry;
+    registry.load("a.xml", {flat("x", kCable, 1)}, kCable);
+    registry.load("b.xml", {flat("x", kAntenna, 2)}, kAntenna);
+    registry->removeCalibrationData("x", kCable, true); // the label was the antenna's
     QCOMPARE(registry.found("x", kAntenna), QString("x|1|2"));
     QCOMPARE(registry.found("x", kCable), kNothing);
     registry->removeCalibrationData("x", kAntenna, true);
     QCOMPARE(registry.names(kAllTypes), QStringList());
+}
+
+void TestADataManagerCalibrationEditing::ofEqualObjectsTheFirstIsRemoved()
+{
+    CalibrationRegistry registry;
+    registry.load("a.xml", {flat("a", kCable, 1), flat("b", kCable, 2), flat("a", kCable, 3)}, kCable);
+    registry->removeCalibrationData("a", kCable, false);
+    QCOMPARE(registry.held(kCable), (QStringList{"b|2|2", "a|2|3"}));
+}
+
+void TestADataManagerCalibrationEditing::ofEqualObjectsTheFirstIsRenamed()
+{
+    CalibrationRegistry registry;
+    const QString file =
+        registry.load("a.xml", {flat("a", kCable, 1), flat("b", kCable, 2), flat("a", kCable, 3)}, kCable);
+    registry->updateCalibrationData(flat("c", kCable, 1), "a");
+    QCOMPARE(registry.held(kCable), (QStringList{"b|2|2", "a|2|3", "c|2|1"}));
+    QCOMPARE(onDisk(file), registry.held(kCable));
+}
+
+// By which the deletion is noticed: the entry that a look-up under another type has made for the file goes again.
+void TestADataManagerCalibrationEditing::aFileThatARemovalDeletesStaysWatched()
+{
+    CalibrationRegistry registry;
+    registry.load(registry.user(kCable, "a.xml"), {flat("a", kCable, 1)}, kAntenna);
+    registry->removeCalibrationData("a", kCable, true);
+    QCOMPARE(registry.takeLog(), QStringList{signalOf(kCable)});
+    QCOMPARE(registry.held(kAntenna), QStringList());
+    settle();
+    QVERIFY(!registry.takeLog().isEmpty());
 }
 
 void TestADataManagerCalibrationEditing::aFailedRemovalIsSilent()
@@ -464,11 +521,9 @@ void TestADataManagerCalibrationEditing::clearingTakesLabelsOfOtherTypesAlong()
 {
     CalibrationRegistry registry;
     registry.load("a.xml", {flat("x", kCable, 1)}, kCable);
-    registry.load("b.xml", {flat("x", kAntenna, 2)}, kAntenna);
+    loadAndForgetFile(&registry, "b.xml", flat("x", kAntenna, 2));
     QCOMPARE(registry.found("x", kAllTypes), QString("x|1|2"));
     registry->clearCalibrationData(kCable);
-    QCOMPARE(registry.names(kAllTypes), QStringList{"x"}); // by its file
-    registry->removeCalibrationData("x", kAntenna, false);
     QCOMPARE(registry.names(kAllTypes), QStringList());
 }
 

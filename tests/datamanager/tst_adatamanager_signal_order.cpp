@@ -34,6 +34,7 @@ private Q_SLOTS:
     void anAddedCalibrationIsListedAtTheSignal();
     void aClearedTypeIsForgottenAtTheSignal_data();
     void aClearedTypeIsForgottenAtTheSignal();
+    void aRemovedCalibrationHasNoLabelAtTheSignal();
     void aFileOfAClearedTypeIsNotListedUnderIt();
     void aDeletedFileIsNotListedAtTheSignal_data();
     void aDeletedFileIsNotListedAtTheSignal();
@@ -87,6 +88,16 @@ void TestADataManagerSignalOrder::aClearedTypeIsForgottenAtTheSignal()
     QVERIFY(!isStillWatched);
     QCOMPARE(names, QStringList());
     QCOMPARE(registry.held(kAllTypes), QStringList());
+}
+
+void TestADataManagerSignalOrder::aRemovedCalibrationHasNoLabelAtTheSignal()
+{
+    CalibrationRegistry registry;
+    registry.load("a.xml", {flat("a", kCable, 1)}, kCable);
+    QStringList names{"not called"};
+    atFirst(registry, &ADataManager::calibrationDataChanged, this, [&] { names = registry.names(kAllTypes); });
+    registry->removeCalibrationData("a", kCable, false);
+    QCOMPARE(names, QStringList());
 }
 
 // A look-up under a type makes an entry of each file that is listed, by which a reload would know it.

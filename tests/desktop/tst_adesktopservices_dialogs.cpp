@@ -3,6 +3,7 @@
 #include <desktop/adesktopservices.h>
 
 #include <QtCore/QFileInfo>
+#include <QtCore/QScopeGuard>
 #include <QtCore/QTimer>
 #include <QtGui/QKeyEvent>
 #include <QtTest/QtTest>
@@ -275,6 +276,10 @@ void TestADesktopServicesDialogs::whereADialogBegins()
     QFETCH(QString, directory);
     for (const char *name : {"mine", "other", "work/sub", "work/sub.d", "line\nbreak"})
         m_settings->makeDirectory(name);
+    const QByteArray home = qgetenv("HOME");
+    const auto restoreHome = qScopeGuard([&home] { qputenv("HOME", home); });
+    qputenv("HOME", m_settings->makeDirectory("home").toUtf8());
+    m_settings->makeDirectory("home/Documents"); // where a dialog would begin without a directory
     m_settings->makeFile("work/exists.xml");
     m_settings->makeFile("work/exists");
     QVERIFY(QFile::link("loop", m_settings->path("work/loop")));

@@ -1,11 +1,9 @@
+#include "core/testercomplaints.h"
 #include "views/translatedtexts.h"
 #include "views/triggeractions.h"
 
 #include <QtGui/QStandardItemModel>
-#include <QtTest/QAbstractItemModelTester>
 #include <QtTest/QtTest>
-
-#include <functional>
 
 using namespace triggeractions;
 
@@ -17,21 +15,6 @@ class Probe : public ATriggerActionListModel
 public:
     QModelIndex indexAt(int row, int column) const { return createIndex(row, column); }
 };
-
-// What QAbstractItemModelTester has to say about a model while `work` is done with it.
-QStringList complaintsAbout(QAbstractItemModel *model, const std::function<void()> &work)
-{
-    static QStringList complaints;
-    complaints.clear();
-    const auto previous = qInstallMessageHandler(
-        [](QtMsgType, const QMessageLogContext &, const QString &text) { complaints.append(text); });
-    {
-        const QAbstractItemModelTester tester(model, QAbstractItemModelTester::FailureReportingMode::Warning);
-        work();
-    }
-    qInstallMessageHandler(previous);
-    return complaints;
-}
 
 } // namespace
 
