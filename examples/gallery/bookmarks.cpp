@@ -11,7 +11,10 @@
 #include <QtGui/QColor>
 #include <QtGui/QStandardItemModel>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QDoubleSpinBox>
 #include <QtWidgets/QStyleOptionSpinBox>
+
+#include <algorithm>
 
 namespace {
 
@@ -33,6 +36,7 @@ int widthOfFrequencies(const QTableView &view, int column)
 {
     QStyleOptionSpinBox box;
     box.initFrom(&view);
+    box.rect.setSize(QDoubleSpinBox().sizeHint());
     box.frame = true;
     const QStyle *style = QApplication::style();
     const QRect field = style->subControlRect(QStyle::CC_SpinBox, &box, QStyle::SC_SpinBoxEditField);

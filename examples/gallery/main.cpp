@@ -14,6 +14,7 @@
 #include <QtWidgets/QSpinBox>
 #include <QtWidgets/QTabWidget>
 
+#include <algorithm>
 #include <cstring>
 
 namespace {
@@ -91,7 +92,7 @@ QImage pictureOf(QTabWidget *window)
             picture.setDevicePixelRatio(part.devicePixelRatio());
             picture.fill(window->palette().color(QPalette::Window));
         }
-        const QPointF place(tab % kColumns * window->width(), tab / kColumns * window->height());
+        const QPoint place(tab % kColumns * window->width(), tab / kColumns * window->height());
         QPainter(&picture).drawImage(place, part);
     }
     return picture;
