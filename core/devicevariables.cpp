@@ -90,7 +90,7 @@ constexpr Desc kVariables[] = {
     {53, kAll, "LevelOffset", kNumber, nullptr, "what cables and antennas take, in dB"},
 };
 
-static_assert(std::size(kVariables) == 53);
+static_assert(std::size(kVariables) == device_variable_count);
 
 } // namespace
 

@@ -33,7 +33,9 @@ struct device_variable_desc
     const char *description; // what it sets, with its unit if it is a plain number
 };
 
-// The variable of an index from 0 to 52; null for any other.
+constexpr int device_variable_count = 53;
+
+// The variable of an index from 0 to device_variable_count - 1; null for any other.
 AVELDORAN_CORE_EXPORT const device_variable_desc *get_vardesc(int index) noexcept;
 
 // The variable of a name, with regard to case; null if there is none, or for a null name.

@@ -36,7 +36,7 @@
     </message>
     <message>
         <source>Gain</source>
-        <translation>Gewinn/Verstärkung</translation>
+        <translation>Verstärkung</translation>
     </message>
 </context>
 <context>
@@ -83,7 +83,7 @@
     </message>
     <message>
         <source>Mirror Entry Freq</source>
-        <translation>Beginn der Spiegelung</translation>
+        <translation>Anfangsfrequenz der Spiegelung</translation>
     </message>
 </context>
 <context>
@@ -257,7 +257,7 @@
     </message>
     <message>
         <source>Not a regular file</source>
-        <translation>Keine gewöhnliche Datei</translation>
+        <translation>Keine reguläre Datei</translation>
     </message>
     <message>
         <source>The file is being recorded</source>
@@ -340,7 +340,7 @@
     <name>CoreText</name>
     <message>
         <source>Not a regular file</source>
-        <translation>Keine gewöhnliche Datei</translation>
+        <translation>Keine reguläre Datei</translation>
     </message>
     <message>
         <source>Elements are nested more than %1 deep</source>
@@ -467,7 +467,7 @@
     </message>
     <message>
         <source>Width (MHz)</source>
-        <translation>Breite (MHz)</translation>
+        <translation>Bandbreite (MHz)</translation>
     </message>
     <message>
         <source>Demodulation</source>
@@ -482,7 +482,7 @@
         <translation>Priorität</translation>
     </message>
     <message>
-        <source>Colour</source>
+        <source>Color</source>
         <translation>Farbe</translation>
     </message>
     <message>
@@ -515,11 +515,11 @@
     </message>
     <message>
         <source>Nothing is attached. Plug in an analyser, a generator or a GPS logger, and refresh.</source>
-        <translation>Nichts ist angeschlossen. Stecken Sie einen Analysator, einen Generator oder einen GPS-Logger an und aktualisieren Sie.</translation>
+        <translation>Es ist nichts angeschlossen. Stecken Sie einen Analysator, einen Generator oder einen GPS-Logger an und aktualisieren Sie.</translation>
     </message>
     <message>
         <source>step</source>
-        <translation>Stufe</translation>
+        <translation>stufenförmig</translation>
     </message>
     <message>
         <source>linear</source>
@@ -567,7 +567,7 @@
     </message>
     <message>
         <source>Triggers</source>
-        <translation>Auslöser</translation>
+        <translation>Trigger</translation>
     </message>
     <message>
         <source>Devices</source>
@@ -616,6 +616,58 @@
     <message>
         <source>None</source>
         <translation>Keine</translation>
+    </message>
+    <message>
+        <source>Tower</source>
+        <translation>Tower</translation>
+    </message>
+    <message>
+        <source>Harbour</source>
+        <translation>Hafen</translation>
+    </message>
+    <message>
+        <source>Time signal</source>
+        <translation>Zeitzeichen</translation>
+    </message>
+    <message>
+        <source>%1: can&apos;t be copied</source>
+        <translation>%1: kann nicht kopiert werden</translation>
+    </message>
+    <message>
+        <source>range</source>
+        <translation>Bereich</translation>
+    </message>
+    <message>
+        <source>direction</source>
+        <translation>Richtung</translation>
+    </message>
+    <message>
+        <source>provider</source>
+        <translation>Betreiber</translation>
+    </message>
+    <message>
+        <source>channel</source>
+        <translation>Kanal</translation>
+    </message>
+    <message>
+        <source>generated channel</source>
+        <translation>erzeugter Kanal</translation>
+    </message>
+    <message>
+        <source>%1 at %2</source>
+        <translation>%1 bei %2</translation>
+    </message>
+    <message>
+        <source>%1: no such argument is expected</source>
+        <translation>%1: ein solches Argument wird nicht erwartet</translation>
+    </message>
+    <message>
+        <source>%1: no example data, expected a directory with &quot;profiles&quot;</source>
+        <translation>%1: keine Beispieldaten, erwartet wird ein Verzeichnis mit &quot;profiles&quot;</translation>
+    </message>
+    <message>
+        <source>%1: can&apos;t be written</source>
+        <translation>%1: kann nicht geschrieben werden</translation>
     </message>
 </context>
 </TS>

@@ -15,6 +15,7 @@ public:
     ABooleanItemDelegate(const QString &trueText, const QString &falseText, QObject *parent = nullptr);
     ~ABooleanItemDelegate() override;
 
+    // As a plain item. They do what those of the base do, and are exported for derived classes to link to.
     void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 

@@ -2,7 +2,6 @@
 
 #include "views/editorlook.h"
 
-#include <QtWidgets/QApplication>
 #include <QtWidgets/QCheckBox>
 
 namespace {
@@ -28,10 +27,7 @@ ACheckBoxItemDelegate::~ACheckBoxItemDelegate() = default;
 void ACheckBoxItemDelegate::paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const
 {
     const bool state = isTrue(index);
-    const QStyle::State shown = QStyle::State_Enabled | (state ? QStyle::State_On : QStyle::State_Off);
-    auto box = editorlook::editorOption<QStyleOptionButton>(option, shown);
-    box.text = textOf(state);
-    QApplication::style()->drawControl(QStyle::CE_CheckBox, &box, painter);
+    editorlook::drawCheckBox(painter, option, QStyle::State_None, state, textOf(state));
 }
 
 QSize ACheckBoxItemDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const

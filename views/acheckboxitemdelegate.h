@@ -16,6 +16,8 @@ public:
     // The check box alone, in the application's style: no selection, nothing else of the item. The highlight that a
     // table view may paint below its selected rows stays visible around it.
     void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+
+    // Of a plain item. It does what that of the base does, and is exported for derived classes to link to.
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 
     // A check box that shows what Qt::DisplayRole holds, commits a bool, and fills the cell. Its text follows it.

@@ -17,6 +17,7 @@ public:
     AComboBoxDelegate(QAbstractListModel *model, int column, QObject *parent = nullptr);
     ~AComboBoxDelegate() override;
 
+    // As a plain item. They do what those of the base do, and are exported for derived classes to link to.
     void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
     QSize sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 

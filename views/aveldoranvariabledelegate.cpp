@@ -5,7 +5,6 @@
 #include "views/filtertable.h"
 
 #include <QtCore/QHash>
-#include <QtWidgets/QApplication>
 #include <QtWidgets/QCheckBox>
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QDoubleSpinBox>
@@ -17,73 +16,50 @@ namespace {
 
 using Desc = device_variable_desc;
 
-constexpr int kVariableCount = 53;
-constexpr int kFallbackVariable = kVariableCount - 1;
+constexpr int kFallbackVariable = device_variable_count - 1;
 
-enum class Kind
+enum class Look
 {
-    Filter,
-    Enumeration,
-    Switch,
-    Frequency,
-    Milliseconds,
-    Seconds,
-    Number
+    FilterList,
+    EnumerationList,
+    CheckBox,
+    SpinBox
 };
 
-Kind kindOf(const Desc &desc)
+// How the values of one kind of variables are shown and edited.
+struct KindTraits
 {
-    constexpr struct
-    {
-        Desc::Flag flag;
-        Kind kind;
-    } kKinds[] = {
-        {Desc::Filter, Kind::Filter},       {Desc::Enumeration, Kind::Enumeration},   {Desc::Switch, Kind::Switch},
-        {Desc::Frequency, Kind::Frequency}, {Desc::Milliseconds, Kind::Milliseconds}, {Desc::Seconds, Kind::Seconds}};
-    for (const auto &entry : kKinds) {
-        if (desc.flags & entry.flag)
-            return entry.kind;
-    }
-    return Kind::Number;
+    quint16 flag; // that tells the kind
+    Look look;
+    double least = 0; // this and what follows: of a spin box
+    double most = 0;
+    int decimals = 0;
+    const char *unit = "";
+    const char *unitOfLowFrequencyAnalyser = unit;
+};
+
+// The first kind whose flag a variable has is its kind. The last one is that of plain numbers, which have none.
+const KindTraits kKinds[] = {
+    {Desc::Filter, Look::FilterList},
+    {Desc::Enumeration, Look::EnumerationList},
+    {Desc::Switch, Look::CheckBox},
+    {Desc::Frequency, Look::SpinBox, 0, 30000, 3, AFrequency::MHz_Suffix, AFrequency::kHz_Suffix},
+    {Desc::Milliseconds, Look::SpinBox, 0, 50000, 0, "ms"},
+    {Desc::Seconds, Look::SpinBox, 0, 1000, 0, "s"},
+    {0, Look::SpinBox, -100000, 100000, 1},
+};
+
+const KindTraits &traitsOf(const Desc &desc)
+{
+    const KindTraits *kind = kKinds;
+    while (kind->flag != 0 && (desc.flags & kind->flag) == 0)
+        ++kind;
+    return *kind;
 }
 
-QString unitOf(Kind kind, VeldoranDeviceType type)
+QString unitOf(const KindTraits &kind, VeldoranDeviceType type)
 {
-    switch (kind) {
-    case Kind::Frequency:
-        return QLatin1String(type == LowFrequencyAnalyser ? AFrequency::kHz_Suffix : AFrequency::MHz_Suffix);
-    case Kind::Milliseconds:
-        return QStringLiteral("ms");
-    case Kind::Seconds:
-        return QStringLiteral("s");
-    default:
-        return QString();
-    }
-}
-
-void setUpSpinBox(QDoubleSpinBox *box, Kind kind, VeldoranDeviceType type)
-{
-    switch (kind) {
-    case Kind::Frequency:
-        box->setRange(0, 30000);
-        box->setDecimals(3);
-        break;
-    case Kind::Milliseconds:
-        box->setRange(0, 50000);
-        box->setDecimals(0);
-        break;
-    case Kind::Seconds:
-        box->setRange(0, 1000);
-        box->setDecimals(0);
-        break;
-    default:
-        box->setRange(-100000, 100000);
-        box->setDecimals(1);
-        break;
-    }
-    const QString unit = unitOf(kind, type);
-    if (!unit.isEmpty())
-        box->setSuffix(QLatin1Char(' ') + unit);
+    return QLatin1String(type == LowFrequencyAnalyser ? kind.unitOfLowFrequencyAnalyser : kind.unit);
 }
 
 QMap<float, QString> parseLabels(const char *enumeration)
@@ -108,7 +84,7 @@ QString enumLabel(const Desc *desc, float key)
 {
     static const QHash<const Desc *, QMap<float, QString>> kLabels = [] {
         QHash<const Desc *, QMap<float, QString>> labels;
-        for (int i = 0; i < kVariableCount; ++i) {
+        for (int i = 0; i < device_variable_count; ++i) {
             if (const Desc *variable = get_vardesc(i))
                 labels.insert(variable, parseLabels(variable->enumeration));
         }
@@ -122,23 +98,6 @@ QString filterLabel(VeldoranDeviceType type, int row)
 {
     const filtertable::Filter *filter = filtertable::filterAt(type, row);
     return filter ? QString::fromUtf8(filter->label) : QString();
-}
-
-void drawComboBox(QPainter *painter, const QStyleOptionViewItem &cell, const QString &text)
-{
-    auto box = editorlook::editorOption<QStyleOptionComboBox>(cell, cell.state | QStyle::State_Enabled |
-                                                                        QStyle::State_ReadOnly);
-    box.currentText = text;
-    QApplication::style()->drawComplexControl(QStyle::CC_ComboBox, &box, painter);
-    QApplication::style()->drawControl(QStyle::CE_ComboBoxLabel, &box, painter);
-}
-
-void drawSwitch(QPainter *painter, const QStyleOptionViewItem &cell, bool isOn)
-{
-    const QStyle::State state = QStyle::State_Enabled | (isOn ? QStyle::State_On : QStyle::State_Off);
-    auto box = editorlook::editorOption<QStyleOptionButton>(cell, cell.state | state);
-    box.text = isOn ? AVeldoranVariableDelegate::tr("On") : AVeldoranVariableDelegate::tr("Off");
-    QApplication::style()->drawControl(QStyle::CE_CheckBox, &box, painter);
 }
 
 } // namespace
@@ -206,18 +165,22 @@ void AVeldoranVariableDelegate::paint(QPainter *painter, const QStyleOptionViewI
         QStyledItemDelegate::paint(painter, option, index);
         return;
     }
-    const Kind kind = kindOf(*desc);
-    switch (kind) {
-    case Kind::Filter:
-        drawComboBox(painter, option, filterLabel(m_deviceType, index.data(Qt::EditRole).toInt()));
+    const KindTraits &kind = traitsOf(*desc);
+    switch (kind.look) {
+    case Look::FilterList:
+        editorlook::drawComboBox(painter, option, filterLabel(m_deviceType, index.data(Qt::EditRole).toInt()));
         break;
-    case Kind::Enumeration:
-        drawComboBox(painter, option, enumLabel(desc, static_cast<float>(index.data(Qt::EditRole).toInt())));
+    case Look::EnumerationList: {
+        const auto key = static_cast<float>(index.data(Qt::EditRole).toInt());
+        editorlook::drawComboBox(painter, option, enumLabel(desc, key));
         break;
-    case Kind::Switch:
-        drawSwitch(painter, option, index.data(Qt::DisplayRole).toFloat() > 0);
+    }
+    case Look::CheckBox: {
+        const bool isOn = index.data(Qt::DisplayRole).toFloat() > 0;
+        editorlook::drawCheckBox(painter, option, option.state, isOn, isOn ? tr("On") : tr("Off"));
         break;
-    default: {
+    }
+    case Look::SpinBox: {
         const QString unit = unitOf(kind, m_deviceType);
         const QString text = index.data(Qt::DisplayRole).toString();
         editorlook::drawSpinBox(painter, option, unit.isEmpty() ? text : QStringLiteral("%1 %2").arg(text, unit));
@@ -270,7 +233,7 @@ bool AVeldoranVariableDelegate::isOfDevice(const Desc *desc) const
 
 const Desc *AVeldoranVariableDelegate::numberedVariable(unsigned int identifier) const
 {
-    for (int i = 0; i < kVariableCount; ++i) {
+    for (int i = 0; i < device_variable_count; ++i) {
         const Desc *desc = get_vardesc(i);
         if (isOfDevice(desc) && desc->identifier == identifier)
             return desc;
@@ -285,7 +248,7 @@ QWidget *AVeldoranVariableDelegate::createNameEditor(QWidget *parent) const
     auto *box = new QComboBox(parent);
     if (m_emptyEntry)
         box->addItem(QString());
-    for (int i = 0; i < kVariableCount; ++i) {
+    for (int i = 0; i < device_variable_count; ++i) {
         const Desc *desc = get_vardesc(i);
         if (!isOfDevice(desc) || (desc->flags & kDeciding) != kOffered)
             continue;
@@ -300,27 +263,35 @@ QWidget *AVeldoranVariableDelegate::createNameEditor(QWidget *parent) const
 
 QWidget *AVeldoranVariableDelegate::createValueEditor(QWidget *parent, const Desc &desc) const
 {
-    const Kind kind = kindOf(desc);
-    if (kind == Kind::Filter) {
+    const KindTraits &kind = traitsOf(desc);
+    switch (kind.look) {
+    case Look::FilterList: {
         auto *box = new QComboBox(parent);
         for (int row = 0; row < filtertable::filterCount(m_deviceType); ++row)
             box->addItem(filterLabel(m_deviceType, row), row);
         return box;
     }
-    if (kind == Kind::Enumeration) {
+    case Look::EnumerationList: {
         auto *box = new QComboBox(parent);
         const QMap<float, QString> labels = parseEnumValues(&desc);
         for (auto label = labels.cbegin(); label != labels.cend(); ++label)
             box->addItem(label.value(), label.key());
         return box;
     }
-    if (kind == Kind::Switch) {
+    case Look::CheckBox: {
         auto *box = new QCheckBox(parent);
         box->setAutoFillBackground(true); // or the painted cell shows through
         return box;
     }
+    case Look::SpinBox:
+        break;
+    }
     auto *box = new QDoubleSpinBox(parent);
-    setUpSpinBox(box, kind, m_deviceType);
+    box->setRange(kind.least, kind.most);
+    box->setDecimals(kind.decimals);
+    const QString unit = unitOf(kind, m_deviceType);
+    if (!unit.isEmpty())
+        box->setSuffix(QLatin1Char(' ') + unit);
     return box;
 }
 
@@ -341,18 +312,22 @@ bool AVeldoranVariableDelegate::setValueEditorData(QWidget *editor, const QModel
     if (!desc)
         return false;
     const QVariant value = index.data(Qt::EditRole);
-    const Kind kind = kindOf(*desc);
-    if (kind == Kind::Filter || kind == Kind::Enumeration) {
+    switch (traitsOf(*desc).look) {
+    case Look::FilterList:
+    case Look::EnumerationList: {
         auto *box = qobject_cast<QComboBox *>(editor);
         if (box)
             box->setCurrentIndex(box->findData(value.toFloat(), Qt::UserRole, Qt::MatchCaseSensitive));
         return box;
     }
-    if (kind == Kind::Switch) {
+    case Look::CheckBox: {
         auto *box = qobject_cast<QCheckBox *>(editor);
         if (box)
             box->setChecked(value.toDouble() > 0);
         return box;
+    }
+    case Look::SpinBox:
+        break;
     }
     auto *box = qobject_cast<QDoubleSpinBox *>(editor);
     if (box)
@@ -369,8 +344,7 @@ bool AVeldoranVariableDelegate::setNameData(QWidget *editor, QAbstractItemModel 
         model->setData(index, QVariant(), Qt::EditRole);
     else if (m_storeNames)
         model->setData(index, box->currentText(), Qt::EditRole);
-    else if (const Desc *desc =
-                 variableInfo(index)) // deliberately that of the cell, not of the text: stored numbers stay
+    else if (const Desc *desc = variableInfo(index)) // deliberately of the cell, not of the text: stored numbers stay
         model->setData(index, int(desc->identifier), Qt::EditRole);
     return true;
 }
@@ -380,18 +354,22 @@ bool AVeldoranVariableDelegate::setValueData(QWidget *editor, QAbstractItemModel
     const Desc *desc = variableInfo(index);
     if (!desc)
         return false;
-    const Kind kind = kindOf(*desc);
-    if (kind == Kind::Filter || kind == Kind::Enumeration) {
+    switch (traitsOf(*desc).look) {
+    case Look::FilterList:
+    case Look::EnumerationList: {
         const auto *box = qobject_cast<QComboBox *>(editor);
         if (box)
             model->setData(index, box->currentData(Qt::UserRole), Qt::EditRole);
         return box;
     }
-    if (kind == Kind::Switch) {
+    case Look::CheckBox: {
         const auto *box = qobject_cast<QCheckBox *>(editor);
         if (box)
             model->setData(index, box->isChecked() ? 1.0 : 0.0, Qt::EditRole);
         return box;
+    }
+    case Look::SpinBox:
+        break;
     }
     auto *box = qobject_cast<QDoubleSpinBox *>(editor);
     if (box) {

@@ -4,21 +4,15 @@
 
 class QPainter;
 
-// Private to the delegates: cells that are painted as if their editor were open.
+// Private to the delegates: cells that are painted as if their editor were open. The editor fills the cell.
 namespace editorlook {
 
-// The option of an editor that fills the cell.
-template<typename Option>
-Option editorOption(const QStyleOptionViewItem &cell, QStyle::State state)
-{
-    Option editor;
-    editor.rect = cell.rect;
-    editor.state = state;
-    editor.direction = cell.direction;
-    editor.fontMetrics = cell.fontMetrics;
-    editor.palette = cell.palette;
-    return editor;
-}
+// A read-only combo box with the text as the current one.
+void drawComboBox(QPainter *painter, const QStyleOptionViewItem &cell, const QString &text);
+
+// A check box that has `state`, which says whether the cell is selected and the like, besides its own.
+void drawCheckBox(QPainter *painter, const QStyleOptionViewItem &cell, QStyle::State state, bool isOn,
+                  const QString &text);
 
 // A read-only spin box with the text in the middle of the cell, in the painter's pen and font.
 void drawSpinBox(QPainter *painter, const QStyleOptionViewItem &cell, const QString &text);

@@ -9,6 +9,7 @@
 // table.
 namespace filtertable {
 
+// The frequency belongs to the label as the devices know the pair; a label alone needn't tell it ("Full", "0.3 Hz").
 struct Filter
 {
     long long value;

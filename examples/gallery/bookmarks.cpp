@@ -10,8 +10,11 @@
 #include <QtCore/QStringListModel>
 #include <QtGui/QColor>
 #include <QtGui/QStandardItemModel>
-#include <QtWidgets/QHeaderView>
-#include <QtWidgets/QTableView>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QDoubleSpinBox>
+#include <QtWidgets/QStyleOptionSpinBox>
+
+#include <algorithm>
 
 namespace {
 
@@ -27,6 +30,27 @@ enum Columns
     ColumnCount
 };
 
+// Of a column that AFrequencyDelegate paints. Its texts stand in the middle of a spin box, so that they need as much
+// room on the left as the buttons have on the right.
+int widthOfFrequencies(const QTableView &view, int column)
+{
+    QStyleOptionSpinBox box;
+    box.initFrom(&view);
+    box.rect.setSize(QDoubleSpinBox().sizeHint());
+    box.frame = true;
+    const QStyle *style = QApplication::style();
+    const QRect field = style->subControlRect(QStyle::CC_SpinBox, &box, QStyle::SC_SpinBoxEditField);
+    const int blank = view.fontMetrics().horizontalAdvance(QLatin1Char(' '));
+    int width = view.horizontalHeader()->sectionSizeHint(column);
+    for (int row = 0; row < view.model()->rowCount(); ++row) {
+        const AFrequency frequency(view.model()->index(row, column).data(Qt::EditRole).toByteArray().constData());
+        const QString text = frequency.formatString(QStringLiteral("%L1 %2"), AFrequency::NoUnit, 0, 'f', -1);
+        width = std::max(width,
+                         view.fontMetrics().horizontalAdvance(text) + 2 * (box.rect.width() - field.width() + blank));
+    }
+    return width;
+}
+
 } // namespace
 
 // A table of the application's own with a delegate for each kind of column.
@@ -34,15 +58,15 @@ QWidget *gallery::makeBookmarksTab()
 {
     const QVector<QVariantList> rows = {
         {"Radio", "98.1 MHz", 0.2, "Wide FM", true, false, {}},
-        {"Tower", "118,300 MHz", 0.025, "AM", true, true, {}},
-        {"Harbour", "156.8 MHz", 0.025, "FM", false, true, {}},
-        {"Time signal", "77.5 kHz", 0.001, Gallery::tr("None"), false, false, {}},
+        {Gallery::tr("Tower"), "118,300 MHz", 0.025, "AM", true, true, {}},
+        {Gallery::tr("Harbour"), "156.8 MHz", 0.025, "FM", false, true, {}},
+        {Gallery::tr("Time signal"), "77.5 kHz", 0.001, Gallery::tr("None"), false, false, {}},
     };
     auto *view = new QTableView;
     auto *model = new QStandardItemModel(rows.size(), ColumnCount, view);
     model->setHorizontalHeaderLabels({Gallery::tr("Name"), Gallery::tr("Frequency"), Gallery::tr("Width (MHz)"),
                                       Gallery::tr("Demodulation"), Gallery::tr("Active"), Gallery::tr("Priority"),
-                                      Gallery::tr("Colour")});
+                                      Gallery::tr("Color")});
     for (int row = 0; row < rows.size(); ++row) {
         for (int column = 0; column < ColumnCount; ++column)
             model->setData(model->index(row, column), rows.at(row).at(column));
@@ -61,9 +85,10 @@ QWidget *gallery::makeBookmarksTab()
     view->setItemDelegateForColumn(ColumnPriority,
                                    new ABooleanItemDelegate(Gallery::tr("High"), Gallery::tr("Normal"), view));
     view->setItemDelegateForColumn(ColumnColor, new ARemoveSelectionDelegate(true, view));
-    view->horizontalHeader()->setMinimumSectionSize(110);
     view->resizeColumnsToContents();
-    view->setColumnWidth(ColumnFrequency, 170); // of the spin box that it looks like
-    view->selectRow(1);
+    view->setColumnWidth(ColumnFrequency, widthOfFrequencies(*view, ColumnFrequency));
+    for (const int column : {ColumnWidth, ColumnDemodulation, ColumnActive, ColumnPriority})
+        gallery::fitColumnToEditors(view, column);
+    view->setCurrentIndex(model->index(1, ColumnColor)); // with a frame in place of the highlight
     return view;
 }

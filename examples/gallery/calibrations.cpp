@@ -5,9 +5,7 @@
 
 #include <QtCore/QFile>
 #include <QtCore/QTemporaryDir>
-#include <QtWidgets/QHeaderView>
 #include <QtWidgets/QSplitter>
-#include <QtWidgets/QTableView>
 #include <QtWidgets/QTreeView>
 
 namespace {
@@ -28,7 +26,8 @@ public:
         m_entries = new QTableView;
         m_objects->setModel(m_model);
         m_entries->setModel(m_model);
-        m_entries->horizontalHeader()->setDefaultSectionSize(200);
+        m_objects->setHeaderHidden(true); // it names the columns of the entries
+        m_entries->horizontalHeader()->setSectionResizeMode(QHeaderView::Stretch);
         addWidget(m_objects);
         addWidget(m_entries);
 
@@ -46,7 +45,7 @@ private:
         const QString copy = m_files.filePath(QLatin1String(name));
         QFile file(dataDir + QStringLiteral("/calibration/") + QLatin1String(name));
         if (!file.copy(copy)) {
-            gallery::tellError(file.fileName() + QStringLiteral(": can't be copied"));
+            gallery::tellError(Gallery::tr("%1: can't be copied").arg(file.fileName()));
             return;
         }
         QFile::setPermissions(copy, QFile::ReadOwner | QFile::WriteOwner);

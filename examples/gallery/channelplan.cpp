@@ -3,10 +3,29 @@
 #include <channel/achannelinfo.h>
 #include <channel/achannelinfomodel.h>
 #include <datamanager/adatamanager.h>
+#include <limit/alimitselectiondelegate.h>
 #include <views/abooleanitemdelegate.h>
 
 #include <QtWidgets/QHeaderView>
 #include <QtWidgets/QTreeView>
+
+namespace {
+
+// Frequencies in the form of the default locale, with no more decimals than they have. The model gives all of them,
+// with a point; that is what an editor shows.
+class ShortFrequencyDelegate : public QStyledItemDelegate
+{
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    QString displayText(const QVariant &value, const QLocale & /*locale*/) const override
+    {
+        return AFrequency(value.toByteArray().constData())
+            .formatString(QStringLiteral("%L1 %2"), AFrequency::NoUnit, 0, 'f', QLocale::FloatingPointShortest);
+    }
+};
+
+} // namespace
 
 // The registry's channel plan: profiles are watched, so a change of a file shows at once.
 QWidget *gallery::makeChannelPlanTab(const QString &dataDir)
@@ -20,6 +39,16 @@ QWidget *gallery::makeChannelPlanTab(const QString &dataDir)
     view->setModel(model);
     view->setItemDelegateForColumn(AChannelInfo::ColumnSelectable,
                                    new ABooleanItemDelegate(Gallery::tr("Yes"), Gallery::tr("No"), view));
+
+    const QMap<unsigned int, QString> types = {{AChannelInfo::Generic, Gallery::tr("range")},
+                                               {AChannelInfo::Direction, Gallery::tr("direction")},
+                                               {AChannelInfo::Provider, Gallery::tr("provider")},
+                                               {AChannelInfo::Channel, Gallery::tr("channel")},
+                                               {AChannelInfo::AutoChannel, Gallery::tr("generated channel")}};
+    view->setItemDelegateForColumn(AChannelInfo::ColumnType, new ALimitSelectionDelegate(types, view));
+    auto *frequencies = new ShortFrequencyDelegate(view);
+    view->setItemDelegateForColumn(AChannelInfo::ColumnStartFreq, frequencies);
+    view->setItemDelegateForColumn(AChannelInfo::ColumnStopFreq, frequencies);
 
     // The model owns its root, and so does the registry: the view works on a copy.
     const auto reload = [=] {

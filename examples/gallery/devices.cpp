@@ -4,10 +4,8 @@
 #include <views/adevicelistmodel.h>
 
 #include <QtWidgets/QHBoxLayout>
-#include <QtWidgets/QHeaderView>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QPushButton>
-#include <QtWidgets/QTableView>
 
 namespace {
 
@@ -39,6 +37,7 @@ public:
         view->setItemDelegateForColumn(ADeviceListModel::ColumnVendorId, usbId);
         view->setItemDelegateForColumn(ADeviceListModel::ColumnProductId, usbId);
         view->setSelectionBehavior(QTableView::SelectRows);
+        view->horizontalHeader()->setHighlightSections(false); // of all columns, where whole rows are selected
         view->horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
         view->horizontalHeader()->setSectionResizeMode(ADeviceListModel::ColumnDescription, QHeaderView::Stretch);
 
@@ -47,6 +46,7 @@ public:
         connect(&m_model, &QAbstractItemModel::modelReset, this, &DeviceChooser::tellResult);
 
         m_note = new QLabel;
+        m_note->setWordWrap(true);
         auto *row = new QHBoxLayout;
         row->addWidget(refresh);
         row->addWidget(m_note, 1);

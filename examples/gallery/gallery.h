@@ -3,9 +3,13 @@
 #include <QtCore/QCoreApplication>
 #include <QtCore/QString>
 #include <QtCore/QTextStream>
+#include <QtWidgets/QAbstractItemDelegate>
+#include <QtWidgets/QHeaderView>
+#include <QtWidgets/QStyleOptionViewItem>
+#include <QtWidgets/QTableView>
 
-class QAbstractItemView;
-class QWidget;
+#include <algorithm>
+#include <memory>
 
 // The texts of all tabs: translated as one context.
 class Gallery
@@ -23,6 +27,20 @@ inline void tellError(const QString &text)
 {
     ++errorCount;
     QTextStream(stderr) << text << '\n';
+}
+
+// Makes a column as wide as the widest editor of its cells, for delegates that show cells as their editors.
+inline void fitColumnToEditors(QTableView *view, int column)
+{
+    view->resizeColumnToContents(column);
+    int width = view->columnWidth(column);
+    for (int row = 0; row < view->model()->rowCount(); ++row) {
+        const QModelIndex cell = view->model()->index(row, column);
+        const std::unique_ptr<QWidget> editor(
+            view->itemDelegate(cell)->createEditor(view->viewport(), QStyleOptionViewItem(), cell));
+        width = std::max(width, editor ? editor->sizeHint().width() : 0);
+    }
+    view->setColumnWidth(column, width);
 }
 
 QWidget *makeChannelPlanTab(const QString &dataDir);

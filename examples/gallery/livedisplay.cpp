@@ -118,11 +118,24 @@ private:
         return m_spectrumRect.top() + qBound(0.0, share, 1.0) * (m_spectrumRect.height() - 1);
     }
 
+    // The step between labels, a multiple of `step`, so that those of the given length stand apart.
+    static int labelStep(int step, int range, int pixels, int length)
+    {
+        int shown = step;
+        while (shown < range && pixels * shown < length * range)
+            shown += step;
+        return shown;
+    }
+
     void paintGrid(QPainter *painter) const
     {
         const int height = fontMetrics().height();
+        const int levelStep = labelStep(kLevelStep, kHighest - kLowest, m_spectrumRect.height(), height);
+        const int frequencyStep =
+            labelStep(kFrequencyStepMHz, kEndMHz - kBeginMHz, m_spectrumRect.width(),
+                      fontMetrics().horizontalAdvance(frequencyText(kEndMHz) + QStringLiteral("  ")));
         const QColor gridColor(255, 255, 255, 50);
-        for (int level = kLowest; level <= kHighest; level += kLevelStep) {
+        for (int level = kLowest; level <= kHighest; level += levelStep) {
             const int y = qRound(yOf(level));
             painter->setPen(gridColor);
             painter->drawLine(m_spectrumRect.left(), y, m_spectrumRect.right(), y);
@@ -131,7 +144,7 @@ private:
                 QRect(0, y - height / 2, m_spectrumRect.left() - fontMetrics().averageCharWidth(), height),
                 Qt::AlignRight | Qt::AlignVCenter, levelText(level));
         }
-        for (int megahertz = kBeginMHz; megahertz <= kEndMHz; megahertz += kFrequencyStepMHz) {
+        for (int megahertz = kBeginMHz; megahertz <= kEndMHz; megahertz += frequencyStep) {
             const int x =
                 m_spectrumRect.left() + (m_spectrumRect.width() - 1) * (megahertz - kBeginMHz) / (kEndMHz - kBeginMHz);
             painter->setPen(gridColor);
@@ -162,16 +175,20 @@ private:
                 highest = column;
         }
         const AMeasurementValue &peak = m_cache.at(highest);
-        const QString text = peak.frequency.canonicalText() + QStringLiteral(", ") + peak.formatValueString(true);
+        const QString frequency = peak.frequency.formatString(QStringLiteral("%L1 %2"), AFrequency::NoUnit, 0, 'f',
+                                                              QLocale::FloatingPointShortest);
+        const QString text = Gallery::tr("%1 at %2").arg(peak.formatValueString(true), frequency);
         const double radius = fontMetrics().averageCharWidth() / 2.0;
         const QPointF place(xOf(highest), yOf(peak.level));
         painter->setPen(Qt::white);
         painter->drawEllipse(place, radius, radius);
-        const bool isLeft = place.x() < m_spectrumRect.center().x();
-        const QRectF box(isLeft ? place.x() + 3 * radius : m_spectrumRect.left(), place.y() - 4 * radius,
-                         isLeft ? m_spectrumRect.right() - place.x() : place.x() - 3 * radius - m_spectrumRect.left(),
-                         fontMetrics().height());
-        painter->drawText(box, (isLeft ? Qt::AlignLeft : Qt::AlignRight) | Qt::AlignVCenter, text);
+        QRectF box(QPointF(), QSizeF(fontMetrics().horizontalAdvance(text), fontMetrics().height()));
+        box.moveTop(qMax(place.y() - 4 * radius, qreal(m_spectrumRect.top())));
+        if (place.x() < m_spectrumRect.center().x())
+            box.moveLeft(qMin(place.x() + 3 * radius, m_spectrumRect.right() - box.width()));
+        else
+            box.moveRight(qMax(place.x() - 3 * radius, m_spectrumRect.left() + box.width()));
+        painter->drawText(box, Qt::AlignCenter | Qt::TextDontClip, text);
     }
 
     ASimulatedDevice m_device;

@@ -7,18 +7,35 @@
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QDir>
 #include <QtCore/QEventLoop>
+#include <QtCore/QLibraryInfo>
 #include <QtCore/QTimer>
 #include <QtGui/QPainter>
 #include <QtWidgets/QApplication>
-#include <QtWidgets/QHeaderView>
 #include <QtWidgets/QSpinBox>
 #include <QtWidgets/QTabWidget>
-#include <QtWidgets/QTableView>
 
 #include <algorithm>
 #include <cstring>
 
 namespace {
+
+// Texts and numbers in the language of the settings.
+void installLanguage(const QString &language)
+{
+    auto *texts = new ATranslator(qApp);
+    if (texts->setLanguage(language))
+        QApplication::installTranslator(texts);
+    auto *textsOfQt = new QTranslator(qApp); // of editors' menus, and of --help
+    if (textsOfQt->load(QLocale(language), QStringLiteral("qtbase"), QStringLiteral("_"),
+                        QLibraryInfo::location(QLibraryInfo::TranslationsPath)))
+        QApplication::installTranslator(textsOfQt);
+
+    QLocale numbers; // of the system, with what its user changed in it
+    if (numbers.language() != QLocale(language).language())
+        numbers = QLocale(language);
+    numbers.setNumberOptions(QLocale::OmitGroupSeparator); // "2.400 MHz" means two things
+    QLocale::setDefault(numbers);
+}
 
 void fillWindow(QTabWidget *window, const QString &dataDir)
 {
@@ -36,6 +53,19 @@ void fillWindow(QTabWidget *window, const QString &dataDir)
     const QList<QTableView *> tables = window->findChildren<QTableView *>();
     for (QTableView *table : tables)
         table->verticalHeader()->setDefaultSectionSize(QSpinBox().sizeHint().height());
+
+    // For sizeHint().
+    const QList<QAbstractItemView *> views = window->findChildren<QAbstractItemView *>();
+    for (QAbstractItemView *view : views)
+        view->setSizeAdjustPolicy(QAbstractScrollArea::AdjustToContents);
+}
+
+// Wide enough for its tables, but for the comments of the channels, which are longer than a screen.
+QSize sizeOf(const QTabWidget &window)
+{
+    constexpr QSize kLeast(1000, 460);
+    constexpr int kMost = 1366; // of a small screen
+    return {qBound(kLeast.width(), window.sizeHint().width(), kMost), kLeast.height()};
 }
 
 // For the layout, and for what comes from the event loop, as the attached devices do.
@@ -50,7 +80,7 @@ void settle()
 // All tabs, line by line.
 QImage pictureOf(QTabWidget *window)
 {
-    constexpr int kColumns = 3;
+    constexpr int kColumns = 2;
     const int lines = (window->count() + kColumns - 1) / kColumns;
     QImage picture;
     for (int tab = 0; tab < window->count(); ++tab) {
@@ -62,7 +92,7 @@ QImage pictureOf(QTabWidget *window)
             picture.setDevicePixelRatio(part.devicePixelRatio());
             picture.fill(window->palette().color(QPalette::Window));
         }
-        const QPointF place(tab % kColumns * window->width(), tab / kColumns * window->height());
+        const QPoint place(tab % kColumns * window->width(), tab / kColumns * window->height());
         QPainter(&picture).drawImage(place, part);
     }
     return picture;
@@ -85,9 +115,7 @@ int main(int argc, char **argv)
         qputenv("QT_QPA_PLATFORM", "offscreen"); // a picture needs no display
     const QApplication application(argc, argv);
     QApplication::setApplicationName(QStringLiteral("aveldoran-gallery"));
-    ATranslator translator;
-    if (translator.setLanguage(ASettings::language()))
-        QApplication::installTranslator(&translator);
+    installLanguage(ASettings::language());
 
     QCommandLineParser parser;
     parser.setApplicationDescription(Gallery::tr("Every model and delegate of the library, with live data."));
@@ -100,13 +128,13 @@ int main(int argc, char **argv)
     parser.process(application);
 
     if (!parser.positionalArguments().isEmpty()) {
-        gallery::tellError(parser.positionalArguments().constFirst() +
-                           QStringLiteral(": no such argument is expected"));
+        gallery::tellError(
+            Gallery::tr("%1: no such argument is expected").arg(parser.positionalArguments().constFirst()));
         return 2;
     }
     if (!QDir(parser.value(data)).exists(QStringLiteral("profiles"))) {
-        gallery::tellError(parser.value(data) +
-                           QStringLiteral(": no example data, expected a directory with \"profiles\""));
+        gallery::tellError(
+            Gallery::tr("%1: no example data, expected a directory with \"profiles\"").arg(parser.value(data)));
         return 1;
     }
     QObject::connect(ADataManager::instance(), &ADataManager::error, &gallery::tellError);
@@ -115,13 +143,13 @@ int main(int argc, char **argv)
     {
         QTabWidget window;
         window.setWindowTitle(Gallery::tr("Gallery"));
-        window.resize(1000, 460);
         fillWindow(&window, parser.value(data));
+        window.resize(sizeOf(window));
         window.show();
         if (!parser.isSet(screenshot)) {
             status = QApplication::exec();
         } else if (!pictureOf(&window).save(parser.value(screenshot), "PNG")) {
-            gallery::tellError(parser.value(screenshot) + QStringLiteral(": can't be written"));
+            gallery::tellError(Gallery::tr("%1: can't be written").arg(parser.value(screenshot)));
         }
     }
     // The registry leaves its profiles alone when it goes, and clearing them leaves the objects to the event loop.

@@ -6,8 +6,6 @@
 #include <views/aremoveselectiondelegate.h>
 
 #include <QtGui/QStandardItemModel>
-#include <QtWidgets/QHeaderView>
-#include <QtWidgets/QTableView>
 
 namespace {
 
@@ -26,7 +24,7 @@ public:
 
         setModel(&m_table);
         setItemDelegateForColumn(0, new ARemoveSelectionDelegate(true, this)); // whose colour is to be seen
-        m_table.setHorizontalHeaderLabels({Gallery::tr("Colour"), Gallery::tr("Marker")});
+        m_table.setHorizontalHeaderLabels({Gallery::tr("Color"), Gallery::tr("Marker")});
         horizontalHeader()->setStretchLastSection(true);
         setEditTriggers(NoEditTriggers);
 

@@ -5,9 +5,7 @@
 
 #include <QtCore/QStringListModel>
 #include <QtWidgets/QHBoxLayout>
-#include <QtWidgets/QHeaderView>
 #include <QtWidgets/QPushButton>
-#include <QtWidgets/QTableView>
 
 #include <algorithm>
 #include <functional>
@@ -33,7 +31,8 @@ public:
                                          new AComboBoxDelegate(&m_types, 0, m_view));
         m_view->setSelectionBehavior(QTableView::SelectRows);
         m_view->horizontalHeader()->setStretchLastSection(true);
-        m_view->setColumnWidth(ATriggerActionListModel::ColumnType, 220);
+        m_view->horizontalHeader()->setHighlightSections(false); // of all columns, where whole rows are selected
+        gallery::fitColumnToEditors(m_view, ATriggerActionListModel::ColumnType);
         m_view->selectRow(0);
 
         auto *add = new QPushButton(Gallery::tr("Add"));

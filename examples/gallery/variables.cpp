@@ -3,8 +3,6 @@
 #include <views/aveldoranvariabledelegate.h>
 
 #include <QtGui/QStandardItemModel>
-#include <QtWidgets/QHeaderView>
-#include <QtWidgets/QTableView>
 
 // A table of device settings: the delegate is asked for both columns, and edits each value as its variable wants it.
 QWidget *gallery::makeVariablesTab()
@@ -25,6 +23,7 @@ QWidget *gallery::makeVariablesTab()
     auto *delegate = new AVeldoranVariableDelegate(view);
     delegate->setOptions(SpectrumAnalyser, true, true);
     view->setItemDelegate(delegate);
-    view->horizontalHeader()->setDefaultSectionSize(250);
+    for (int column = 0; column < model->columnCount(); ++column)
+        gallery::fitColumnToEditors(view, column);
     return view;
 }

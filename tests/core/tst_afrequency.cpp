@@ -76,6 +76,7 @@ void TestAFrequency::textsAreRead_data()
     QTest::newRow("unit") << QByteArray("5 MHz") << qint64(5000000);
     QTest::newRow("no blank") << QByteArray("5MHz") << qint64(5000000);
     QTest::newRow("many blanks") << QByteArray(" \t 5 \n MHz \r\n") << qint64(5000000);
+    QTest::newRow("rare blanks") << QByteArray("\v\f 5 \f\v MHz \f\v") << qint64(5000000);
     QTest::newRow("no unit") << QByteArray("5") << qint64(5);
     QTest::newRow("point") << QByteArray("2.4 GHz") << qint64(2400000000);
     QTest::newRow("comma") << QByteArray("2,4 GHz") << qint64(2400000000);

@@ -3,6 +3,7 @@
 
 #include <QtCore/QCryptographicHash>
 #include <QtCore/QDirIterator>
+#include <QtCore/QSettings>
 #include <QtCore/QTemporaryDir>
 #include <QtGui/QImage>
 #include <QtTest/QtTest>
@@ -23,7 +24,8 @@ constexpr Tab kTabs[] = {
     {"channels", 200, 50},  {"limits", 100, 10},   {"calibrations", 200, 10}, {"markers", 150, 50}, {"live", 300, 500},
     {"variables", 200, 10}, {"bookmarks", 80, 50}, {"triggers", 80, 10},      {"devices", 30, 10},
 };
-constexpr int kColumns = 3;
+constexpr int kColumns = 2;
+constexpr int kLines = (int(std::size(kTabs)) + kColumns - 1) / kColumns;
 
 QByteArray digestOf(const QString &directory)
 {
@@ -45,8 +47,18 @@ QImage viewOfTab(const QImage &picture, int tab)
 {
     constexpr int kBar = 40;
     const int width = picture.width() / kColumns;
-    const int height = picture.height() * kColumns / int(std::size(kTabs));
+    const int height = picture.height() / kLines;
     return picture.copy(tab % kColumns * width, tab / kColumns * height + kBar, width, height - kBar);
+}
+
+// In which the settings name a language.
+QProcessEnvironment environmentOf(const QString &language, const QTemporaryDir &directory)
+{
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("XDG_CONFIG_HOME", directory.path());
+    QSettings(directory.filePath("Unknown Organization/aveldoran-gallery.conf"), QSettings::NativeFormat)
+        .setValue("Application/Language", language);
+    return environment;
 }
 
 // How many lines of pixels are not of one colour.
@@ -71,7 +83,9 @@ class TestGallery : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void everyTabIsInThePicture_data();
     void everyTabIsInThePicture();
+    void theSettingsChooseTheLanguage();
     void theExampleDataStayAsTheyAre();
     void aPictureThatCanNotBeWrittenIsAnError();
     void missingDataAreAnError();
@@ -79,11 +93,23 @@ private Q_SLOTS:
     void furtherArgumentsAreRefused();
 };
 
+void TestGallery::everyTabIsInThePicture_data()
+{
+    QTest::addColumn<QString>("language");
+    QTest::addColumn<QString>("keptName");
+    QTest::newRow("English") << "en"
+                             << "gallery.png";
+    QTest::newRow("German") << "de"
+                            << "gallery_de.png";
+}
+
 void TestGallery::everyTabIsInThePicture()
 {
+    QFETCH(QString, language);
+    QFETCH(QString, keptName);
     QTemporaryDir directory;
     const QString file = directory.filePath("gallery.png");
-    const Run run = ::run({"--screenshot", file});
+    const Run run = ::run({"--screenshot", file}, {}, environmentOf(language, directory));
     QVERIFY2(run.exitStatus == 0, qPrintable(run.errors));
     const QImage picture(file);
     QVERIFY(!picture.isNull());
@@ -99,7 +125,16 @@ void TestGallery::everyTabIsInThePicture()
     }
     const QString kept = qEnvironmentVariable("AVELDORAN_PICTURE_DIR");
     if (!kept.isEmpty())
-        QVERIFY(picture.save(kept + "/gallery.png"));
+        QVERIFY(picture.save(kept + QLatin1Char('/') + keptName));
+}
+
+void TestGallery::theSettingsChooseTheLanguage()
+{
+    QTemporaryDir directory;
+    const Run english = ::run({"--screenshot", "/nowhere/gallery.png"}, {}, environmentOf("en", directory));
+    QVERIFY2(english.errors.contains("/nowhere/gallery.png: can't be written"), qPrintable(english.errors));
+    const Run german = ::run({"--screenshot", "/nowhere/gallery.png"}, {}, environmentOf("de", directory));
+    QVERIFY2(german.errors.contains("/nowhere/gallery.png: kann nicht geschrieben werden"), qPrintable(german.errors));
 }
 
 void TestGallery::theExampleDataStayAsTheyAre()
