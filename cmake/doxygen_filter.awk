@@ -1,14 +1,17 @@
 # Shows Doxygen the comments of a header as documentation: a block of "//" lines right above a declaration, and one
 # behind it. What follows the declaration without an empty line shares the block, unless it has a comment of its own. A
 # block with an empty line below it is a heading or a note to the reader of the file. What C++ and Qt say already needs no
-# comment in a header.
+# comment in a header. Each line keeps its number, for Doxygen's warnings.
 
 { line[NR] = $0 }
 /^class .* : public Q/ { has_qt_base = 1 }
 
 function is_comment(text) { return text ~ /^ *\/\// }
 
-function ends_paragraph(text) { return is_comment(text) || text ~ /^ *$/ || text ~ /^ *[{}#]/ || text ~ /[^:]:$/ }
+# A destructor shares no comment, least of all that of a constructor.
+function ends_paragraph(text) {
+    return is_comment(text) || text ~ /^ *$/ || text ~ /^ *[{}#]/ || text ~ /[^:]:$/ || text ~ /^ *(virtual )?~/
+}
 
 function with_documentation(text, is_shared) {
     if (text ~ / \/\/ / || is_shared)
@@ -44,17 +47,16 @@ function paragraph(first, block, behind, declarations, i) {
             ++declarations
     }
     if (block && declarations > 1)
-        print "///@{"
+        printf "/** @{ */"
     printf "%s", block
     for (i = first; i < behind; ++i)
         print with_documentation(line[i], block)
     if (block && declarations > 1)
-        print "///@}"
+        printf "/** @} */"
     return behind
 }
 
 END {
-    print "/** @file */"
     for (i = 1; i <= NR;) {
         block = ""
         for (; is_comment(line[i]); ++i)
@@ -70,4 +72,5 @@ END {
             i = paragraph(i, block)
         }
     }
+    print "/** @file */"
 }
