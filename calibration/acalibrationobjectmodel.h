@@ -30,6 +30,7 @@ public:
 
     // Without a parent numbers below 0 give the top item, too.
     QModelIndex index(int row, int column, const QModelIndex &parent = QModelIndex()) const override;
+
     QModelIndex parent(const QModelIndex &index) const override;
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
     int columnCount(const QModelIndex &parent = QModelIndex()) const override;

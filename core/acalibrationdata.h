@@ -43,7 +43,7 @@ public:
     // The table: gains in decibels, one for each frequency.
     const QMap<AFrequency, double> &level() const { return m_level; }
     void addLevel(const AFrequency &frequency, double gain); // replaces the entry of that frequency
-    void removeLevel(const AFrequency &frequency);
+    void removeLevel(const AFrequency &frequency);           // which need not be in the table
 
     // The gain at a frequency, linear over frequency between two entries. Outside the table it is the gain of the
     // nearest entry if `holdEnds` is set, else 0. An empty table gives 0.

@@ -58,7 +58,7 @@ public:
     // load() tells that it is not complete, and this document has all of them. False too if none is running, and if
     // the file was deleted or replaced meanwhile, while this document still has the records.
     bool finishRecording(QString *errorText = nullptr);
-    bool isRecording() const;
+    bool isRecording() const; // also after a record could not be written
 
     // Why records could not be written since startRecording(); empty as long as all were. A record that waits for the
     // end of the turn counts as soon as that was tried.

@@ -81,8 +81,8 @@ public:
     // milliseconds, with 0 one each turn of the event loop. Stops by itself after `count` numbers: stopped() comes one
     // interval after the last. A `count` below 0 goes on until stop(). What was running before is replaced.
     void start(int first, int count, int intervalMs);
-    void stop();
-    bool isRunning() const;
+    void stop();            // without stopped()
+    bool isRunning() const; // from start() to stopped() or stop()
 
 Q_SIGNALS:
     void gpsData(AGeoData geoData); // before the sweep of that number
