@@ -19,8 +19,8 @@ class QBitmap;
 // A rendered glyph or text. The points are the lit pixels, relative to the origin of the bounds, y counting upwards.
 struct LetterBits
 {
-    QRect bounds; // left 0, top 0, bottom 4; the right edge is -1 if there is no column
-    QList<QPoint> points;
+    QRect bounds;         // left 0, top 0, bottom 4; the right edge is -1 if there is no column
+    QList<QPoint> points; // each once, in no order to rely on
 };
 
 // The small monochrome picture that a device shows at start-up, one bit a pixel: read and written as the bit stream
@@ -38,6 +38,7 @@ public:
     explicit ABootlogoData(QObject *parent = nullptr);
     ~ABootlogoData() override;
 
+    // The size of the picture in pixels.
     int cols() const { return m_cols; }
     int rows() const { return m_rows; }
 
@@ -50,6 +51,7 @@ public:
     // emitted. Always true. Bytes beyond the 268,435,454th are dropped.
     bool loadBitstream(const QByteArray &data);
 
+    // The picture with its top row first, as bitmaps have it. Null if it has no pixels.
     QBitmap toBitmap() const;
 
     // Scales the bitmap to the size of the picture. Always true; a null bitmap gives a clear picture.
@@ -97,9 +99,9 @@ public Q_SLOTS:
     void resize(int cols, int rows);
 
 Q_SIGNALS:
-    void pixelChanged(int col, int row);
-    void imageResized(int cols, int rows);
-    void imageReset(); // anything may have changed
+    void pixelChanged(int col, int row);   // one was painted, be its state another or not
+    void imageResized(int cols, int rows); // imageReset() follows
+    void imageReset();                     // anything may have changed
 
 private:
     Q_DISABLE_COPY(ABootlogoData)

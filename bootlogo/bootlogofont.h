@@ -20,6 +20,7 @@ struct FontLetter
 
 extern AVELDORAN_DATA_EXPORT const FontLetter font_alphabet[43]; // in the order of the records below
 
+// The glyph of a letter or a digit, or of the sign that the name says.
 extern AVELDORAN_DATA_EXPORT const FontLetter letter_A;
 extern AVELDORAN_DATA_EXPORT const FontLetter letter_B;
 extern AVELDORAN_DATA_EXPORT const FontLetter letter_C;

@@ -21,6 +21,7 @@ class AVELDORAN_DATA_EXPORT ACalibrationObjectModel : public QAbstractItemModel
     Q_OBJECT
 
 public:
+    // What data() has besides Qt's own roles.
     enum Roles
     {
         LevelRole = Qt::UserRole // int: 0 the top item, 1 a type, 2 an object, 3 a row of its table
@@ -30,6 +31,7 @@ public:
 
     // Without a parent numbers below 0 give the top item, too.
     QModelIndex index(int row, int column, const QModelIndex &parent = QModelIndex()) const override;
+
     QModelIndex parent(const QModelIndex &index) const override;
     int rowCount(const QModelIndex &parent = QModelIndex()) const override;
     int columnCount(const QModelIndex &parent = QModelIndex()) const override;
@@ -50,6 +52,7 @@ public:
     // hertz to the whole hertz.
     bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
 
+    // Of the two columns, frequency and gain; the others as Qt numbers them.
     QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
 
     // Removes entries of a table, or objects: of several objects at once only every second one, so remove them one by
@@ -57,6 +60,7 @@ public:
     // and has entries all the same, which go without a word about rows.
     bool removeRows(int row, int count, const QModelIndex &parent = QModelIndex()) override;
 
+    // Only the rows of a table are editable in a view; setData() renames objects all the same.
     Qt::ItemFlags flags(const QModelIndex &index) const override;
 
     ACalibrationData getCalObject(const QModelIndex &index) const; // default-constructed for what is no object's index
@@ -65,7 +69,7 @@ public:
     QModelIndex indexForObject(ACalibrationData object) const;
 
 protected Q_SLOTS:
-    void reload();
+    void reload(); // resets the model, unless rows are being removed
 
 private:
     struct Node;

@@ -36,6 +36,7 @@ public:
         AutoChannel = 32, // a channel generated from a definition
     };
 
+    // What data() and setData() take, and AChannelInfoModel shows.
     enum Columns
     {
         ColumnName,
@@ -70,12 +71,14 @@ public:
     // Takes ownership of a node that stands in no other list of children. Does nothing if it is a child already.
     void appendChild(AChannelInfo *child);
 
+    // The place in the tree; a root has no parent.
     AChannelInfo *parent() const { return m_parent; }
     AChannelInfo *child(int row) { return m_children.at(row); } // `row` must be below childCount()
     int childCount() const { return m_children.size(); }
     int row() const; // 0 without a parent, -1 if the parent doesn't list the node; not searched from the front
     int columnCount() const;
 
+    // The fields of this node alone; setData() changes them.
     AFrequency beginFrequency() const { return m_beginFrequency; }
     AFrequency endFrequency() const { return m_endFrequency; }
     const QString &label() const { return m_label; }
@@ -92,6 +95,7 @@ public:
     // Whether any node strictly below this one has a type that shares a bit with `mask`.
     bool hasChildsWithType(RangeType mask) const;
 
+    // "Generic" to "AutoChannel", not translated; "unknown" for a number that is no RangeType.
     static QString mapTypeToString(int type);
 
     QVariant data(int column) const; // invalid for a column that doesn't exist
@@ -99,6 +103,8 @@ public:
     // In the frequency columns a double is megahertz, an integer hertz, and anything else a text. A type that doesn't
     // exist is stored as Generic. Columns that don't exist or can't be written are ignored.
     void setData(Columns column, QVariant value);
+
+    // Replaces all of them. Channels that were made of the old ones stay.
     void setChannelDefinitions(QList<Definition> definitions);
 
     // Equal ranges with equal children in any order; a tree with unexpanded definitions equals the same tree

@@ -35,6 +35,7 @@ public:
     // names of nodes below a renamed one change without a signal.
     bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
 
+    // The columns have names; all but ColumnQualifiedName and ColumnAutoChannelDefinition are editable.
     QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
     Qt::ItemFlags flags(const QModelIndex &index) const override;
 

@@ -13,11 +13,11 @@
 // One allocation, in one direction.
 struct EfisEntry
 {
-    AFrequency begin;
-    AFrequency end;
-    QString name;
+    AFrequency begin;  // both edges 0 until parseEfisFrequencyRange() has filled them
+    AFrequency end;    // likewise
+    QString name;      // as the line has it
     int direction = 0; // 0 none, 1 uplink, 2 downlink
-    int reserved = 0;
+    int reserved = 0;  // not read or written
 };
 
 // The fields of a line: split at every semicolon, also inside quotes, then each without a quote at its begin and one at

@@ -16,6 +16,9 @@ endif()
 add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Werror)
 add_compile_definitions(QT_DEPRECATED_WARNINGS QT_NO_FOREACH QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING)
 
+# What is looked up while a program is loaded can be read-only from then on.
+add_link_options(-Wl,-z,relro,-z,now)
+
 # Debian keeps libraries in a directory of their architecture, below /usr and /usr/local alike.
 if(EXISTS /etc/debian_version AND CMAKE_LIBRARY_ARCHITECTURE)
     set(CMAKE_INSTALL_LIBDIR lib/${CMAKE_LIBRARY_ARCHITECTURE} CACHE PATH "Where libraries are installed, below the prefix")

@@ -14,6 +14,7 @@
 class AVELDORAN_CORE_EXPORT ACalibrationData
 {
 public:
+    // What an object is in the path of the signal.
     enum CalibrationType
     {
         Preamplifier = 0,
@@ -34,13 +35,15 @@ public:
     bool operator==(const ACalibrationData &other) const;
     bool operator!=(const ACalibrationData &other) const { return !(*this == other); }
 
+    // The label is what the registry and users know an object by; the type can't be changed.
     const QString &label() const { return m_label; }
     void setLabel(const QString &label) { m_label = label; }
     CalibrationType type() const { return m_type; }
 
+    // The table: gains in decibels, one for each frequency.
     const QMap<AFrequency, double> &level() const { return m_level; }
     void addLevel(const AFrequency &frequency, double gain); // replaces the entry of that frequency
-    void removeLevel(const AFrequency &frequency);
+    void removeLevel(const AFrequency &frequency);           // which need not be in the table
 
     // The gain at a frequency, linear over frequency between two entries. Outside the table it is the gain of the
     // nearest entry if `holdEnds` is set, else 0. An empty table gives 0.

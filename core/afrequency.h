@@ -12,6 +12,7 @@
 class AVELDORAN_CORE_EXPORT AFrequency
 {
 public:
+    // What a number counts.
     enum Unit
     {
         NoUnit = 0, // "choose one" in formatString, "none recognised" from unitForSuffix, hertz everywhere else
@@ -46,10 +47,9 @@ public:
         return frequency;
     }
 
-    // The value in `unit`, cut towards zero.
-    long long intValue(Unit unit) const noexcept;
-    double floatValue(Unit unit) const noexcept;
-    bool isNull() const noexcept { return m_hertz == 0 && m_fraction == 0.0; }
+    long long intValue(Unit unit) const noexcept; // in `unit`, cut towards zero
+    double floatValue(Unit unit) const noexcept;  // in `unit`, rounded to the nearest double
+    bool isNull() const noexcept { return m_hertz == 0 && m_fraction == 0.0; } // 0 Hz
 
     // The whole hertz as a plain decimal number without a unit.
     QString toString() const;
@@ -61,6 +61,7 @@ public:
     // whole hertz (1000000.75 Hz is "1.000001 MHz"); from 2^52 Hz on they are cut off.
     QString formatString(const QString &format, Unit unit, int fieldWidth, char numberFormat, int precision) const;
 
+    // formatString("%1 %2", NoUnit, 0, 'f', -1), such as "2400.000000 MHz".
     QString canonicalText() const;
 
     // MHz from 1 MHz on, kHz from 1 kHz on, else Hz, by magnitude. Never GHz: six decimals of a megahertz are whole
@@ -70,6 +71,7 @@ public:
     static const char *suffixForUnit(Unit unit) noexcept; // "Hz" ... "GHz", "" for any other value
     static Unit unitForSuffix(const char *text) noexcept; // of "MHz" or "5 MHz"; NoUnit if none is recognised
 
+    // Exact, but for the rounding of fractions. Beyond the 64-bit range they stay at its edge.
     AFrequency &operator+=(const AFrequency &other) noexcept;
     AFrequency &operator-=(const AFrequency &other) noexcept;
     AFrequency operator+(const AFrequency &other) const noexcept { return AFrequency(*this) += other; }

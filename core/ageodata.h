@@ -15,8 +15,8 @@
 class AVELDORAN_CORE_EXPORT AGeoData
 {
 public:
-    int source = 0; // carried along, never read by the library
-    QDateTime recordTime;
+    int source = 0;           // carried along, never read by the library
+    QDateTime recordTime;     // invalid if the record has none
     float latitude = 0.0F;    // NMEA degrees and minutes (ddmm.mmmm, south and west negative) as a logger or a replay
     float longitude = 0.0F;   // delivers them, decimal degrees once a processor has taken the record in
     quint8 fix = 0;           // carried along likewise; from a logger the fix's quality, 1 if it didn't say
@@ -27,8 +27,8 @@ public:
     float accelerometer[3] = {}; // the pull of gravity in any unit: (0, 0, 1) in a level vehicle
     float magnetometer[3] = {};  // the earth's magnetic field in any unit
     float gyroscope[3] = {};     // radians per second, clockwise when seen along the axis
-    QString recordName;
-    QString description; // HTML
+    QString recordName;          // what a viewer calls the point
+    QString description;         // HTML
 
     // A latitude and longitude of 0: the record holds no position.
     bool isEmpty() const noexcept { return latitude == 0.0F && longitude == 0.0F; }

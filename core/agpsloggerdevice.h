@@ -52,6 +52,7 @@ public:
     void setChipinfo(const AVeldoranChipInformation &chipInformation);
 
 Q_SIGNALS:
+    // One record, with its coordinates in the NMEA form.
     void gpsRecordRead(AGeoData record);
 
     // The end of the input was reached, after its last record.

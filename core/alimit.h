@@ -29,19 +29,19 @@ public:
     // governs nothing.
     struct Section
     {
-        AFrequency begin;
-        AFrequency end;
-        double beginValue = 0.0;
-        double endValue = 0.0;
-        unsigned int interpolation = Linear;
+        AFrequency begin;                    // included
+        AFrequency end;                      // included
+        double beginValue = 0.0;             // at the begin, in the limit's unit
+        double endValue = 0.0;               // at the end, likewise
+        unsigned int interpolation = Linear; // between the two
     };
 
     // A point of the curve; its interpolation governs up to the next level.
     struct Level
     {
-        AFrequency frequency;
-        double value = 0.0;
-        unsigned int interpolation = Step;
+        AFrequency frequency;              // where the value is reached
+        double value = 0.0;                // in the limit's unit
+        unsigned int interpolation = Step; // up to the next level
     };
 
     // No name and no curve, 0 to 30 GHz, in the unit that is meant by a limit file that names none.
@@ -50,7 +50,7 @@ public:
 
     virtual bool contains(const AFrequency &frequency) const; // in the range, both edges included
 
-    virtual QString name() const;
+    virtual QString name() const; // by which users and ADataManager know it
 
     // The limit at a frequency, in the limit's unit. The first section that holds the frequency governs; without one,
     // the levels: between two of them the interpolation of the left one, from the begin of the range to the first and
@@ -59,6 +59,7 @@ public:
     // O(log n), except for the first call after a change of the curve, which sorts it.
     virtual double valueAt(const AFrequency &frequency, bool *ok) const;
 
+    // What the file or the setters have said, as it stands.
     virtual AFrequency begin() const;
     virtual AFrequency end() const;
     virtual QString description() const;
@@ -67,9 +68,11 @@ public:
     QString unit() const; // as in the file: mostly the number of a unit
     int unitId() const;   // the number of the unit; 0 for a text that is neither a number nor the symbol of a unit
 
-    const QVector<Section> &sections() const; // in document order, as the levels
+    // The curve in document order.
+    const QVector<Section> &sections() const;
     const QVector<Level> &levels() const;
 
+    // None of them tests what it is given: valueAt() and contains() make the best of it.
     void setName(const QString &name);
     void setRange(const AFrequency &begin, const AFrequency &end);
     void setUnit(const QString &unit);

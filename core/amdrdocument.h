@@ -21,6 +21,7 @@ class AVELDORAN_CORE_EXPORT AMdrDocument : public QObject
     Q_OBJECT
 
 public:
+    // What a record is.
     enum RecordType
     {
         SweepRecord,
@@ -28,8 +29,8 @@ public:
         OtherRecord, // of a later program; kept by save()
     };
 
-    explicit AMdrDocument(QObject *parent = nullptr);
-    ~AMdrDocument() override; // ends a running recording
+    explicit AMdrDocument(QObject *parent = nullptr); // empty
+    ~AMdrDocument() override;                         // ends a running recording
 
     // Replaces the content by that of a file, whose checksums are all tested. The file stays open and must not be
     // changed in place; replacing or deleting it does no harm.
@@ -57,7 +58,7 @@ public:
     // load() tells that it is not complete, and this document has all of them. False too if none is running, and if
     // the file was deleted or replaced meanwhile, while this document still has the records.
     bool finishRecording(QString *errorText = nullptr);
-    bool isRecording() const;
+    bool isRecording() const; // also after a record could not be written
 
     // Why records could not be written since startRecording(); empty as long as all were. A record that waits for the
     // end of the turn counts as soon as that was tried.
@@ -73,7 +74,7 @@ public:
     // A device that says again what the recorded one said; the caller owns it. Null for a recording that names none.
     AVeldoranDevice *createDevice() const;
 
-    int sweepCount() const;
+    int sweepCount() const; // of them, recordOfSweep() takes 0 to below it
 
     // All records in recorded order; `record` is from 0 to below recordCount().
     int recordCount() const;

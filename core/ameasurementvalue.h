@@ -12,14 +12,15 @@ struct emu_entry;
 class AVELDORAN_CORE_EXPORT AMeasurementValue
 {
 public:
-    quint64 leading = 0; // an application's own number, usually 0
-    quint8 unit = 0;     // the id of an emu_entry
-    quint8 reserved = 0; // copied with the record
-    AFrequency frequency;
+    quint64 leading = 0;   // an application's own number, usually 0
+    quint8 unit = 0;       // the id of an emu_entry
+    quint8 reserved = 0;   // copied with the record
+    AFrequency frequency;  // where it was measured
     double level = 0.0;    // in `unit`
     double trailing = 0.0; // a further number, independent of `unit`, usually 0
 
     constexpr AMeasurementValue() noexcept = default;
+    // `leadingNumber` and `trailingNumber` are 0 where the application has no use for them.
     AMeasurementValue(double levelInUnit, unsigned char unitId, const AFrequency &atFrequency,
                       unsigned int leadingNumber, double trailingNumber) noexcept;
 

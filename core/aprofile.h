@@ -16,6 +16,7 @@ class AVELDORAN_CORE_EXPORT AProfile : public QObject
     Q_OBJECT
 
 public:
+    // Bits of flags().
     enum Flag : unsigned int
     {
         InstalledProfile = 1,     // from the installed, read-only location
@@ -46,19 +47,21 @@ public:
     // Why the profile is not valid, with the line where there is one; for a valid one empty.
     QString errorText() const;
 
-    unsigned int flags() const; // Flag bits; after reading none but DerivedProfile
+    // After reading none but DerivedProfile, which setFlags() leaves to the id.
+    unsigned int flags() const;
     void setFlags(unsigned int flags);
 
     // The name that was given to fromFile; absolute for a file found in a directory. No save changes it.
     QString source() const;
 
-    QString id() const;
+    QString id() const; // by which ADataManager knows the profile
 
     // The text for a language such as "de_AT": of that language, else of its part before "_", else the one without a
     // language, else the first. Empty if there is none.
     QString label(const QString &language) const;
     QString description(const QString &language) const;
 
+    // The range of the whole plan.
     AFrequency begin() const;
     AFrequency end() const;
 
@@ -77,7 +80,7 @@ public:
     // deep, itself included, is refused: the old one stays, and saving fails until another is set.
     void setChannelData(const QDomElement &channels);
 
-    void setShowInChannelList(bool show);
+    void setShowInChannelList(bool show); // as the other setters, it sets ModifiedProfile
 
     // Replaces the file in one step: on failure the old file is whole, and the result is false. Also false for a
     // profile that could not be read, for a channel section that was refused, and for one that XML can't hold.

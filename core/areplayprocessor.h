@@ -42,7 +42,7 @@ public:
     bool isPlaying() const; // until playbackStopped()
 
 Q_SIGNALS:
-    void gpsData(AGeoData geoData);
+    void gpsData(AGeoData geoData); // a position record, as it was recorded
 
     // True once the last record was delivered. False if the replay had to stop before: there is no document, or it was
     // deleted or loaded anew, `first` or `last` was given and the range holds no sweep, a record could not be read, or

@@ -14,6 +14,7 @@ public:
     // The setting "Application/Language", else the system locale's name, such as "de_AT".
     static QString language();
 
+    // Of applicationSettings(); a "/" in a key separates its groups.
     static QVariant value(const QString &key, const QVariant &defaultValue = QVariant());
     static void setValue(const QString &key, const QVariant &value);
 

@@ -18,20 +18,22 @@ class AVELDORAN_CORE_EXPORT ASimulatedDevice : public ASweepProcessor, public AV
     Q_OBJECT
 
 public:
+    // A transmitter beside the way.
     struct Carrier
     {
-        AFrequency frequency;
-        AFrequency width;   // between the points 3 dB below its peak; below one point, that of a point
-        double level = 0.0; // dBm, at a distance of 100 m
-        double east = 0.0;  // where the transmitter stands: metres from the middle of the drive
-        double north = 0.0;
+        AFrequency frequency; // of its peak
+        AFrequency width;     // between the points 3 dB below its peak; below one point, that of a point
+        double level = 0.0;   // dBm, at a distance of 100 m
+        double east = 0.0;    // where the transmitter stands: metres from the middle of the drive
+        double north = 0.0;   // likewise
     };
 
+    // Where the vehicle is at a time.
     struct TrackPoint
     {
-        double seconds = 0.0; // from the begin of sweep 0 on
-        double latitude = 0.0;
-        double longitude = 0.0; // both in decimal degrees
+        double seconds = 0.0;   // from the begin of sweep 0 on
+        double latitude = 0.0;  // decimal degrees
+        double longitude = 0.0; // likewise
         double altitude = 0.0;  // metres
     };
 
@@ -51,14 +53,17 @@ public:
     // The chip under which a list of devices shows a simulated one.
     static AVeldoranChipInformation simulatedChip();
 
-    quint32 seed() const;
+    quint32 seed() const; // as given to the constructor
 
     // At least 2 points, at most a million; an end below the begin counts as the begin. The carriers are chosen anew.
     void setRange(const AFrequency &begin, const AFrequency &end, int pointCount);
 
     void setNoiseFloor(double level); // dBm, the mean of the noise in one point
+
+    // Until setRange() or setTrack() chooses others.
     void setCarriers(const QVector<Carrier> &carriers);
     QVector<Carrier> carriers() const;
+
     void setBegin(const QDateTime &begin, int sweepIntervalMs); // of sweep 0; an interval below 1 counts as 1
 
     // Drives along a track, straight from point to point, instead of around the town; before the first and behind the
@@ -76,12 +81,12 @@ public:
     // milliseconds, with 0 one each turn of the event loop. Stops by itself after `count` numbers: stopped() comes one
     // interval after the last. A `count` below 0 goes on until stop(). What was running before is replaced.
     void start(int first, int count, int intervalMs);
-    void stop();
-    bool isRunning() const;
+    void stop();            // without stopped()
+    bool isRunning() const; // from start() to stopped() or stop()
 
 Q_SIGNALS:
-    void gpsData(AGeoData geoData);
-    void stopped(); // after the last sweep, not after stop()
+    void gpsData(AGeoData geoData); // before the sweep of that number
+    void stopped();                 // after the last sweep, not after stop()
 
 private:
     void deliverNext();

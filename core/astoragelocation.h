@@ -9,6 +9,7 @@
 class AVELDORAN_CORE_EXPORT AStorageLocation
 {
 public:
+    // Which root.
     enum StorageType : int
     {
         Installed = 0,

@@ -14,12 +14,15 @@ class AVELDORAN_CORE_EXPORT ASweep
 public:
     QList<AMeasurementValue> values; // in ascending frequency
 
+    // Times that are not known are invalid.
     ASweep(const QList<AMeasurementValue> &values = {}, const QDateTime &start = {}, const QDateTime &stop = {});
 
+    // When the measurement began and ended.
     QDateTime startTime() const { return m_start; }
     QDateTime stopTime() const { return m_stop; }
 
-    AGeoData geoData() const { return m_geoData; } // empty until it is set
+    // Where the sweep was measured; empty until it is set.
+    AGeoData geoData() const { return m_geoData; }
     void setGeoData(const AGeoData &geoData) { m_geoData = geoData; }
 
     // The value of the highest and of the lowest level, compared as the levels stand; on equal levels the one of the

@@ -18,6 +18,7 @@ class AVELDORAN_CORE_EXPORT ASweepProcessor : public QObject
     Q_OBJECT
 
 public:
+    // By how much narrow peaks are lowered.
     enum PeakSuppressionMode
     {
         Suppression10 = 0,     // narrow peaks are lowered by up to 10 dB
@@ -39,7 +40,6 @@ public:
 
     // NoSuppression at first; any other number counts as that.
     void setPeakSuppression(ASweepProcessor::PeakSuppressionMode mode);
-
     PeakSuppressionMode peakSuppressionMode() const;
     QString peakSuppressionFile() const; // the name as it was given, also if it could not be read
 

@@ -32,17 +32,21 @@ public:
     ATriggerAction &operator=(const ATriggerAction &other);
     ~ATriggerAction();
 
+    // Exchanges two actions at the cost of a pointer.
     void swap(ATriggerAction &other) noexcept { d.swap(other.d); }
 
+    // What to do. Changing it leaves the text.
     TriggerActionType type() const;
     void setType(TriggerActionType type);
 
+    // The text, which the type gives a meaning.
     QString data() const;
     void setData(const QString &data);
 
     // The translated names of the types, each at the position that is its type; no two are equal.
     static QStringList actionNames();
 
+    // Equal type and text.
     bool operator==(const ATriggerAction &other) const;
     bool operator!=(const ATriggerAction &other) const { return !(*this == other); }
 

@@ -9,13 +9,14 @@
 class AVELDORAN_CORE_EXPORT AVeldoranChipInformation
 {
 public:
-    int id = 0;          // vendorId * 65536 + productId, in 32 bits
-    QString name;        // the serial number; that of one channel of a chip with two ends in "A" or "B"
-    QString description; // the product text; that of one channel of a chip with two ends in " A" or " B"
-    unsigned short vendorId = 0;
-    unsigned short productId = 0;
-    quint32 location = 0; // bus number * 256 + device number; 0 for not known
+    int id = 0;                   // vendorId * 65536 + productId, in 32 bits
+    QString name;                 // the serial number; that of one channel of a chip with two ends in "A" or "B"
+    QString description;          // the product text; that of one channel of a chip with two ends in " A" or " B"
+    unsigned short vendorId = 0;  // as the USB descriptor has it
+    unsigned short productId = 0; // likewise
+    quint32 location = 0;         // bus number * 256 + device number; 0 for not known
 
+    // The `id` of a chip with these two, negative for a vendor from 0x8000 on.
     static int idOf(unsigned short vendorId, unsigned short productId) noexcept;
 };
 

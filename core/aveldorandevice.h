@@ -56,13 +56,13 @@ public:
 
     AVeldoranDevice();
 
-    virtual QString customOptionText() const;         // the printed text of CustomOption
-    virtual int hardwareRevision() const;             // the generation of the hardware, from 1; 0 if not known
-    virtual bool isReady() const;                     // open, and has answered
-    virtual QStringList informationList() const;      // at least 7 texts, see Information
-    virtual quint16 optionMask() const;               // AVeldoranFeature bits
-    virtual bool hasCapability(int capability) const; // of one Capability bit
-    virtual AVeldoranChipInformation chipInformation() const;
+    virtual QString customOptionText() const;                 // the printed text of CustomOption
+    virtual int hardwareRevision() const;                     // the generation of the hardware, from 1; 0 if not known
+    virtual bool isReady() const;                             // open, and has answered
+    virtual QStringList informationList() const;              // at least 7 texts, see Information
+    virtual quint16 optionMask() const;                       // AVeldoranFeature bits
+    virtual bool hasCapability(int capability) const;         // of one Capability bit
+    virtual AVeldoranChipInformation chipInformation() const; // by which lists of devices find it
 
     // Takes the device out of AVeldoranFactory::openDevices(). Doesn't delete its GPS device.
     virtual ~AVeldoranDevice();

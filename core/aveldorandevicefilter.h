@@ -15,6 +15,7 @@
 class AVELDORAN_CORE_EXPORT AVeldoranDeviceFilter
 {
 public:
+    // What a chip belongs to.
     enum Kind : unsigned int
     {
         Analyser = 1,
@@ -28,7 +29,7 @@ public:
 
     // Looks at the vendor and the product id alone, and at the setting as it is now.
     virtual bool accepts(const AVeldoranChipInformation &chip) const;
-    bool acceptsSimulated() const;
+    bool acceptsSimulated() const; // whether the list ends with a simulated analyser
 
     static unsigned int kindsOf(unsigned short vendorId, unsigned short productId); // Kind bits
 

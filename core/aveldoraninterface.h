@@ -8,6 +8,7 @@ class AVeldoranDevice;
 class AVELDORAN_CORE_EXPORT AVeldoranInterface
 {
 public:
+    // The device has to live as long as device() is used.
     explicit AVeldoranInterface(AVeldoranDevice *device = nullptr) noexcept;
     virtual ~AVeldoranInterface();
 
@@ -15,6 +16,7 @@ public:
     AVeldoranDevice *device() const noexcept { return m_device; }
 
 protected:
+    // Deletes neither device.
     void setDevice(AVeldoranDevice *device) noexcept { m_device = device; }
 
 private:

@@ -25,10 +25,10 @@ struct device_variable_desc
         Internal = 0x1000,    // for service programs, not to be offered to a user
     };
 
-    quint16 identifier; // from 1 on, one variable each
-    quint32 deviceMask; // VeldoranDeviceType bits: the devices that have the variable
-    char name[32];      // zero-terminated
-    quint16 flags;
+    quint16 identifier;      // from 1 on, one variable each
+    quint32 deviceMask;      // VeldoranDeviceType bits: the devices that have the variable
+    char name[32];           // zero-terminated
+    quint16 flags;           // Flag bits
     const char *enumeration; // "key:label;key:label", the keys decimal numbers; null if there is none
     const char *description; // what it sets, with its unit if it is a plain number
 };

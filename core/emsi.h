@@ -7,7 +7,7 @@
 // the library.
 struct emsi_unit
 {
-    long double factor;
+    long double factor;     // a power of a thousand
     const char32_t *prefix; // "f" to "T" in steps of a thousand; empty for the factor 1
 };
 

@@ -23,6 +23,7 @@ constexpr long double kFreeSpaceImpedanceOhm = 376.73L;
 //   3 dBmV     7 dBmW/m²  11 W/m²      15 A/m
 struct emu_entry
 {
+    // What a unit measures.
     enum Family
     {
         VoltageAndPower,
@@ -30,7 +31,7 @@ struct emu_entry
         Ratio
     };
 
-    int id;
+    int id;               // from 0 to below kEmuCount, as files have it
     int logarithmic;      // 0 for a linear unit
     const char32_t *name; // the symbol, such as "dBµV"
     int linear;           // the id of the linear counterpart; a linear unit's own id

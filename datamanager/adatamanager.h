@@ -42,8 +42,8 @@ public:
     // Reads a file or the profiles of a directory and tells how many were taken over. What can't be read is skipped.
     int addProfilePath(const QString &path, AProfile::Flag flag);
 
-    QList<AProfile *> getProfiles() const; // by ascending id; null for one that a reload could not read
-    AProfile *getProfileForId(const QString &id) const;
+    QList<AProfile *> getProfiles() const;              // by ascending id; null for one that a reload could not read
+    AProfile *getProfileForId(const QString &id) const; // null if there is none
 
     // The first by ascending id whose label equals `label`, or with `exact` false holds it in upper or lower case.
     AProfile *getProfileForLabel(const QString &label, bool exact) const;
@@ -122,6 +122,7 @@ public:
     const AChannelInfo *getChannelInfoForProfile(const QString &id) const;
     const AChannelInfo *getChannelInfoForProfile(const AProfile *profile) const;
 
+    // Deletes all below the root. The next change of a profile builds the tree anew, if it has been built once.
     void clearChannelInfoData();
 
 public Q_SLOTS:
@@ -139,7 +140,7 @@ Q_SIGNALS:
 
 protected Q_SLOTS:
     void updateFile(QString filename); // a watched file was changed or deleted
-    void watchFile(QString filename);
+    void watchFile(QString filename);  // once: a file that is watched already stays so
 
 private:
     Q_DISABLE_COPY(ADataManager)

@@ -22,7 +22,7 @@ public:
     explicit ADisplayValueCache(int count, QObject *parent = nullptr); // that many empty ones
     ~ADisplayValueCache() override;
 
-    int count() const;
+    int count() const; // of columns
 
     // New columns are empty, those that stay keep their values. A count below 0 counts as 0.
     void resize(int count);

@@ -40,9 +40,9 @@ public:
     {
         AGeoData geoData;          // with a description whose table is still open (see completeWaypoint())
         float heading = 0.0F;      // degrees; 0 if the record has none
-        AMeasurementValue minimum; // the three are in the display unit
-        AMeasurementValue maximum;
-        AMeasurementValue average;
+        AMeasurementValue minimum; // in the display unit
+        AMeasurementValue maximum; // likewise
+        AMeasurementValue average; // likewise; at the frequency of the sweep's first value
     };
 
     // What placemarks are called. They have a name if any bit is set, be it one without a meaning.
@@ -61,8 +61,8 @@ public:
         Pressure = 4,
     };
 
-    explicit AGeoDataProcessor(QObject *parent = nullptr);
-    ~AGeoDataProcessor() override; // releases the waypoints
+    explicit AGeoDataProcessor(QObject *parent = nullptr); // without positions and sweeps
+    ~AGeoDataProcessor() override;                         // releases the waypoints
 
     // Waypoint intake
 
@@ -176,20 +176,20 @@ Q_SIGNALS:
 protected Q_SLOTS:
     // Stores a record whose position is in the NMEA form, as decimal degrees.
     void addNmeaRecord(AGeoData record);
-    void finishNmeaProcessing();
+    void finishNmeaProcessing(); // ends the intake, as the timer does
     // Takes a sweep in; its position is converted in place, so that the sender sees that too.
     void addSweep(ASweep &sweep);
-    void mdrFinished(bool status);
+    void mdrFinished(bool status); // ends the replay, with mdrProcessingFinished()
 
 protected:
-    QDomDocument m_gpxDocument;
+    QDomDocument m_gpxDocument;              // the one that was read last
     QMap<QDateTime, AGeoData *> m_waypoints; // by time, several of one time with the latest first; owned
-    QList<ASweep> m_sweeps;
-    QList<KmlRelevantData> m_kmlData;
-    QTimer m_nmeaTimer;
-    AMeasurementValue m_minimum;
-    AMeasurementValue m_maximum;
-    bool m_mdrRunning = false; // a replay runs; for derived classes, this one doesn't read it
+    QList<ASweep> m_sweeps;                  // of all replays, with the positions that they were given
+    QList<KmlRelevantData> m_kmlData;        // of processMeasurementData()
+    QTimer m_nmeaTimer;                      // runs while the intake waits for the next record
+    AMeasurementValue m_minimum;             // of the whole recording, in the display unit
+    AMeasurementValue m_maximum;             // likewise
+    bool m_mdrRunning = false;               // a replay runs; for derived classes, this one doesn't read it
 
 private:
     Q_DISABLE_COPY(AGeoDataProcessor)

@@ -62,6 +62,7 @@ public:
     bool saveToFile(const QString &fileName);
 
 Q_SIGNALS:
+    // Before the failed operation returns, with a message for the user that names the file.
     void loadError(const QString &msg);
     void saveError(const QString &msg);
 

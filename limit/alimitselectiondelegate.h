@@ -12,6 +12,7 @@ class AVELDORAN_DATA_EXPORT ALimitSelectionDelegate : public QStyledItemDelegate
     Q_OBJECT
 
 public:
+    // The labels by the numbers that cells hold.
     explicit ALimitSelectionDelegate(const QMap<unsigned int, QString> &labels, QObject *parent = nullptr);
     ~ALimitSelectionDelegate() override;
 

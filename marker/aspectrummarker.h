@@ -32,6 +32,7 @@ public:
         TypeCal = 7   // likewise
     };
 
+    // What decides where on the trace the marker stands.
     enum Scope : int
     {
         ScopeTrace = 0,    // ranges over the whole trace
@@ -65,7 +66,7 @@ public:
     // for valueAsString and deltaAsString.
     virtual QStringList labelItems(const emu_entry *unit, const emsi_unit *scale) const;
 
-    Scope scope() const;
+    Scope scope() const;       // follows the type
     bool isPersistent() const; // of the obsolete kinds, which once held their peak
 
     // For a marker of a list, type, trace and index belong to the list: ASpectrumMarkerList::changeMarkerType and
@@ -77,10 +78,15 @@ public:
     int index() const; // from 0 among the markers of one type
     void setIndex(int index);
 
+    // What the marker picked up last: of a marker in a list set by updateMarkerValues(), empty before.
     const AMeasurementValue &value() const;
     void setValue(const AMeasurementValue &value);
+
+    // Where TypeStd and TypeCal read the trace from the next update on.
     AFrequency targetFrequency() const;
     void setTargetFrequency(const AFrequency &frequency);
+
+    // For the view alone.
     DisplayOptions displayOptions() const;
     void setDisplayOptions(DisplayOptions options);
 
@@ -88,7 +94,8 @@ public:
     ASpectrumMarker *referenceMarker() const;
     void setReferenceMarker(ASpectrumMarker *marker);
 
-    bool isEnabled() const; // a marker that is not counts in no sum
+    // A marker that is not enabled counts in no sum.
+    bool isEnabled() const;
     void setEnabled(bool enabled);
 
     // A level with two decimals in the default locale, converted to `unit` (null: the value's own) and divided by the

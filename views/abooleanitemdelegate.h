@@ -12,6 +12,7 @@ class AVELDORAN_DATA_EXPORT ABooleanItemDelegate : public QStyledItemDelegate
 
 public:
     explicit ABooleanItemDelegate(QObject *parent = nullptr); // "True" and "False" in the language of that moment
+    // Texts of the application's own, which stay as they are when the language changes.
     ABooleanItemDelegate(const QString &trueText, const QString &falseText, QObject *parent = nullptr);
     ~ABooleanItemDelegate() override;
 
@@ -27,6 +28,7 @@ public:
     void updateEditorGeometry(QWidget *editor, const QStyleOptionViewItem &option,
                               const QModelIndex &index) const override;
 
+    // One of the two texts, for what QVariant::toBool() makes of the value.
     QString displayText(const QVariant &value, const QLocale &locale) const override;
 
 private:

@@ -34,7 +34,7 @@ Q_SIGNALS:
     void currentItemChanged(const QString &text);
 
 public Q_SLOTS:
-    void onCurrentItemChanged(const QString &text);
+    void onCurrentItemChanged(const QString &text); // emits currentItemChanged()
 
 private:
     int m_column;

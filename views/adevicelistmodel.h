@@ -17,6 +17,7 @@ class AVELDORAN_DATA_EXPORT ADeviceListModel : public QAbstractTableModel
     Q_OBJECT
 
 public:
+    // Without a type behind it: a text.
     enum Columns
     {
         ColumnConnected = 0, // bool

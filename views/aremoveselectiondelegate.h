@@ -12,6 +12,7 @@ class AVELDORAN_DATA_EXPORT ARemoveSelectionDelegate : public QStyledItemDelegat
     Q_OBJECT
 
 public:
+    // `drawFrame`: selected cells have a frame, else they look as the others.
     explicit ARemoveSelectionDelegate(bool drawFrame, QObject *parent = nullptr);
     ~ARemoveSelectionDelegate() override;
 

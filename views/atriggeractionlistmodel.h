@@ -18,6 +18,7 @@ class AVELDORAN_DATA_EXPORT ATriggerActionListModel : public QAbstractListModel
     Q_OBJECT
 
 public:
+    // Both hold texts.
     enum Columns
     {
         ColumnType = 0, // one of ATriggerAction::actionNames()
@@ -42,6 +43,7 @@ public:
     // longer has. All else is true and signalled, even if nothing has changed, as for a text that names no type.
     bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
 
+    // Of the two columns; any other is "???".
     QVariant headerData(int section, Qt::Orientation orientation, int role = Qt::DisplayRole) const override;
 
     // Appends `count` actions that do nothing. Observers are told of rows at the top, as the list has no others,

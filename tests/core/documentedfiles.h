@@ -3,10 +3,10 @@
 #include <QtCore/QFile>
 #include <QtCore/QList>
 
-// The example files below a heading of docs/formats.md, up to the next heading.
-inline QList<QByteArray> documentedFiles(const QByteArray &heading)
+// The example files below a heading of a page in docs/, up to the next heading.
+inline QList<QByteArray> documentedFiles(const QByteArray &heading, const char *page = "formats.md")
 {
-    QFile document(QStringLiteral(AVELDORAN_EXAMPLES_DIR "/../docs/formats.md"));
+    QFile document(QStringLiteral(AVELDORAN_EXAMPLES_DIR "/../docs/") + QLatin1String(page));
     if (!document.open(QIODevice::ReadOnly))
         return {};
     QList<QByteArray> files;

@@ -1,11 +1,15 @@
 #include "core/profilefiles.h"
 #include "core/recordings.h"
 
+#include <QtCore/QDir>
 #include <QtCore/QFileInfo>
 #include <QtTest/QtTest>
 
+#include <cerrno>
 #include <csignal>
+#include <fcntl.h>
 #include <memory>
+#include <unistd.h>
 
 // Recording as the sweeps arrive: what stands in the file whatever happens.
 
@@ -18,6 +22,19 @@ using profilefiles::limitFileSize;
 // Of the chunks of records without texts.
 constexpr int kSweepBytes = 258; // of three points
 constexpr int kPositionBytes = 102;
+
+// The descriptor through which this process writes to a file; -1 if there is none.
+int descriptorForWriting(const QString &fileName)
+{
+    const QDir descriptors(QStringLiteral("/proc/self/fd"));
+    for (const QString &name : descriptors.entryList(QDir::Files | QDir::System)) {
+        const int descriptor = name.toInt();
+        if (QFile::symLinkTarget(descriptors.filePath(name)) == fileName &&
+            (::fcntl(descriptor, F_GETFL) & O_ACCMODE) != O_RDONLY)
+            return descriptor;
+    }
+    return -1;
+}
 
 } // namespace
 
@@ -40,6 +57,7 @@ private Q_SLOTS:
     void aFullDiskWhileRecordingLosesNothing_data();
     void aFullDiskWhileRecordingLosesNothing();
     void aFullDiskIsSeenByWhoReads();
+    void aFileThatCannotBeFlushedToTheDiskFails();
     void aRecordingThatCannotBeginLeavesTheDocument();
     void theFileThatIsRecordedCannotBeSavedOver();
     void aRenamedRecordingStaysProtected();
@@ -363,6 +381,30 @@ void TestAMdrDocumentRecording::aFullDiskIsSeenByWhoReads()
                            return document.recordingError().isEmpty() ? 4 : 0;
                        }).status;
     QCOMPARE(status, 0);
+}
+
+void TestAMdrDocumentRecording::aFileThatCannotBeFlushedToTheDiskFails()
+{
+    AMdrDocument document;
+    QVERIFY(document.startRecording(path("r.mdr")));
+    document.addSweep(markedSweep(1));
+    QCoreApplication::processEvents();
+    const int descriptor = descriptorForWriting(path("r.mdr"));
+    QVERIFY(descriptor >= 0);
+    int ends[2] = {};
+    QCOMPARE(::pipe(ends), 0);
+    QCOMPARE(::dup2(ends[1], descriptor), descriptor); // takes bytes like the file, but has no disk
+    QString errorText;
+    const bool isFinished = document.finishRecording(&errorText);
+    for (const int end : ends)
+        ::close(end);
+
+    QVERIFY(!isFinished);
+    QCOMPARE(errorText, qt_error_string(EINVAL));
+    QCOMPARE(document.recordingError(), errorText);
+    QVERIFY(!document.isRecording());
+    QCOMPARE(recordsText(document), QStringLiteral("s1"));
+    QVERIFY(document.save(path("copy.mdr")));
 }
 
 void TestAMdrDocumentRecording::aRecordingThatCannotBeginLeavesTheDocument()
