@@ -53,6 +53,14 @@ qlonglong hertzFromText(const QString &text)
     return AFrequency(text.toLatin1().constData()).intValue(AFrequency::Hz);
 }
 
+// Whether a node is `top` or below it.
+bool isWithin(const AChannelInfo *node, const AChannelInfo *top)
+{
+    while (node && node != top)
+        node = node->parent();
+    return node;
+}
+
 } // namespace
 
 AChannelInfoModel::AChannelInfoModel(QObject *parent, const AChannelInfo *root)
@@ -147,6 +155,7 @@ void AChannelInfoModel::sort(int column, Qt::SortOrder order)
         return;
     Q_EMIT layoutAboutToBeChanged();
     m_rootItem->sortChildren(column, order);
+    m_mayHoldStaleIndexes = true;
     const QModelIndexList persistent = persistentIndexList();
     for (const QModelIndex &before : persistent) {
         // Those at the top level are left as they are, deliberately: they keep the row that an application saved.
@@ -163,6 +172,8 @@ AChannelInfo *AChannelInfoModel::setModelRoot(AChannelInfo *root)
         return nullptr;
     beginResetModel();
     AChannelInfo *previous = std::exchange(m_rootItem, root);
+    m_toBeRemoved.fill(nullptr);
+    m_mayHoldStaleIndexes = false;
     endResetModel();
     return previous;
 }
@@ -195,15 +206,17 @@ bool AChannelInfoModel::removeItem(const QModelIndex &index, bool recursive)
     AChannelInfo *node = index.isValid() ? nodeAt(index) : nullptr;
     if (!isRemovable(node))
         return false;
-    // At the node's own row, since the index given may be one that a sort left as it was, and in a column that nobody
-    // holds, since of two equal persistent indexes one is lost.
-    const QPersistentModelIndex place = indexOf(node, kColumnCount);
-    mendStaleIndexes();
-    node = place.isValid() ? nodeAt(place) : nullptr; // receivers of its signals may have removed it
+    m_toBeRemoved.append(node);
+    mendStaleIndexes(); // whose receivers may remove nodes
+    node = m_toBeRemoved.takeLast();
     if (!isRemovable(node))
         return false;
     const int row = node->row();
-    beginRemoveRows(parent(place), row, row);
+    beginRemoveRows(parent(indexOf(node, 0)), row, row);
+    for (AChannelInfo *&pending : m_toBeRemoved) {
+        if (isWithin(pending, node))
+            pending = nullptr;
+    }
     delete node;
     endRemoveRows();
     return true;
@@ -223,21 +236,21 @@ QModelIndex AChannelInfoModel::indexOf(AChannelInfo *node, int column) const
 }
 
 // A removal moves persistent indexes by their rows. Those that a sort left at another row would come to name other
-// nodes or deleted ones, so each gets its node's row first; of two that then are the same, Qt can keep one.
+// nodes or deleted ones, so each gets its node's row first; of two that then are the same, Qt can keep one. The signals
+// come even if there is none: proxies hold their own and make ours of them in between.
 void AChannelInfoModel::mendStaleIndexes()
 {
-    const auto isStale = [this](const QModelIndex &index) { return nodeAt(index)->row() != index.row(); };
-    QModelIndexList persistent = persistentIndexList();
-    if (std::none_of(persistent.cbegin(), persistent.cend(), isStale))
+    if (!std::exchange(m_mayHoldStaleIndexes, false))
         return;
     Q_EMIT layoutAboutToBeChanged();
-    persistent = persistentIndexList(); // receivers may have added some
+    const auto isStale = [this](const QModelIndex &index) { return nodeAt(index)->row() != index.row(); };
+    const QModelIndexList persistent = persistentIndexList();
     QSet<QModelIndex> held;
-    for (const QModelIndex &index : qAsConst(persistent)) {
+    for (const QModelIndex &index : persistent) {
         if (!isStale(index))
             held.insert(index);
     }
-    for (const QModelIndex &index : qAsConst(persistent)) {
+    for (const QModelIndex &index : persistent) {
         if (!isStale(index))
             continue;
         const QModelIndex mended = indexOf(nodeAt(index), index.column());

@@ -3,6 +3,7 @@
 #include "core/aveldoranexport.h"
 
 #include <QtCore/QAbstractItemModel>
+#include <QtCore/QVector>
 
 class AChannelInfo;
 
@@ -57,8 +58,8 @@ public:
 
     // Deletes a node with all below it. False for an invalid index, and for a node with children if not `recursive`.
     // The first removal after a sort, wherever in the tree, also gives the persistent indexes that the sort left their
-    // nodes' rows, between layoutAboutToBeChanged and layoutChanged; of two that become the same one gets invalid.
-    // False too if a receiver of these signals has removed the node.
+    // nodes' rows, between layoutAboutToBeChanged and layoutChanged, which always come; of two that become the same one
+    // gets invalid. False too if a receiver of these signals has removed the node.
     bool removeItem(const QModelIndex &index, bool recursive);
 
 private:
@@ -67,4 +68,6 @@ private:
     void mendStaleIndexes();
 
     AChannelInfo *m_rootItem;
+    QVector<AChannelInfo *> m_toBeRemoved; // a node for each removeItem() that runs, null once another has deleted it
+    bool m_mayHoldStaleIndexes = false;    // since a sort
 };

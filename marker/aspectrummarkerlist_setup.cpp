@@ -25,7 +25,7 @@ constexpr int kNoReference = -1;
 
 // A stored count is believed so far: up to here an entry without any key is a marker of default values. Beyond, only
 // entries that hold something are, or a damaged count alone would make millions of markers.
-constexpr int kBelievedEntries = 100;
+constexpr int kBelievedEntries = 1000;
 
 // Setups that bring a list beyond this are numbered once at the end, since numbering after each marker has a cost that
 // grows with the square. In an empty list the outcome is the same if the entries of each type stand in the order of

@@ -335,6 +335,9 @@ void TestAChannelInfoXmlMirrors::everySecondMirrorStaysInACopy_data()
     // In an element that isn't read, a mirror counts all the same.
     QTest::newRow("hidden between two") << mirrors({20}) + "<x><mirror>1 MHz</mirror></x>" + mirrors({40})
                                         << "120 140 100";
+    // It leaves the search result along with the mirror that it is in.
+    QTest::newRow("in a mirror, then one")
+        << "<mirror>50 MHz<mirror/></mirror>" + mirrors({20}) << "170 150 140 120 100";
 }
 
 void TestAChannelInfoXmlMirrors::everySecondMirrorStaysInACopy()

@@ -15,10 +15,12 @@ class DoublingModel : public AChannelInfoModel
 public:
     using AChannelInfoModel::AChannelInfoModel;
     QList<QVariant> written;
+    QList<int> roles;
 
     bool setData(const QModelIndex &index, const QVariant &value, int role) override
     {
         written.append(value);
+        roles.append(role);
         if (value.userType() == QMetaType::LongLong)
             return AChannelInfoModel::setData(index, value.toLongLong() * 2, role) && false;
         return AChannelInfoModel::setData(index, value, role);
@@ -37,6 +39,7 @@ private Q_SLOTS:
     void cellsAreEdited();
     void textsInFrequencyColumnsAreReadAsWholeHertz_data();
     void textsInFrequencyColumnsAreReadAsWholeHertz();
+    void bytesKeepPartsOfAHertz();
     void textsGoThroughTheVirtualSetData();
     void otherRolesAreNotWritten();
 
@@ -129,12 +132,24 @@ void TestAChannelInfoModelEditing::textsInFrequencyColumnsAreReadAsWholeHertz()
     }
 }
 
+void TestAChannelInfoModelEditing::bytesKeepPartsOfAHertz()
+{
+    AChannelInfo *root = node(nullptr, QString());
+    const AChannelInfo *edited = node(root, QString(), "1 MHz", "1 MHz");
+    AChannelInfoModel model(nullptr, root);
+    QVERIFY(model.setData(model.index(0, 2), QByteArray("7.9")));
+    QCOMPARE(edited->beginFrequency(), AFrequency("7.9"));
+    QVERIFY(model.setData(model.index(0, 2), QStringLiteral("7.9")));
+    QCOMPARE(edited->beginFrequency(), AFrequency("7"));
+}
+
 void TestAChannelInfoModelEditing::textsGoThroughTheVirtualSetData()
 {
     DoublingModel model(nullptr, unsortedPlan());
     QVERIFY(!model.setData(model.index(0, 2), QStringLiteral("5 kHz"), Qt::DisplayRole)); // its answer is the answer
     QCOMPARE(model.index(0, 2).data().toString(), QStringLiteral("10.000000 kHz"));
     QCOMPARE(model.written, QVariantList({QStringLiteral("5 kHz"), 5000LL}));
+    QCOMPARE(model.roles, (QList<int>{Qt::DisplayRole, Qt::DisplayRole}));
     QVERIFY(model.setData(model.index(0, 0), QStringLiteral("5 kHz"), Qt::EditRole));
     QCOMPARE(model.written.size(), 3);
 }

@@ -4,6 +4,7 @@
 
 #include "channelmodel.h"
 
+#include <QtCore/QIdentityProxyModel>
 #include <QtCore/QSortFilterProxyModel>
 #include <QtTest/QAbstractItemModelTester>
 #include <QtTest/QtTest>
@@ -49,7 +50,10 @@ private Q_SLOTS:
     void aReceiverMayRemoveTheNodeThatIsBeingRemoved_data();
     void aReceiverMayRemoveTheNodeThatIsBeingRemoved();
     void aReceiverMayAddChildrenToTheNodeThatIsBeingRemoved();
+    void aReceiverMayRemoveAnotherNode_data();
+    void aReceiverMayRemoveAnotherNode();
     void aReceiverMayTakeTheTreeAwayDuringARemoval();
+    void anIndexOfAProxyDoesNotOutliveItsNode();
     void aRowBelowAnIndexThatASortLeftIsShown();
     void manySiblingsWithIndexesAreSorted();
 };
@@ -294,6 +298,64 @@ void TestAChannelInfoModelSorting::aReceiverMayAddChildrenToTheNodeThatIsBeingRe
     QVERIFY(!model.removeItem(indexAt(model, {QStringLiteral("d")}), false));
     QCOMPARE(treeText(model), QStringLiteral("a(g h) b(e f) c d(new)"));
     QCOMPARE(QModelIndex(d), indexAt(model, {QStringLiteral("d")}));
+}
+
+void TestAChannelInfoModelSorting::aReceiverMayRemoveAnotherNode_data()
+{
+    QTest::addColumn<bool>("afterTheChange");
+    QTest::addColumn<QStringList>("removed");
+    QTest::addColumn<bool>("byTheReceiver");
+    QTest::addColumn<QString>("left");
+    for (bool afterTheChange : {false, true}) {
+        const auto row = [afterTheChange](const char *title, const QStringList &removed, bool byTheReceiver,
+                                          const char *left) {
+            QTest::newRow(qPrintable(QString("%1, %2").arg(title, afterTheChange ? "after" : "before")))
+                << afterTheChange << removed << byTheReceiver << QString(left);
+        };
+        row("above", {"a"}, false, "b(e) c d");
+        row("below", {"c"}, false, "a(g h) b(e) d");
+        row("beside", {"b", "e"}, false, "a(g h) b c d");
+        row("its parent", {"b"}, true, "a(g h) c d");
+    }
+}
+
+void TestAChannelInfoModelSorting::aReceiverMayRemoveAnotherNode()
+{
+    QFETCH(bool, afterTheChange);
+    QFETCH(QStringList, removed);
+    QFETCH(bool, byTheReceiver); // too
+    QFETCH(QString, left);
+    AChannelInfoModel model(nullptr, unsortedPlan());
+    const QPersistentModelIndex d = indexAt(model, {"d"});
+    model.sort(0, Qt::AscendingOrder);
+    bool isAsked = false;
+    const auto removeOther = [&] {
+        if (!std::exchange(isAsked, true))
+            QVERIFY(model.removeItem(indexAt(model, removed), true));
+    };
+    if (afterTheChange)
+        connect(&model, &QAbstractItemModel::layoutChanged, this, removeOther);
+    else
+        connect(&model, &QAbstractItemModel::layoutAboutToBeChanged, this, removeOther);
+    QCOMPARE(model.removeItem(indexAt(model, {"b", "f"}), true), !byTheReceiver);
+    QVERIFY(isAsked);
+    QCOMPARE(treeText(model), left);
+    QCOMPARE(QModelIndex(d), indexAt(model, {"d"}));
+}
+
+// It makes indexes of the model only while the layout changes.
+void TestAChannelInfoModelSorting::anIndexOfAProxyDoesNotOutliveItsNode()
+{
+    AChannelInfoModel model(nullptr, unsortedPlan());
+    QIdentityProxyModel proxy;
+    proxy.setSourceModel(&model);
+    const QPersistentModelIndex d = proxy.mapFromSource(indexAt(model, {"d"}));
+    const QPersistentModelIndex c = proxy.mapFromSource(indexAt(model, {"c"}));
+    model.sort(0, Qt::AscendingOrder);
+    QVERIFY(model.removeItem(indexAt(model, {"d"}), true));
+    QVERIFY(!d.isValid());
+    QCOMPARE(QModelIndex(c), proxy.mapFromSource(indexAt(model, {"c"})));
+    QCOMPARE(c.data().toString(), QString("c"));
 }
 
 void TestAChannelInfoModelSorting::aReceiverMayTakeTheTreeAwayDuringARemoval()

@@ -8,6 +8,7 @@
 #include <QtTest/QtTest>
 
 #include <algorithm>
+#include <ctime>
 #include <random>
 #include <utility>
 
@@ -144,6 +145,7 @@ private Q_SLOTS:
     void aLineIsTakenByItsFields();
     void aLineIsTakenOnTheDaysOfItsValidity_data();
     void aLineIsTakenOnTheDaysOfItsValidity();
+    void daysAreThoseOfTheLocalCalendar();
     void datesAreReadAsQtReadsThem();
     void aHeaderAloneGivesNothing();
     void namesArriveIntact();
@@ -247,6 +249,26 @@ void TestEfisImportTree::aLineIsTakenOnTheDaysOfItsValidity()
         QTest::ignoreMessage(QtDebugMsg, kEmptyList);
     const auto isTaken = [&] { return importFrom(line("no", "5-6", "", "n", dated(first), dated(last))).result; };
     QCOMPARE(withinOneDay(isTaken), taken);
+}
+
+// In a zone that is on another day than UTC: one is at each time of the day.
+void TestEfisImportTree::daysAreThoseOfTheLocalCalendar()
+{
+    const QByteArray before = qgetenv("TZ");
+    const bool wasSet = qEnvironmentVariableIsSet("TZ");
+    const auto restore = qScopeGuard([&] {
+        if (wasSet)
+            qputenv("TZ", before);
+        else
+            qunsetenv("TZ");
+        tzset();
+    });
+    const QDateTime utc = QDateTime::currentDateTimeUtc();
+    qputenv("TZ", utc.time().hour() < 11 ? "<-12>12" : "<+14>-14");
+    tzset();
+    const QByteArray today = QDate::currentDate().toString(Qt::ISODate).toLatin1();
+    QVERIFY(today != utc.date().toString(Qt::ISODate).toLatin1());
+    QVERIFY(importFrom(line("no", "5-6", "", "n", today, today)).result);
 }
 
 // The import reads the common form by itself. A last day that is not null and a thousand years ahead is taken, so what

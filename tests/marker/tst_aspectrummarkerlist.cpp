@@ -158,11 +158,13 @@ void TestASpectrumMarkerList::aFrequencyOnAPeakMarkerIsReportedAndKept()
     ASpectrumMarkerList list;
     MessageLog log;
     for (const Type type : {Max, Min}) {
-        const ASpectrumMarker *marker = list.addMarker(type, 0, megahertz(1));
-        QVERIFY(marker);
-        QVERIFY(marker->targetFrequency() == megahertz(1));
-        QCOMPARE(log.take(),
-                 QStringList(QStringLiteral("debug: setting frequency on non-frequency markers is undefined")));
+        for (const AFrequency &target : {megahertz(1), megahertz(-1)}) {
+            const ASpectrumMarker *marker = list.addMarker(type, 0, target);
+            QVERIFY(marker);
+            QVERIFY(marker->targetFrequency() == target);
+            QCOMPARE(log.take(),
+                     QStringList(QStringLiteral("debug: setting frequency on non-frequency markers is undefined")));
+        }
     }
 }
 

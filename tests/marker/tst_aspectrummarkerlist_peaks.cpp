@@ -63,6 +63,7 @@ private Q_SLOTS:
     void aResizeForgetsThePeaksAndNotTheMarkers();
     void withoutRoomForMaximaThereAreNoMinima();
     void minimaComeBackWhenTheyAreResizedToo();
+    void clearingGivesRoomForTwoOfEach();
     void clearingRestoresTheRoom();
 
     void stepsGoToTheBestPeakBeyond_data();
@@ -208,6 +209,18 @@ void TestASpectrumMarkerListPeaks::withoutRoomForMaximaThereAreNoMinima()
     list.updateBufferSizes(2, -1);
     QCOMPARE(update(&list, comb(10)), 2);
     QCOMPARE(filled(list, Min), 0);
+}
+
+void TestASpectrumMarkerListPeaks::clearingGivesRoomForTwoOfEach()
+{
+    ASpectrumMarkerList list;
+    list.updateBufferSizes(0, 0);
+    list.clear();
+    addMany(&list, Max, 2);
+    addMany(&list, Min, 2);
+    update(&list, comb(10));
+    QCOMPARE(filled(list, Max), 2);
+    QCOMPARE(filled(list, Min), 2);
 }
 
 void TestASpectrumMarkerListPeaks::minimaComeBackWhenTheyAreResizedToo()

@@ -15,7 +15,7 @@ using namespace markertest;
 
 namespace {
 
-constexpr int kBelievedEntries = 100; // of a count that nothing else confirms
+constexpr int kBelievedEntries = 1000; // of a count that nothing else confirms
 constexpr int kManyEntries = 20000;
 
 // A file of these bytes; a new one each time, since QSettings remembers what it read.
@@ -153,8 +153,8 @@ void TestASpectrumMarkerListSetupDamage::aCountIsBelievedAsFarAsItIsConfirmed_da
     QTest::newRow("negative") << QByteArray("-5") << 0;
     QTest::newRow("text") << QByteArray("many") << 0;
     QTest::newRow("missing") << QByteArray() << 0;
-    QTest::newRow("believed") << QByteArray("100") << kBelievedEntries;
-    QTest::newRow("more") << QByteArray("101") << kBelievedEntries;
+    QTest::newRow("believed") << QByteArray("1000") << kBelievedEntries;
+    QTest::newRow("more") << QByteArray("1001") << kBelievedEntries;
     QTest::newRow("largest") << QByteArray("2147483647") << kBelievedEntries;
     QTest::newRow("beyond an int") << QByteArray("2147483648") << 0;
     QTest::newRow("beyond 64 bits") << QByteArray("99999999999999999999") << 0;
@@ -172,28 +172,28 @@ void TestASpectrumMarkerListSetupDamage::aCountIsBelievedAsFarAsItIsConfirmed()
 void TestASpectrumMarkerListSetupDamage::entriesBeyondTheBelievedOnesKeepTheirPosition()
 {
     QByteArray entries;
-    entries += "Marker\\200\\Type=6\n"; // waits for the one after next
-    entries += "Marker\\200\\ReferenceMarkerIndex=2147483645\n";
-    entries += "Marker\\300\\Type=0\n";
+    entries += "Marker\\2000\\Type=6\n"; // waits for the one after next
+    entries += "Marker\\2000\\ReferenceMarkerIndex=2147483645\n";
+    entries += "Marker\\3000\\Type=0\n";
     entries += "Marker\\2147483646\\Type=7\n";
     const QString loaded = loadedFrom(fileWith(entries, 2147483647));
     QCOMPARE(loaded.count(QLatin1String("2/0/0/9/1/-1")), kBelievedEntries);
-    QVERIFY(loaded.endsWith(QStringLiteral(" 6/0/0/9/1/101 7/0/0/9/1/-1")));
+    QVERIFY(loaded.endsWith(QStringLiteral(" 6/0/0/9/1/1001 7/0/0/9/1/-1")));
 }
 
 void TestASpectrumMarkerListSetupDamage::namesThatAreNoPositionsAreIgnored()
 {
     QByteArray entries;
-    for (const char *name : {"0150", "+151", "152x", "-153", "15 4", "99999999999"})
+    for (const char *name : {"01500", "+1501", "1502x", "-1503", "150 4", "99999999999"})
         entries += QByteArray("Marker\\") + name + "\\Type=6\n";
-    QCOMPARE(loadedCount(fileWith(entries, 1000)), kBelievedEntries);
-    QCOMPARE(loadedCount(fileWith(entries + "Marker\\150\\Type=6\n", 1000)), kBelievedEntries + 1);
+    QCOMPARE(loadedCount(fileWith(entries, 10000)), kBelievedEntries);
+    QCOMPARE(loadedCount(fileWith(entries + "Marker\\1500\\Type=6\n", 10000)), kBelievedEntries + 1);
 }
 
 void TestASpectrumMarkerListSetupDamage::entriesBehindTheCountAreIgnored()
 {
     QCOMPARE(loadedFrom(fileWith("Marker\\1\\Type=6\nMarker\\2\\Type=7\n", 1)), QStringLiteral("6/0/0/9/1/-1"));
-    QCOMPARE(loadedCount(fileWith("Marker\\150\\Type=6\nMarker\\151\\Type=6\n", 150)), kBelievedEntries + 1);
+    QCOMPARE(loadedCount(fileWith("Marker\\1500\\Type=6\nMarker\\1501\\Type=6\n", 1500)), kBelievedEntries + 1);
 }
 
 void TestASpectrumMarkerListSetupDamage::foreignKeysAreIgnored()
