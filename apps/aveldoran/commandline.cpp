@@ -2,7 +2,7 @@
 
 #include "apps/aveldoran/commands.h"
 #include "apps/aveldoran/console.h"
-#include "apps/aveldoran/nearest.h"
+#include "apps/aveldoran/spelling.h"
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QCoreApplication>
