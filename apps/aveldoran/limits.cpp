@@ -5,8 +5,8 @@
 #include "apps/aveldoran/limitcurves.h"
 #include "apps/aveldoran/options.h"
 #include "apps/aveldoran/outputfile.h"
-#include "apps/aveldoran/plantext.h"
 #include "apps/aveldoran/tracefile.h"
+#include "apps/aveldoran/valuetext.h"
 
 #include <core/alimit.h>
 #include <core/emu.h>
@@ -107,6 +107,13 @@ struct Limits
         return complete;
     }
 
+    // "FILE: LIMIT: TEXT".
+    void report(int index, const QString &text) const
+    {
+        Console::error(
+            QStringLiteral("%1: %2: %3").arg(files.at(index), Console::oneLineOrDash(all.at(index)->name()), text));
+    }
+
 private:
     Q_DISABLE_COPY(Limits)
 };
@@ -120,11 +127,6 @@ QString unitOf(const ALimit &limit)
 {
     const emu_entry *unit = emu_find(limit.unitId());
     return unit ? QString::fromUcs4(unit->name) : QStringLiteral("unit %1").arg(Console::oneLine(limit.unit()));
-}
-
-QString numberText(double value)
-{
-    return QString::number(value, 'g', 6);
 }
 
 QString interpolationText(unsigned int interpolation)
@@ -148,56 +150,61 @@ void printPiece(const QString &where, const QString &value)
 
 void printLimit(const ALimit &limit)
 {
-    QString line =
-        QStringLiteral("  %1  %2  %3").arg(nameOf(limit), rangeText(limit.begin(), limit.end()), unitOf(limit));
+    QString line = QStringLiteral("  %1  %2  %3")
+                       .arg(nameOf(limit), frequencyRangeText(limit.begin(), limit.end()), unitOf(limit));
     if (!limit.description().isEmpty())
         line += QStringLiteral("  # ") + Console::oneLine(limit.description());
     Console::write(line + QLatin1Char('\n'));
     for (const ALimit::Section &section : limit.sections()) {
         const bool isFlat = section.beginValue == section.endValue || section.interpolation == ALimit::Step;
-        printPiece(rangeText(section.begin, section.end),
-                   isFlat ? numberText(section.beginValue)
+        printPiece(frequencyRangeText(section.begin, section.end),
+                   isFlat ? levelText(section.beginValue, limit.unitId())
                           : QStringLiteral("%1 to %2, %3")
-                                .arg(numberText(section.beginValue), numberText(section.endValue),
+                                .arg(levelText(section.beginValue, limit.unitId()),
+                                     levelText(section.endValue, limit.unitId()),
                                      interpolationText(section.interpolation)));
     }
     for (const ALimit::Level &level : limit.levels())
         printPiece(QStringLiteral("at ") + shortFrequency(level.frequency),
-                   QStringLiteral("%1, %2").arg(numberText(level.value), interpolationText(level.interpolation)));
+                   QStringLiteral("%1, %2").arg(levelText(level.value, limit.unitId()),
+                                                interpolationText(level.interpolation)));
 }
 
 void printList(const Limits &limits)
 {
-    for (int i = 0; i < limits.all.size(); ++i) {
-        if (i == 0 || limits.files.at(i) != limits.files.at(i - 1))
-            Console::write(Console::oneLine(limits.files.at(i)) + QLatin1Char('\n'));
-        printLimit(*limits.all.at(i));
+    for (int begin = 0, end = 0; begin < limits.all.size(); begin = end) {
+        const QString &file = limits.files.at(begin);
+        while (end < limits.all.size() && limits.files.at(end) == file)
+            ++end;
+        Console::write(QStringLiteral("%1: %2\n").arg(Console::oneLine(file), countText(end - begin, "limit")));
+        for (int i = begin; i < end; ++i)
+            printLimit(*limits.all.at(i));
     }
 }
 
 void printExcess(const LimitExcess &excess, int traceUnit)
 {
-    const emu_entry *unit = emu_find(traceUnit);
-    const QString symbol = QString::fromUcs4(unit->name);
-    const QString run =
-        excess.points == 1
-            ? QStringLiteral("1 point")
-            : QStringLiteral("%1 points, %2").arg(excess.points).arg(rangeText(excess.begin, excess.end));
-    Console::write(QStringLiteral("    %1  %2 %3, limit %4 %3, excess %5 %6  (%7)\n")
-                       .arg(shortFrequency(excess.frequency).leftJustified(16), numberText(excess.level), symbol,
-                            numberText(excess.limit), numberText(excess.level - excess.limit),
-                            unit->logarithmic != 0 ? QStringLiteral("dB") : symbol, run));
+    QString run = countText(excess.points, "point");
+    if (excess.points > 1)
+        run += QStringLiteral(", ") + frequencyRangeText(excess.begin, excess.end);
+    const double above = excess.level - excess.limit;
+    Console::write(QStringLiteral("    %1  %2, limit %3, excess %4  (%5)\n")
+                       .arg(shortFrequency(excess.frequency).leftJustified(16), levelText(excess.level, traceUnit),
+                            levelText(excess.limit, traceUnit),
+                            emu_find(traceUnit)->logarithmic != 0 ? decibelText(above) + QStringLiteral(" dB")
+                                                                  : levelText(above, traceUnit),
+                            run));
 }
 
 // True if the trace was compared with each limit and exceeds none.
 bool checkTrace(const Limits &limits, const Trace &trace)
 {
     bool isKept = true;
-    for (const ALimit *limit : limits.all) {
-        const QString name = nameOf(*limit);
+    for (int i = 0; i < limits.all.size(); ++i) {
+        const ALimit *limit = limits.all.at(i);
         if (!areComparable(limit->unitId(), trace.unit)) {
-            Console::error(QStringLiteral("limits: %1: the trace in %2 can't be compared with a limit in %3")
-                               .arg(name, QString::fromUcs4(emu_find(trace.unit)->name), unitOf(*limit)));
+            limits.report(i, QStringLiteral("the trace in %1 can't be compared with a limit in %2")
+                                 .arg(QString::fromUcs4(emu_find(trace.unit)->name), unitOf(*limit)));
             isKept = false;
             continue;
         }
@@ -205,13 +212,14 @@ bool checkTrace(const Limits &limits, const Trace &trace)
         const QVector<LimitExcess> found = findExcesses(*limit, trace, &compared);
         QString verdict = QStringLiteral("kept");
         if (compared == 0) {
-            verdict = QStringLiteral("not checked: no point of the trace lies where it governs");
-            Console::error(QStringLiteral("limits: %1: no point of the trace lies where it governs").arg(name));
+            verdict = QStringLiteral("not checked");
+            limits.report(i, QStringLiteral("no point of the trace lies where it governs"));
         } else if (!found.isEmpty()) {
             verdict = QStringLiteral("exceeded");
         }
         isKept = isKept && found.isEmpty() && compared > 0;
-        Console::write(QStringLiteral("  %1: %2; points compared: %3\n").arg(name, verdict, QString::number(compared)));
+        Console::write(
+            QStringLiteral("  %1: %2; %3 compared\n").arg(nameOf(*limit), verdict, countText(compared, "point")));
         for (const LimitExcess &excess : found)
             printExcess(excess, trace.unit);
     }
@@ -263,9 +271,10 @@ bool rewrite(const QString &fileName, const QString &target)
     QDir().mkpath(QFileInfo(target).absolutePath()); // what becomes of it, the writing tells
     if (!Console::attempt([&](QString *errorText) { return writeOutputFile(target, source.readAll(), errorText); }))
         return false;
-    Console::write(QStringLiteral("%1: written; limits: %2, pieces: %3, descriptions left out: %4\n")
-                       .arg(Console::oneLine(target), QString::number(model.rowCount()),
-                            QString::number(countPieces(model)), QString::number(countDescriptions(model))));
+    Console::tellWritten(target, QStringLiteral("%1, %2").arg(countText(model.rowCount(), "limit"),
+                                                              countText(countPieces(model), "piece")));
+    if (const int descriptions = countDescriptions(model); descriptions > 0)
+        Console::tellLeftOut(target, countText(descriptions, "description"));
     return true;
 }
 
@@ -278,25 +287,31 @@ bool draw(const Limits &limits, const Trace *trace, const Options &options)
     Console::progress(QStringLiteral("drawing %1").arg(picture));
     const int unit = trace ? trace->unit : limits.all.isEmpty() ? 0 : limits.all.constFirst()->unitId();
     if (!emu_find(unit)) {
-        Console::error(QStringLiteral("limits: %1: %2 is not known and can't be drawn")
-                           .arg(nameOf(*limits.all.constFirst()), unitOf(*limits.all.constFirst())));
+        limits.report(0, QStringLiteral("%1 is not known and can't be drawn").arg(unitOf(*limits.all.constFirst())));
         return false;
     }
     bool complete = true;
     QList<const ALimit *> drawn;
-    for (const ALimit *limit : limits.all) {
+    for (int i = 0; i < limits.all.size(); ++i) {
+        const ALimit *limit = limits.all.at(i);
         if (areComparable(limit->unitId(), unit)) {
             drawn.append(limit);
             continue;
         }
-        Console::error(QStringLiteral("limits: %1: a limit in %2 can't be drawn over %3")
-                           .arg(nameOf(*limit), unitOf(*limit), QString::fromUcs4(emu_find(unit)->name)));
+        limits.report(i, QStringLiteral("a limit in %1 can't be drawn over %2")
+                             .arg(unitOf(*limit), QString::fromUcs4(emu_find(unit)->name)));
         complete = false;
     }
     const bool saved = Console::attempt([&](QString *errorText) {
         return drawLimits(Console::oneLine(title), drawn, trace, unit, picture, errorText);
     });
-    return saved && complete;
+    if (!saved)
+        return false;
+    QString content = countText(drawn.size(), "limit");
+    if (trace)
+        content += QStringLiteral(", ") + countText(trace->values.size(), "point");
+    Console::tellWritten(picture, content);
+    return complete;
 }
 
 } // namespace

@@ -1,7 +1,7 @@
 #include "apps/aveldoran/tracefile.h"
 
 #include "apps/aveldoran/console.h"
-#include "apps/aveldoran/plantext.h"
+#include "apps/aveldoran/valuetext.h"
 
 #include <core/emu.h>
 
@@ -269,6 +269,14 @@ QString unitNames()
     for (int id = 0; id < kEmuCount; ++id)
         names += QString::fromUcs4(emu_find(id)->name);
     return names.join(QLatin1String(", "));
+}
+
+QStringList typedUnitNames()
+{
+    QStringList names;
+    for (int id = 0; id < kEmuCount; ++id)
+        names += QString::fromUtf8(plainUnit(QString::fromUcs4(emu_find(id)->name).toUtf8()));
+    return names;
 }
 
 bool readFrequency(const QByteArray &text, AFrequency::Unit unitOfNumbers, AFrequency *frequency)
