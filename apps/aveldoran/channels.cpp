@@ -263,7 +263,7 @@ void print(const AChannelInfo::FlatList &plan, const Options &options)
         if (options.format == Format::Json) {
             QJsonObject object = rangeAsJson(*range, depth);
             if (options.stacked)
-                object[QStringLiteral("level")] = shownLevel;
+                object[QStringLiteral("stackingLevel")] = shownLevel;
             json.add(object);
         } else {
             const QString prefix = options.stacked ? QStringLiteral("%1  ").arg(shownLevel, 3) : QString();

@@ -170,15 +170,23 @@ void printLimit(const ALimit &limit)
                                                 interpolationText(level.interpolation)));
 }
 
+// The name of a file stands above its limits.
+void printFileOf(const Limits &limits, int index)
+{
+    const QString &file = limits.files.at(index);
+    if (index > 0 && limits.files.at(index - 1) == file)
+        return;
+    int end = index;
+    while (end < limits.files.size() && limits.files.at(end) == file)
+        ++end;
+    Console::write(QStringLiteral("%1: %2\n").arg(Console::oneLine(file), countText(end - index, "limit")));
+}
+
 void printList(const Limits &limits)
 {
-    for (int begin = 0, end = 0; begin < limits.all.size(); begin = end) {
-        const QString &file = limits.files.at(begin);
-        while (end < limits.all.size() && limits.files.at(end) == file)
-            ++end;
-        Console::write(QStringLiteral("%1: %2\n").arg(Console::oneLine(file), countText(end - begin, "limit")));
-        for (int i = begin; i < end; ++i)
-            printLimit(*limits.all.at(i));
+    for (int i = 0; i < limits.all.size(); ++i) {
+        printFileOf(limits, i);
+        printLimit(*limits.all.at(i));
     }
 }
 
@@ -202,26 +210,26 @@ bool checkTrace(const Limits &limits, const Trace &trace)
     bool isKept = true;
     for (int i = 0; i < limits.all.size(); ++i) {
         const ALimit *limit = limits.all.at(i);
+        int compared = 0;
+        QVector<LimitExcess> found;
         if (!areComparable(limit->unitId(), trace.unit)) {
             limits.report(i, QStringLiteral("the trace in %1 can't be compared with a limit in %2")
                                  .arg(QString::fromUcs4(emu_find(trace.unit)->name), unitOf(*limit)));
-            isKept = false;
-            continue;
+        } else {
+            found = findExcesses(*limit, trace, &compared);
+            if (compared == 0)
+                limits.report(i, QStringLiteral("no point of the trace lies where it governs"));
         }
-        int compared = 0;
-        const QVector<LimitExcess> found = findExcesses(*limit, trace, &compared);
-        QString verdict = QStringLiteral("kept");
-        if (compared == 0) {
-            verdict = QStringLiteral("not checked");
-            limits.report(i, QStringLiteral("no point of the trace lies where it governs"));
-        } else if (!found.isEmpty()) {
-            verdict = QStringLiteral("exceeded");
-        }
-        isKept = isKept && found.isEmpty() && compared > 0;
-        Console::write(
-            QStringLiteral("  %1: %2; %3 compared\n").arg(nameOf(*limit), verdict, countText(compared, "point")));
+        printFileOf(limits, i);
+        Console::write(QStringLiteral("  %1: %2; %3 compared\n")
+                           .arg(nameOf(*limit),
+                                QLatin1String(compared == 0     ? "not checked"
+                                              : found.isEmpty() ? "kept"
+                                                                : "exceeded"),
+                                countText(compared, "point")));
         for (const LimitExcess &excess : found)
             printExcess(excess, trace.unit);
+        isKept = isKept && found.isEmpty() && compared > 0;
     }
     return isKept;
 }
@@ -268,7 +276,6 @@ bool rewrite(const QString &fileName, const QString &target)
         Console::error(QStringLiteral("%1: can't be read: %2").arg(written, source.errorString()));
         return false;
     }
-    QDir().mkpath(QFileInfo(target).absolutePath()); // what becomes of it, the writing tells
     if (!Console::attempt([&](QString *errorText) { return writeOutputFile(target, source.readAll(), errorText); }))
         return false;
     Console::tellWritten(target, QStringLiteral("%1, %2").arg(countText(model.rowCount(), "limit"),
@@ -324,10 +331,11 @@ int runLimits(const QStringList &arguments)
         return exitStatus;
 
     Limits limits;
-    bool complete = true;
+    bool areRead = true;
     for (const QString &path : qAsConst(options.files))
-        complete = limits.readPath(path) && complete;
+        areRead = limits.readPath(path) && areRead;
 
+    bool complete = areRead;
     bool hasTrace = false;
     Trace trace;
     if (options.traceFile.isEmpty()) {
@@ -338,7 +346,7 @@ int runLimits(const QStringList &arguments)
             Console::attempt([&](QString *errorText) { return readTraceFile(options.traceFile, &trace, errorText); });
         complete = hasTrace && checkTrace(limits, trace) && complete;
     }
-    if (!options.rewritten.isEmpty())
+    if (!options.rewritten.isEmpty() && areRead) // else that is told
         complete = rewrite(options.files.constFirst(), options.rewritten) && complete;
     complete = Console::finish() && complete;
     const bool isAnyRead = complete || !limits.all.isEmpty(); // else an old picture says more than an empty one

@@ -40,7 +40,7 @@ QJsonObject definitionAsJson(const AChannelInfo::Definition &definition)
 {
     QJsonObject object;
     for (const char *key : {"start", "width", "space"})
-        object[QLatin1String(key)] =
+        object[QLatin1String(key) + QLatin1String("Hz")] =
             AFrequency(definition.value(QLatin1String(key)).toByteArray().constData()).intValue(AFrequency::Hz);
     for (const char *key : {"count", "first", "step"})
         object[QLatin1String(key)] = definition.value(QLatin1String(key)).toInt();
@@ -76,8 +76,8 @@ QJsonObject rangeAsJson(const AChannelInfo &range, int depth)
         {QStringLiteral("depth"), depth},
         {QStringLiteral("label"), range.label()},
         {QStringLiteral("type"), AChannelInfo::mapTypeToString(range.type())},
-        {QStringLiteral("begin"), range.beginFrequency().intValue(AFrequency::Hz)},
-        {QStringLiteral("end"), range.endFrequency().intValue(AFrequency::Hz)},
+        {QStringLiteral("beginHz"), range.beginFrequency().intValue(AFrequency::Hz)},
+        {QStringLiteral("endHz"), range.endFrequency().intValue(AFrequency::Hz)},
         {QStringLiteral("selectable"), range.selectable()},
     };
     const QString profileId = range.data(AChannelInfo::ColumnProfileId).toString();
@@ -88,7 +88,7 @@ QJsonObject rangeAsJson(const AChannelInfo &range, int depth)
     if (range.color().isValid())
         object[QStringLiteral("color")] = range.color().name();
     if (hasMirror(range))
-        object[QStringLiteral("mirror")] = range.data(AChannelInfo::ColumnMirrorEntryFreq).toLongLong();
+        object[QStringLiteral("mirrorHz")] = range.data(AChannelInfo::ColumnMirrorEntryFreq).toLongLong();
     const QList<AChannelInfo::Definition> definitions = range.channelDefinitions();
     if (!definitions.isEmpty()) {
         QJsonArray array;

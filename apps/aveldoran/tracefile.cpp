@@ -319,7 +319,7 @@ bool readTrace(QIODevice *device, Trace *trace, QString *errorText)
             return fail(problem);
     }
     if (trace->values.isEmpty()) {
-        *errorText = QStringLiteral(" it holds no points");
+        *errorText = QStringLiteral(" no points in this trace");
         return false;
     }
     return true;

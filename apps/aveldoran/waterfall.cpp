@@ -325,7 +325,7 @@ void tellContent(const Options &options, const AMdrDocument &document, const Ext
 
 bool failWithoutLevels(const Options &options)
 {
-    Console::error(QStringLiteral("%1: the recording holds no levels").arg(options.recording));
+    Console::error(QStringLiteral("%1: no levels in this recording").arg(options.recording));
     return false;
 }
 

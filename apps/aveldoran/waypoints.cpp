@@ -123,8 +123,8 @@ QJsonObject asJson(const QString &file, const DriveProcessor::Source &source, co
     object[QStringLiteral("withoutTime")] = summary.withoutTime;
     object[QStringLiteral("withoutPosition")] = summary.withoutPosition;
     if (summary.begin.isValid()) {
-        object[QStringLiteral("begin")] = exactTimeText(summary.begin);
-        object[QStringLiteral("end")] = exactTimeText(summary.end);
+        object[QStringLiteral("beginTime")] = exactTimeText(summary.begin);
+        object[QStringLiteral("endTime")] = exactTimeText(summary.end);
         object[QStringLiteral("durationSeconds")] = static_cast<double>(summary.begin.msecsTo(summary.end)) / 1000.0;
     }
     if (summary.hasArea()) {

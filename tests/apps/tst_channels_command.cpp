@@ -131,16 +131,16 @@ void TestChannelsCommand::printsJson()
     QCOMPARE(ranges.at(0).toObject().value("profile").toString(), QStringLiteral("plan"));
     const QJsonObject expected{
         {"depth", 1},
-        {"level", 1},
+        {"stackingLevel", 1},
         {"label", "Uplink"},
         {"type", "Direction"},
-        {"begin", 100000000},
-        {"end", 110500000},
+        {"beginHz", 100000000},
+        {"endHz", 110500000},
         {"selectable", true},
         {"color", "#3366cc"},
         {"definitions",
          QJsonArray{QJsonObject{
-             {"start", 100250000}, {"width", 500000}, {"space", 12500}, {"count", 3}, {"first", 7}, {"step", 2}}}}};
+             {"startHz", 100250000}, {"widthHz", 500000}, {"spaceHz", 12500}, {"count", 3}, {"first", 7}, {"step", 2}}}}};
     QCOMPARE(ranges.at(1).toObject(), expected);
 
     const Run empty = run({"channels", "--format", "json", "/nonexistent"});

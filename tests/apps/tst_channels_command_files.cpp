@@ -299,8 +299,8 @@ void TestChannelsCommandFiles::anExportAsJson()
     QCOMPARE(ranges.at(1).toObject(), QJsonObject({{"depth", 1},
                                                    {"label", "ä"},
                                                    {"type", "Provider"},
-                                                   {"begin", 5000000},
-                                                   {"end", 6000000},
+                                                   {"beginHz", 5000000},
+                                                   {"endHz", 6000000},
                                                    {"selectable", true}}));
 }
 

@@ -152,11 +152,11 @@ void TestWaterfallCommand::whereNothingIsToBeDrawnThereIsNoPicture_data()
     QTest::newRow("no sweeps") << "no sweeps"
                                << "no sweeps in this recording";
     QTest::newRow("sweeps without values") << "no values"
-                                           << "the recording holds no levels";
+                                           << "no levels in this recording";
     QTest::newRow("no level is a number") << "NaN"
-                                          << "the recording holds no levels";
+                                          << "no levels in this recording";
     QTest::newRow("no level is finite") << "infinite"
-                                        << "the recording holds no levels";
+                                        << "no levels in this recording";
 }
 
 void TestWaterfallCommand::whereNothingIsToBeDrawnThereIsNoPicture()

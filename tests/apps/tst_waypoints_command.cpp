@@ -99,8 +99,8 @@ void TestWaypointsCommand::printsJson()
     QCOMPARE(gpx["waypoints"].toInt(), kGpxPoints);
     QCOMPARE(gpx["withoutTime"].toInt(-1), 0);
     QCOMPARE(gpx["withoutPosition"].toInt(-1), 0);
-    QCOMPARE(gpx["begin"].toString(), QString("2025-03-18T09:12:04.000Z"));
-    QCOMPARE(gpx["end"].toString(), QString("2025-03-18T09:26:16.000Z"));
+    QCOMPARE(gpx["beginTime"].toString(), QString("2025-03-18T09:12:04.000Z"));
+    QCOMPARE(gpx["endTime"].toString(), QString("2025-03-18T09:26:16.000Z"));
     QCOMPARE(gpx["durationSeconds"].toInt(), 14 * 60 + 12);
     QCOMPARE(sensorsOf(gpx), QStringList());
     double south = 90.0;
