@@ -227,7 +227,7 @@ bool checkTrace(const Limits &limits, const Trace &trace)
                                               : found.isEmpty() ? "kept"
                                                                 : "exceeded"),
                                 countText(compared, "point")));
-        for (const LimitExcess &excess : found)
+        for (const LimitExcess &excess : qAsConst(found))
             printExcess(excess, trace.unit);
         isKept = isKept && found.isEmpty() && compared > 0;
     }

@@ -379,7 +379,7 @@ bool writeLogo(const ABootlogoData &logo, const Options &options)
     else
         Console::tellWritten(options.output,
                              QStringLiteral("%1 x %2").arg(QString::number(logo.cols() * options.scale),
-                                                           countText(logo.rows() * options.scale, "pixel")));
+                                                           countText(qint64{logo.rows()} * options.scale, "pixel")));
     return true;
 }
 

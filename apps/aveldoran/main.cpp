@@ -24,7 +24,7 @@ struct Command
     bool alwaysDraws = false; // others do with --plot
 };
 
-constexpr QLatin1String kHelp("help");
+constexpr char kHelp[] = "help";
 
 constexpr Command kCommands[] = {
     {"calibration", "list calibration objects with their gains, and draw them", runCalibration},
@@ -94,7 +94,7 @@ int refuse(const QString &problem)
 
 bool asksForHelp(const QString &word)
 {
-    return word == kHelp || word == QLatin1String("--help") || word == QLatin1String("-h");
+    return word == QLatin1String(kHelp) || word == QLatin1String("--help") || word == QLatin1String("-h");
 }
 
 // The exit status of a command line that asks for the program's own help or version, or for help in a way that it can't
@@ -104,7 +104,7 @@ std::optional<int> answerForProgram(const QStringList &words)
     const bool isVersion = words.value(0) == QLatin1String("--version");
     if (!isVersion && !asksForHelp(words.value(0)))
         return {};
-    const bool isOfWord = words.constFirst() == kHelp && words.size() > 1;
+    const bool isOfWord = words.constFirst() == QLatin1String(kHelp) && words.size() > 1;
     const int most = isOfWord ? 2 : 1;
     if (words.size() > most) {
         const QString &found = words.at(most);
@@ -179,7 +179,7 @@ int main(int argc, char **argv)
         arguments += QString::fromLocal8Bit(argv[i]);
     if (const std::optional<int> status = answerForProgram(arguments.mid(1)))
         return *status;
-    if (arguments.value(1) == kHelp)
+    if (arguments.value(1) == QLatin1String(kHelp))
         arguments = QStringList{arguments.constFirst(), arguments.at(2), QStringLiteral("--help")};
     const QString name = arguments.value(1);
     const Command *command = commandNamed(name);
