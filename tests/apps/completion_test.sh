@@ -86,11 +86,12 @@ refusal() {
         [record]='--simulate --gpx none.gpx --output none.mdr' [waterfall]='none.mdr --output none.png'
         [waypoints]='none.gpx' [devices]='')
     # shellcheck disable=SC2086
-    "$program" "$command" "$option" "$value" ${rest[$command]} 2>&1 >/dev/null | grep "^aveldoran: $command: $option expects "
+    "$program" "$command" "$option" "$value" ${rest[$command]} 2>&1 >/dev/null |
+        grep "^aveldoran: $command: $option expects "
 }
 
-# Each value that is offered is one that the program takes; and where it takes only some, as its refusal of others tells,
-# these are offered.
+# Each value that is offered is one that the program takes; and where it takes only some, as its refusal of others
+# tells, these are offered.
 checked=0
 for command in $commands; do
     for option in $("$program" "$command" --help | sed -n '/<FILE/d; s/^  \(--[a-z-]*\) <.*/\1/p'); do
