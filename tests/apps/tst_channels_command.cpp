@@ -129,18 +129,20 @@ void TestChannelsCommand::printsJson()
     const QJsonArray ranges = QJsonDocument::fromJson(result.output.toUtf8()).array();
     QCOMPARE(ranges.size(), 4);
     QCOMPARE(ranges.at(0).toObject().value("profile").toString(), QStringLiteral("plan"));
-    const QJsonObject expected{
-        {"depth", 1},
-        {"stackingLevel", 1},
-        {"label", "Uplink"},
-        {"type", "Direction"},
-        {"beginHz", 100000000},
-        {"endHz", 110500000},
-        {"selectable", true},
-        {"color", "#3366cc"},
-        {"definitions",
-         QJsonArray{QJsonObject{
-             {"startHz", 100250000}, {"widthHz", 500000}, {"spaceHz", 12500}, {"count", 3}, {"first", 7}, {"step", 2}}}}};
+    const QJsonObject expected{{"depth", 1},
+                               {"stackingLevel", 1},
+                               {"label", "Uplink"},
+                               {"type", "Direction"},
+                               {"beginHz", 100000000},
+                               {"endHz", 110500000},
+                               {"selectable", true},
+                               {"color", "#3366cc"},
+                               {"definitions", QJsonArray{QJsonObject{{"startHz", 100250000},
+                                                                      {"widthHz", 500000},
+                                                                      {"spaceHz", 12500},
+                                                                      {"count", 3},
+                                                                      {"first", 7},
+                                                                      {"step", 2}}}}};
     QCOMPARE(ranges.at(1).toObject(), expected);
 
     const Run empty = run({"channels", "--format", "json", "/nonexistent"});
