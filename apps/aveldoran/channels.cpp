@@ -85,7 +85,7 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
     if (!readFilesOption(parser, kCommand, QStringLiteral("efis"), &options->efisFiles))
         return false;
     if (options->paths.isEmpty() && options->efisFiles.isEmpty()) {
-        CommandLine::usageError(kCommand, QStringLiteral("a profile file or directory is missing"));
+        CommandLine::usageError(kCommand, QStringLiteral("expected a profile file or directory, found none"));
         return false;
     }
     int choice = 0;

@@ -229,7 +229,7 @@ void TestCalibrationCommand::drawsWhateverIsInAFile()
 void TestCalibrationCommand::refusesWrongUsage_data()
 {
     addWrongUsageColumns();
-    QTest::newRow("no file") << QStringList{} << "calibration: a calibration file is missing";
+    QTest::newRow("no file") << QStringList{} << "calibration: expected a calibration file, found none";
     QTest::newRow("unknown option") << QStringList{"--gain", "a"} << "unknown option '--gain'";
     QTest::newRow("no frequency") << QStringList{"--at", "high", "a"}
                                   << "--at expects a frequency such as '100 MHz', not 'high'";

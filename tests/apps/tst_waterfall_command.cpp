@@ -231,7 +231,7 @@ void TestWaterfallCommand::refusesWrongUsage_data()
 {
     addWrongUsageColumns();
 
-    QTest::newRow("no recording") << QStringList{"--output", "a.png"} << "expected one recording, found 0";
+    QTest::newRow("no recording") << QStringList{"--output", "a.png"} << "expected one recording, found none";
     QTest::newRow("two recordings") << QStringList{"a", "b", "--output", "a.png"} << "expected one recording, found 2";
     QTest::newRow("no output") << QStringList{"a.mdr"} << "--output is missing";
     QTest::newRow("no PNG file") << QStringList{"a.mdr", "--output", "a.jpg"}
