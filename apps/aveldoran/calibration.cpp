@@ -3,8 +3,8 @@
 #include "apps/aveldoran/console.h"
 #include "apps/aveldoran/inputfile.h"
 #include "apps/aveldoran/options.h"
-#include "apps/aveldoran/plantext.h"
 #include "apps/aveldoran/plot.h"
+#include "apps/aveldoran/valuetext.h"
 
 #include <core/acalibrationdata.h>
 
@@ -93,9 +93,9 @@ QString unitOf(const ACalibrationData &object)
     return object.type() == ACalibrationData::Antenna ? QStringLiteral("dBi") : QStringLiteral("dB");
 }
 
-QString gainText(double gain)
+QString gainText(double gain, const ACalibrationData &object)
 {
-    return QString::number(gain, 'g', 6);
+    return QStringLiteral("%1 %2").arg(decibelText(gain), unitOf(object));
 }
 
 // The gains that are numbers, least and highest; false if there is none.
@@ -120,20 +120,18 @@ void printObject(const ACalibrationData &object, const Options &options)
         Console::write(line + QStringLiteral("  no entries\n"));
         return;
     }
-    line += level.size() == 1 ? QStringLiteral("  1 entry") : QStringLiteral("  %1 entries").arg(level.size());
-    line += QStringLiteral("  ") + rangeText(level.firstKey(), level.lastKey());
+    line += QStringLiteral("  %1  %2")
+                .arg(countText(level.size(), "entry"), frequencyRangeText(level.firstKey(), level.lastKey()));
     double least = 0.0;
     double highest = 0.0;
     if (gainRange(object, &least, &highest)) {
-        line += QStringLiteral("  ") + gainText(least);
+        line += QStringLiteral("  ") + gainText(least, object);
         if (highest != least)
-            line += QStringLiteral(" to ") + gainText(highest);
-        line += QLatin1Char(' ') + unitOf(object);
+            line += QStringLiteral(" to ") + gainText(highest, object);
     }
     if (options.hasFrequency) {
-        line += QStringLiteral("; at %1: %2 %3")
-                    .arg(shortFrequency(options.frequency), gainText(object.valueAt(options.frequency, true)),
-                         unitOf(object));
+        line += QStringLiteral("; at %1: %2")
+                    .arg(shortFrequency(options.frequency), gainText(object.valueAt(options.frequency, true), object));
         if (options.frequency < level.firstKey() || level.lastKey() < options.frequency)
             line += QStringLiteral(", held from the end of the table");
     }
@@ -193,7 +191,7 @@ bool draw(const QList<ACalibrationData> &objects, const Options &options)
         if (options.hasFrequency && !points.isEmpty() && points.constFirst().frequencyHz <= atHz &&
             atHz <= points.constLast().frequencyHz) {
             const double gain = object.valueAt(options.frequency, true);
-            name += QStringLiteral(": %1 %2").arg(gainText(gain), unitOf(object));
+            name += QStringLiteral(": ") + gainText(gain, object);
             if (std::isfinite(gain))
                 marked.append(gain);
         }
@@ -203,7 +201,10 @@ bool draw(const QList<ACalibrationData> &objects, const Options &options)
     std::sort(marked.begin(), marked.end());
     for (int i = 0; i < marked.size(); ++i)
         plot.addMarker(atHz, marked.at(i), i == 0 ? shortFrequency(options.frequency) : QString(), Plot::AbovePoint);
-    return Console::attempt([&](QString *errorText) { return plot.save(options.picture, errorText); });
+    if (!Console::attempt([&](QString *errorText) { return plot.save(options.picture, errorText); }))
+        return false;
+    Console::tellWritten(options.picture, countText(objects.size(), "object"));
+    return true;
 }
 
 } // namespace

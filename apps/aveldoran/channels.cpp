@@ -6,6 +6,7 @@
 #include "apps/aveldoran/options.h"
 #include "apps/aveldoran/plantext.h"
 #include "apps/aveldoran/planxml.h"
+#include "apps/aveldoran/valuetext.h"
 
 #include <datamanager/adatamanager.h>
 
@@ -18,6 +19,7 @@
 #include <QtCore/QLoggingCategory>
 #include <QtCore/QSet>
 
+#include <algorithm>
 #include <memory>
 
 namespace {
@@ -58,12 +60,11 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
          QStringLiteral("aveldoran channels --format xml --efis examples/data/efis/allocations.csv > plan.xml")});
     const QCommandLineOption expand(QStringLiteral("expand"),
                                     QStringLiteral("Turn channel definitions into channels (at most %1, as xml %2).")
-                                        .arg(kMaxExpandedChannels)
-                                        .arg(kMaxRangesAsXml));
+                                        .arg(QString::number(kMaxExpandedChannels), QString::number(kMaxRangesAsXml)));
     const QCommandLineOption stacked(QStringLiteral("stacked"),
                                      QStringLiteral("Print for each range a level on which it overlaps no neighbour."));
     const QCommandLineOption format = optionWithDefault(
-        QStringLiteral("format"), QStringLiteral("How to print: text, json, or xml: a channel section"),
+        QStringLiteral("format"), QStringLiteral("How to print, xml being a channel section: text, json or xml"),
         QStringLiteral("FORMAT"), QStringLiteral("text"));
     const QCommandLineOption efis(
         QStringLiteral("efis"),
@@ -84,7 +85,7 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
     if (!readFilesOption(parser, kCommand, QStringLiteral("efis"), &options->efisFiles))
         return false;
     if (options->paths.isEmpty() && options->efisFiles.isEmpty()) {
-        CommandLine::usageError(kCommand, QStringLiteral("a profile file or directory is missing"));
+        CommandLine::usageError(kCommand, QStringLiteral("expected a profile file or directory, found none"));
         return false;
     }
     int choice = 0;
@@ -159,8 +160,11 @@ bool loadProfiles(ADataManager *manager, const QStringList &paths)
     return complete;
 }
 
+// The files that the ranges of a plan came from. Each of them gave one range of the group.
+using Files = QHash<const AChannelInfo *, QString>;
+
 // One range for the file, named after it, with the allocations below.
-bool addEfisFile(AChannelInfo *group, const QString &fileName)
+bool addEfisFile(AChannelInfo *group, const QString &fileName, Files *sources)
 {
     Console::progress(QStringLiteral("reading %1").arg(fileName));
     QFile file(fileName);
@@ -177,31 +181,64 @@ bool addEfisFile(AChannelInfo *group, const QString &fileName)
         Console::error(QStringLiteral("%1: no line is an allocation that is valid today").arg(fileName));
         return false;
     }
+    sources->insert(range.get(), fileName);
     group->appendChild(range.release());
     return true;
 }
 
-bool loadEfisFiles(AChannelInfo *group, const QStringList &files)
+bool loadEfisFiles(AChannelInfo *group, const QStringList &files, Files *sources)
 {
     QLoggingCategory::defaultCategory()->setEnabled(QtDebugMsg, false); // what they tell is told with the file's name
     bool complete = true;
     for (const QString &file : files)
-        complete = addEfisFile(group, file) && complete;
+        complete = addEfisFile(group, file, sources) && complete;
     Console::clearProgress();
     return complete;
 }
 
-bool expandDefinitions(AChannelInfo *plan, Format format)
+Files filesOfProfiles(const ADataManager &manager, AChannelInfo *group)
 {
-    const qint64 count = plan->definedChannelCount();
-    const qint64 limit = format == Format::Xml ? kMaxRangesAsXml : kMaxExpandedChannels;
-    if (count > limit) {
-        Console::error(QStringLiteral("channels: the definitions ask for %1 channels, at most %2 are expanded")
-                           .arg(count)
-                           .arg(limit));
-        return false;
+    Files files;
+    for (int row = 0; row < group->childCount(); ++row) {
+        const AChannelInfo *range = group->child(row);
+        const AProfile *profile = manager.getProfileForId(range->data(AChannelInfo::ColumnProfileId).toString());
+        if (profile)
+            files.insert(range, profile->source());
     }
-    Console::progress(QStringLiteral("expanding %1 channels").arg(count));
+    return files;
+}
+
+bool refuseAmount(const QString &whose, const QString &amount, qint64 most, const char *whatIsDone)
+{
+    Console::error(QStringLiteral("%1: %2, expected at most %3 to be %4")
+                       .arg(whose, amount, QString::number(most), QLatin1String(whatIsDone)));
+    return false;
+}
+
+// False, with a message, if the plan has too much of what `amountOf` counts. The file is named which alone has too
+// much.
+template<typename AmountOf>
+bool checkAmount(AChannelInfo *group, const Files &files, qint64 most, const AmountOf &amountOf, const char *noun,
+                 const char *whatIsDone)
+{
+    qint64 all = 0;
+    for (int row = 0; row < group->childCount(); ++row) {
+        const qint64 amount = amountOf(group->child(row));
+        if (amount > most)
+            return refuseAmount(files.value(group->child(row), QLatin1String(kCommand)), countText(amount, noun), most,
+                                whatIsDone);
+        all += amount;
+    }
+    return all <= most || refuseAmount(QLatin1String(kCommand), countText(all, noun), most, whatIsDone);
+}
+
+bool expandDefinitions(AChannelInfo *plan, const Files &files, Format format)
+{
+    const auto amountOf = [](const AChannelInfo *range) { return range->definedChannelCount(); };
+    const qint64 most = format == Format::Xml ? kMaxRangesAsXml : kMaxExpandedChannels;
+    if (!checkAmount(plan->child(0), files, most, amountOf, "defined channel", "expanded"))
+        return false;
+    Console::progress(QStringLiteral("expanding %1").arg(countText(plan->definedChannelCount(), "channel")));
     plan->processChannelDefinitions(true, true);
     Console::clearProgress();
     return true;
@@ -226,7 +263,7 @@ void print(const AChannelInfo::FlatList &plan, const Options &options)
         if (options.format == Format::Json) {
             QJsonObject object = rangeAsJson(*range, depth);
             if (options.stacked)
-                object[QStringLiteral("level")] = shownLevel;
+                object[QStringLiteral("stackingLevel")] = shownLevel;
             json.add(object);
         } else {
             const QString prefix = options.stacked ? QStringLiteral("%1  ").arg(shownLevel, 3) : QString();
@@ -237,20 +274,41 @@ void print(const AChannelInfo::FlatList &plan, const Options &options)
         json.end();
 }
 
-void printAsXml(AChannelInfo *group)
+void printAsXml(AChannelInfo *group, const Files &files)
 {
     qSetGlobalQHashSeed(0); // Qt's document orders attributes by it: the same plan gives the same text
     Console::write(xmlBegin());
-    int readable = 0;
-    for (int row = 0; row < group->childCount(); ++row)
-        Console::write(rangeAsXml(*group->child(row), &readable));
+    for (int row = 0; row < group->childCount(); ++row) {
+        AChannelInfo *range = group->child(row);
+        int readable = 0;
+        Console::write(rangeAsXml(*range, &readable));
+        const int unreadable = range->channels(0).size() - readable;
+        if (unreadable > 0)
+            Console::remark(QStringLiteral("%1: dropped by whoever reads this plan: %2 at or outside the edges of "
+                                           "the one around, with all within")
+                                .arg(files.value(range, QLatin1String(kCommand)), countText(unreadable, "range")));
+    }
     Console::write(xmlEnd());
-    const int written = group->channels(0).size() - 1;
-    if (readable < written)
-        Console::remark(QStringLiteral("channels: %1 of the %2 ranges lie at or outside the edges of the one around "
-                                       "them: whoever reads this drops them, with all in them")
-                            .arg(written - readable)
-                            .arg(written));
+}
+
+// True if there are none.
+bool reportWithoutLevel(AChannelInfo *group, const AChannelInfo::FlatList &stacked, const Files &files)
+{
+    QSet<const AChannelInfo *> shown;
+    for (const auto &entry : stacked)
+        shown.insert(entry.first);
+    bool complete = true;
+    for (int row = 0; row < group->childCount(); ++row) {
+        const AChannelInfo::FlatList ranges = group->child(row)->channels(0);
+        const auto leftOut = std::count_if(ranges.begin(), ranges.end(),
+                                           [&shown](const auto &entry) { return !shown.contains(entry.first); });
+        if (leftOut == 0)
+            continue;
+        Console::error(QStringLiteral("%1: left out: %2, for which there is no level")
+                           .arg(files.value(group->child(row), QLatin1String(kCommand)), countText(leftOut, "range")));
+        complete = false;
+    }
+    return complete;
 }
 
 bool buildAndPrint(ADataManager *manager, const Options &options)
@@ -258,28 +316,22 @@ bool buildAndPrint(ADataManager *manager, const Options &options)
     manager->createChannelInfoFromProfiles();
     AChannelInfo *plan = manager->getChannelInfoRoot();
     AChannelInfo *group = plan->child(0);
-    const bool complete = loadEfisFiles(group, options.efisFiles);
-    if (options.expand && !expandDefinitions(plan, options.format))
+    Files files = filesOfProfiles(*manager, group);
+    const bool complete = loadEfisFiles(group, options.efisFiles, &files);
+    if (options.expand && !expandDefinitions(plan, files, options.format))
         return false;
     if (options.format == Format::Xml) {
-        const int count = plan->channels(0).size();
-        if (count > kMaxRangesAsXml) {
-            Console::error(QStringLiteral("channels: the plan has %1 ranges, at most %2 are written as xml")
-                               .arg(count)
-                               .arg(kMaxRangesAsXml));
+        const auto amountOf = [](AChannelInfo *range) { return range->channels(0).size(); };
+        if (!checkAmount(group, files, kMaxRangesAsXml, amountOf, "range", "printed as xml"))
             return false;
-        }
-        printAsXml(group);
+        printAsXml(group, files);
         return Console::finish() && complete;
     }
 
     const AChannelInfo::FlatList ranges = options.stacked ? plan->stackedChannels(0) : plan->channels(0);
     print(ranges, options);
-    const bool written = Console::finish();
-    const int leftOut = options.stacked ? plan->channels(0).size() - ranges.size() : 0;
-    if (leftOut > 0)
-        Console::error(QStringLiteral("channels: %1 ranges found no level and are left out").arg(leftOut));
-    return written && complete && leftOut == 0;
+    const bool printed = Console::finish();
+    return (!options.stacked || reportWithoutLevel(group, ranges, files)) && printed && complete;
 }
 
 } // namespace

@@ -2,7 +2,7 @@
 
 #include "apps/aveldoran/commands.h"
 #include "apps/aveldoran/console.h"
-#include "apps/aveldoran/nearest.h"
+#include "apps/aveldoran/spelling.h"
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QCoreApplication>
@@ -172,8 +172,9 @@ QString exitStatusText()
 {
     return QStringLiteral("Exit status:\n"
                           "  0  All was done.\n"
-                          "  1  Something was not done, refused or left out, or a trace exceeds a limit. A\n"
-                          "     message tells what; what else could be done was done.\n"
+                          "  1  Something was not done, refused or left out, which a message on standard\n"
+                          "     error tells, or a trace exceeds a limit, which is printed. What else could\n"
+                          "     be done was done.\n"
                           "  2  The command line makes no sense; nothing was done.\n");
 }
 

@@ -1,8 +1,20 @@
-# Completion of `aveldoran` in bash. Commands and options are those that the program's own help names.
+# Completion of `aveldoran` in bash. Commands, options and their values are those that the program's own help names.
+
+# _aveldoran_about COMMAND OPTION: what the help says of an option, on one line: "--format <FORMAT> How to print: ...".
+_aveldoran_about() {
+    "$1" "$2" --help 2>/dev/null |
+        awk -v option="$3" '/^  (-[a-z], )?--/ { found = $1 == option } /^$/ { found = 0 } found' | tr -s ' \n' ' '
+}
+
+# The values of an option that has only those: the help ends in ": ONE, TWO or THREE." or goes on with "; ...".
+_aveldoran_values() {
+    sed -nE 's/.*: (([^ ,;:]+, )*[^ ,;:]+ or [^ ,;:]+)(;.*|\. *)$/\1/; T; s/,? or /, /; s/, / /g; p' <<<"$1"
+}
 
 _aveldoran() {
-    local cur prev words cword
-    _init_completion || return
+    # shellcheck disable=SC2034  # what _init_completion sets
+    local cur prev words cword split
+    _init_completion -s || return
 
     local program=${words[0]}
     if ((cword == 1)) || [[ $cword == 2 && ${words[1]} == help ]]; then
@@ -13,16 +25,28 @@ _aveldoran() {
         return
     fi
 
-    local help
-    help=$("$program" "${words[1]}" --help 2>/dev/null)
+    local about=''
+    [[ $prev == --* ]] && about=$(_aveldoran_about "$program" "${words[1]}" "$prev")
+    case $about in
+    *'<FILE'* | *'<TRACE'*)
+        _filedir
+        return
+        ;;
+    *'<LIST>'*) # after the last comma
+        local before=''
+        [[ $cur == *,* ]] && before=${cur%,*},
+        mapfile -t COMPREPLY < <(compgen -P "$before" -W "$(_aveldoran_values "$about")" -- "${cur##*,}")
+        return
+        ;;
+    *'<'*'>'*)
+        mapfile -t COMPREPLY < <(compgen -W "$(_aveldoran_values "$about")" -- "$cur")
+        return
+        ;;
+    esac
     if [[ $cur == -* ]]; then
         local options
-        options=$(sed -n 's/^  \(-h, \)\{0,1\}\(--[a-z-]*\).*/\2/p' <<<"$help")
+        options=$("$program" "${words[1]}" --help 2>/dev/null | sed -n 's/^  \(-h, \)\{0,1\}\(--[a-z-]*\).*/\2/p')
         mapfile -t COMPREPLY < <(compgen -W "$options" -- "$cur")
-    elif [[ $prev == --format ]]; then
-        local formats
-        formats=$(sed -n '/^  --format/{N;s/.*How to print: //;s/[:;.].*//;s/,//g;s/\<or\>//g;p;}' <<<"$help")
-        mapfile -t COMPREPLY < <(compgen -W "$formats" -- "$cur")
     else
         _filedir
     fi

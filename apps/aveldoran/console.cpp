@@ -70,7 +70,17 @@ void progressBar(const QString &text, qint64 done, qint64 total)
 void remark(const QString &text)
 {
     clearProgress();
-    std::fprintf(stderr, "%s\n", text.toLocal8Bit().constData());
+    std::fprintf(stderr, "%s\n", oneLine(text).toLocal8Bit().constData());
+}
+
+void tellWritten(const QString &fileName, const QString &content)
+{
+    remark(QStringLiteral("%1: written; %2").arg(fileName, content));
+}
+
+void tellLeftOut(const QString &fileName, const QString &what)
+{
+    remark(QStringLiteral("%1: left out: %2").arg(fileName, what));
 }
 
 bool attempt(const std::function<bool(QString *errorText)> &operation)

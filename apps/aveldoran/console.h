@@ -27,6 +27,11 @@ bool attempt(const std::function<bool(QString *errorText)> &operation);
 // A line on standard error that is no error.
 void remark(const QString &text);
 
+// "FILE: written; CONTENT" on standard error, after each file that a command wrote. Standard output has the data alone.
+void tellWritten(const QString &fileName, const QString &content);
+// "FILE: left out: WHAT" there, of what has no place in the file.
+void tellLeftOut(const QString &fileName, const QString &what);
+
 // Standard output in UTF-8. False from finish() if any of it could not be written, which it then reports.
 void write(const QString &text);
 bool finish();

@@ -4,9 +4,9 @@
 #include "apps/aveldoran/driveprocessor.h"
 #include "apps/aveldoran/options.h"
 #include "apps/aveldoran/outputfile.h"
-#include "apps/aveldoran/plantext.h"
 #include "apps/aveldoran/recordingfile.h"
 #include "apps/aveldoran/tracefile.h"
+#include "apps/aveldoran/valuetext.h"
 
 #include <core/amdrdocument.h>
 #include <core/emu.h>
@@ -77,112 +77,127 @@ struct Options
 
 // --- the command line ---
 
-bool readSensors(const QString &names, unsigned int *flags)
+QStringList sensorNames()
 {
+    QStringList names;
+    for (const Sensor &sensor : sensors())
+        names += QLatin1String(sensor.name);
+    return names;
+}
+
+QStringList labelNames()
+{
+    QStringList names;
+    for (const Label &label : kLabels)
+        names += QLatin1String(label.name);
+    return names;
+}
+
+bool readSensors(const QCommandLineParser &parser, unsigned int *flags)
+{
+    const QString option = QStringLiteral("sensors");
+    if (!parser.isSet(option))
+        return true;
+    const QString names = parser.value(option);
     const QStringList list = names.split(QLatin1Char(','));
     for (const QString &name : list) {
-        const auto sensor = std::find_if(sensors().begin(), sensors().end(), [&name](const Sensor &known) {
-            return name.trimmed() == QLatin1String(known.name);
-        });
-        if (sensor == sensors().end())
-            return refuseOption(kCommand, QStringLiteral("sensors"),
-                                QStringLiteral("compass, gyro, pressure or several of them"), names);
-        *flags |= sensor->flag;
+        const int known = sensorNames().indexOf(name.trimmed());
+        if (known < 0)
+            return refuseOption(kCommand, option,
+                                listText(sensorNames()) + QStringLiteral(", or several with commas between"), names);
+        *flags |= sensors().at(known).flag;
     }
     return true;
 }
 
 bool readLabels(const QCommandLineParser &parser, int *flags)
 {
-    QStringList names;
-    for (const Label &label : kLabels)
-        names += QLatin1String(label.name);
     int choice = 0;
-    if (!readChoiceOption(parser, kCommand, QStringLiteral("labels"), names, &choice))
+    if (!readChoiceOption(parser, kCommand, QStringLiteral("labels"), labelNames(), &choice))
         return false;
     *flags = kLabels[choice].flags;
     return true;
 }
 
-bool readUnit(const QString &name, const emu_entry **unit)
+bool readUnit(const QCommandLineParser &parser, const emu_entry **unit)
 {
+    const QString option = QStringLiteral("unit");
+    if (!parser.isSet(option))
+        return true;
+    const QString name = parser.value(option);
     *unit = emu_find(unitId(name.toUtf8()));
-    return *unit || refuseOption(kCommand, QStringLiteral("unit"), QStringLiteral("one of %1").arg(unitNames()), name);
+    return *unit || refuseOption(kCommand, option, listText(typedUnitNames()), name);
+}
+
+void addOptions(QCommandLineParser *parser, const Options &defaults)
+{
+    CommandLine::describe(
+        parser,
+        QStringLiteral("Draws the recording of a measurement drive as a KML document: the way of the vehicle, and "
+                       "along it the maximum, average and minimum of each sweep as curtains whose height shows the "
+                       "level. A sweep without a position of its own takes that of the waypoint of its time, from GPX "
+                       "files, NMEA logs or the recording. The document goes to standard output if no file is named. "
+                       "What it holds, and what was left out of it, is told on standard error."),
+        {QStringLiteral("aveldoran drive drive.mdr --gpx examples/data/drives/valley-road.gpx --output drive.kml")});
+    const QString file = QStringLiteral("FILE");
+    parser->addOptions(
+        {{QStringLiteral("nmea"),
+          QStringLiteral("An NMEA log with waypoints of the drive. May be given several times."), file},
+         {QStringLiteral("gpx"), QStringLiteral("A GPX file with waypoints of the drive. May be given several times."),
+          file},
+         optionWithDefault(QStringLiteral("unit"),
+                           QStringLiteral("Show levels in this unit: %1").arg(listText(typedUnitNames())),
+                           QStringLiteral("UNIT"), QStringLiteral("their own")),
+         optionWithDefault(QStringLiteral("elevation"),
+                           QStringLiteral("How high the highest level is drawn, in metres, where 0 draws all at the "
+                                          "altitude of the vehicle"),
+                           QStringLiteral("METRES"), QString::number(defaults.elevationMetres)),
+         optionWithDefault(QStringLiteral("tolerance"),
+                           QStringLiteral("How far a waypoint may lie from the time of its sweep, in milliseconds"),
+                           QStringLiteral("MS"), QString::number(defaults.toleranceMs)),
+         optionWithDefault(QStringLiteral("labels"),
+                           QStringLiteral("What the points are called by: %1").arg(listText(labelNames())),
+                           QStringLiteral("KIND"), QLatin1String(kLabels[0].name)),
+         {QStringLiteral("no-balloons"), QStringLiteral("Draw the curtains without a point for each sweep.")},
+         {QStringLiteral("no-gps-track"), QStringLiteral("Leave the way of the vehicle out.")},
+         {QStringLiteral("absolute-altitude"),
+          QStringLiteral("Draw the way of the vehicle at its altitude, not on the ground.")},
+         {QStringLiteral("time-track"), QStringLiteral("Add tracks with times, which a viewer can play.")},
+         {QStringLiteral("sensors"),
+          QStringLiteral("Draw what these said along the way, with commas between: %1.").arg(listText(sensorNames())),
+          QStringLiteral("LIST")},
+         {QStringLiteral("output"),
+          QStringLiteral("The document; a file of that name is replaced when it is complete."),
+          QStringLiteral("FILE.kml")}});
+    parser->addPositionalArgument(QStringLiteral("RECORDING"), QStringLiteral("The recording of the drive."));
 }
 
 bool readOptions(const QStringList &arguments, Options *options, int *exitStatus)
 {
+    const QString nmea = QStringLiteral("nmea");
+    const QString gpx = QStringLiteral("gpx");
     QCommandLineParser parser;
-    CommandLine::describe(
-        &parser,
-        QStringLiteral("Draws the recording of a measurement drive as a KML document: the way of the vehicle, and "
-                       "along it the maximum, average and minimum of each sweep as curtains whose height shows the "
-                       "level. A sweep without a position of its own takes that of the waypoint of its time, from GPX "
-                       "files, NMEA logs or the recording. The document goes to standard output if no file is named, "
-                       "and what it holds is told: on standard output after a file, else on standard error."),
-        {QStringLiteral("aveldoran drive drive.mdr --gpx examples/data/drives/valley-road.gpx --output drive.kml")});
-    const QString file = QStringLiteral("FILE");
-    const QCommandLineOption nmea(
-        QStringLiteral("nmea"), QStringLiteral("An NMEA log with waypoints of the drive. May be given several times."),
-        file);
-    const QCommandLineOption gpx(QStringLiteral("gpx"),
-                                 QStringLiteral("A GPX file with waypoints of the drive. May be given several times."),
-                                 file);
-    const QCommandLineOption unit(QStringLiteral("unit"),
-                                  QStringLiteral("Show levels in this unit, such as dBuV; if not given in their own."),
-                                  QStringLiteral("UNIT"));
-    const QCommandLineOption elevation =
-        optionWithDefault(QStringLiteral("elevation"),
-                          QStringLiteral("How high the highest level is drawn, in metres, where 0 draws all at the "
-                                         "altitude of the vehicle"),
-                          QStringLiteral("METRES"), QString::number(options->elevationMetres));
-    const QCommandLineOption tolerance =
-        optionWithDefault(QStringLiteral("tolerance"),
-                          QStringLiteral("How far a waypoint may lie from the time of its sweep, in milliseconds"),
-                          QStringLiteral("MS"), QString::number(options->toleranceMs));
-    const QCommandLineOption labels = optionWithDefault(
-        QStringLiteral("labels"), QStringLiteral("Call the points by their name, time or value, or none of them"),
-        QStringLiteral("KIND"), QLatin1String(kLabels[0].name));
-    const QCommandLineOption noBalloons(QStringLiteral("no-balloons"),
-                                        QStringLiteral("Draw the curtains without a point for each sweep."));
-    const QCommandLineOption noGpsTrack(QStringLiteral("no-gps-track"),
-                                        QStringLiteral("Leave the way of the vehicle out."));
-    const QCommandLineOption absolute(
-        QStringLiteral("absolute-altitude"),
-        QStringLiteral("Draw the way of the vehicle at its altitude, not on the ground."));
-    const QCommandLineOption timeTrack(QStringLiteral("time-track"),
-                                       QStringLiteral("Add tracks with times, which a viewer can play."));
-    const QCommandLineOption sensorNames(
-        QStringLiteral("sensors"),
-        QStringLiteral("Draw what these sensors said along the way: compass, gyro, pressure, with commas between."),
-        QStringLiteral("LIST"));
-    const QCommandLineOption output(
-        QStringLiteral("output"), QStringLiteral("The document; a file of that name is replaced when it is complete."),
-        QStringLiteral("FILE.kml"));
-    parser.addOptions({nmea, gpx, unit, elevation, tolerance, labels, noBalloons, noGpsTrack, absolute, timeTrack,
-                       sensorNames, output});
-    parser.addPositionalArgument(QStringLiteral("RECORDING"), QStringLiteral("The recording of the drive."));
-    if (!CommandLine::parse(&parser, kCommand, arguments, exitStatus, nmea.names() + gpx.names()))
+    addOptions(&parser, *options);
+    if (!CommandLine::parse(&parser, kCommand, arguments, exitStatus, {nmea, gpx}))
         return false;
 
     *exitStatus = ExitUsage;
     if (!readOneArgument(parser, kCommand, QStringLiteral("recording"), &options->recording) ||
-        !readFilesOption(parser, kCommand, QStringLiteral("gpx"), &options->gpx) ||
-        !readFilesOption(parser, kCommand, QStringLiteral("nmea"), &options->nmea))
+        !readFilesOption(parser, kCommand, gpx, &options->gpx) ||
+        !readFilesOption(parser, kCommand, nmea, &options->nmea))
         return false;
-    options->withBalloons = !parser.isSet(noBalloons);
-    options->withGpsTrack = !parser.isSet(noGpsTrack);
-    options->withTimeTrack = parser.isSet(timeTrack);
-    options->absoluteAltitude = parser.isSet(absolute);
+    options->withBalloons = !parser.isSet(QStringLiteral("no-balloons"));
+    options->withGpsTrack = !parser.isSet(QStringLiteral("no-gps-track"));
+    options->withTimeTrack = parser.isSet(QStringLiteral("time-track"));
+    options->absoluteAltitude = parser.isSet(QStringLiteral("absolute-altitude"));
     const QStringList inputs = QStringList(options->recording) + options->gpx + options->nmea;
     return readNumberOption(parser, kCommand, QStringLiteral("elevation"), 0, kMaxElevationMetres,
                             &options->elevationMetres) &&
            readNumberOption(parser, kCommand, QStringLiteral("tolerance"), 0, kDayMs, &options->toleranceMs) &&
            readOutputOption(parser, kCommand, QStringLiteral("output"), inputs, {QStringLiteral(".kml")},
                             &options->output) &&
-           (!parser.isSet(unit) || readUnit(parser.value(unit), &options->unit)) &&
-           (!parser.isSet(labels) || readLabels(parser, &options->labelFlags)) &&
-           (!parser.isSet(sensorNames) || readSensors(parser.value(sensorNames), &options->sensorFlags));
+           readUnit(parser, &options->unit) && readLabels(parser, &options->labelFlags) &&
+           readSensors(parser, &options->sensorFlags);
 }
 
 // --- reading ---
@@ -248,12 +263,25 @@ bool checkMeasured(const Options &options, const DriveProcessor &processor, cons
         return fail(options, QStringLiteral("no sweep with a position has levels that can be drawn"));
     if (options.elevationMetres > 0 && !(processor.minimum().level < processor.maximum().level)) {
         return fail(options, QStringLiteral("all levels are %1, which gives no heights; draw them with --elevation 0")
-                                 .arg(processor.maximum().formatValueString(true)));
+                                 .arg(levelText(processor.maximum().level, processor.maximum().unit)));
     }
     return true;
 }
 
 // --- the document ---
+
+std::unique_ptr<QDomDocument> build(const Options &options, DriveProcessor *processor)
+{
+    Console::progress(QStringLiteral("building the document"));
+    processor->nameWaypoints();
+    qSetGlobalQHashSeed(0); // the attributes of an element in one order: the same drive gives the same document
+    std::unique_ptr<QDomDocument> document(
+        processor->toKml(QFileInfo(options.recording).completeBaseName(), static_cast<float>(options.elevationMetres),
+                         options.withBalloons, options.withGpsTrack, options.withTimeTrack, options.labelFlags,
+                         options.absoluteAltitude, options.sensorFlags));
+    Console::clearProgress();
+    return document;
+}
 
 // Takes out the folders of paths whose heights are no numbers, since all values of their sensor are the same: a viewer
 // could draw none of them. Returns their names.
@@ -286,11 +314,16 @@ bool reportMissingSensors(const Options &options, const QStringList &missingPath
                                            [&](const QString &path) { return missingPaths.contains(path); });
         if ((options.sensorFlags & sensor.flag) == 0 || !isMissing)
             continue;
-        complete = fail(options, QStringLiteral("left out is the path of the sensor '%1': the positions have none, or "
-                                                "all the same values")
+        complete = fail(options, QStringLiteral("left out: the path of the sensor '%1', of which the positions have no "
+                                                "values, or all the same")
                                      .arg(QLatin1String(sensor.name)));
     }
     return complete;
+}
+
+QString nameOfOutput(const Options &options)
+{
+    return options.output.isEmpty() ? QStringLiteral("standard output") : options.output;
 }
 
 bool writeDocument(const QDomDocument &document, const Options &options)
@@ -299,7 +332,7 @@ bool writeDocument(const QDomDocument &document, const Options &options)
         QFile out;
         if (out.open(stdout, QIODevice::WriteOnly) && writeKml(document, &out) && out.flush())
             return true;
-        Console::error(QStringLiteral("standard output: can't be written: %1").arg(out.errorString()));
+        Console::error(QStringLiteral("%1: can't be written: %2").arg(nameOfOutput(options), out.errorString()));
         return false;
     }
     Console::progress(QStringLiteral("writing %1").arg(options.output));
@@ -309,17 +342,22 @@ bool writeDocument(const QDomDocument &document, const Options &options)
     });
 }
 
-void tell(const Options &options, const QString &text)
+// --- what is told of it ---
+
+void tellLeftOut(const Options &options, qint64 count, const char *noun, const char *reason)
 {
-    if (options.output.isEmpty())
-        Console::remark(QStringLiteral("%1: %2").arg(Console::oneLine(options.recording), text));
-    else
-        Console::write(QStringLiteral("%1: %2\n").arg(Console::oneLine(options.output), text));
+    if (count > 0)
+        Console::tellLeftOut(nameOfOutput(options),
+                             QStringLiteral("%1 %2").arg(countText(count, noun), QLatin1String(reason)));
 }
 
-QString extremeText(const AMeasurementValue &value)
+void tellContent(const Options &options, const DriveProcessor &processor, const DriveProcessor::Measured &measured)
 {
-    return QStringLiteral("%1 at %2").arg(value.formatValueString(true), shortFrequency(value.frequency));
+    Console::tellWritten(nameOfOutput(options),
+                         QStringLiteral("%1, %2 with a position, %3, levels from %4 to %5")
+                             .arg(countText(measured.sweeps, "sweep"), QString::number(measured.positioned),
+                                  countText(processor.waypointCount(), "waypoint"), levelText(processor.minimum()),
+                                  levelText(processor.maximum())));
 }
 
 } // namespace
@@ -347,33 +385,19 @@ int runDrive(const QStringList &arguments)
     if (!checkMeasured(options, processor, measured))
         return ExitFailed;
 
-    Console::progress(QStringLiteral("building the document"));
-    processor.nameWaypoints();
-    qSetGlobalQHashSeed(0); // the attributes of an element in one order: the same drive gives the same document
-    const std::unique_ptr<QDomDocument> document(
-        processor.toKml(QFileInfo(options.recording).completeBaseName(), static_cast<float>(options.elevationMetres),
-                        options.withBalloons, options.withGpsTrack, options.withTimeTrack, options.labelFlags,
-                        options.absoluteAltitude, options.sensorFlags));
+    const std::unique_ptr<QDomDocument> document = build(options, &processor);
     const QStringList missingPaths = removePathsWithoutRange(*document);
-    Console::clearProgress();
     complete = reportMissingSensors(options, missingPaths) && complete;
     if (!writeDocument(*document, options))
         return ExitFailed;
 
-    tell(options, QStringLiteral("written; sweeps: %1, with a position: %2, waypoints: %3, values: %4 to %5")
-                      .arg(measured.sweeps)
-                      .arg(measured.positioned)
-                      .arg(processor.waypointCount())
-                      .arg(extremeText(processor.minimum()), extremeText(processor.maximum())));
-    if (misplaced > 0)
-        tell(options, QStringLiteral("waypoints without a place on the earth, left out: %1").arg(misplaced));
-    if (measured.unusable > 0)
-        tell(options,
-             QStringLiteral("sweeps with levels or a place that can't be drawn, left out: %1").arg(measured.unusable));
-    if (measured.unusablePoints > 0)
-        tell(options,
-             QStringLiteral("points with levels that can't be drawn, left out: %1").arg(measured.unusablePoints));
+    tellContent(options, processor, measured);
+    tellLeftOut(options, misplaced, "waypoint", "without a place on the earth");
+    tellLeftOut(options, measured.unusable, "sweep", "with levels or a place that can't be drawn");
+    tellLeftOut(options, measured.unusablePoints, "point", "with a level that can't be drawn");
     if (!missingPaths.isEmpty())
-        tell(options, QStringLiteral("paths of one value, left out: %1").arg(missingPaths.join(QStringLiteral(", "))));
+        Console::tellLeftOut(nameOfOutput(options),
+                             QStringLiteral("%1 of one value: %2")
+                                 .arg(countText(missingPaths.size(), "path"), missingPaths.join(QStringLiteral(", "))));
     return Console::finish() && complete ? ExitDone : ExitFailed;
 }

@@ -1,6 +1,7 @@
 #include "apps/aveldoran/driveprocessor.h"
 
 #include "apps/aveldoran/console.h"
+#include "apps/aveldoran/valuetext.h"
 
 #include <core/agpsloggerdevice.h>
 #include <core/amdrdocument.h>
@@ -185,7 +186,7 @@ void DriveProcessor::nameWaypoints()
 {
     for (AGeoData *record : qAsConst(m_waypoints)) {
         if (record->recordName.isEmpty())
-            record->recordName = record->recordTime.toString(Qt::ISODate);
+            record->recordName = timeText(record->recordTime);
     }
 }
 

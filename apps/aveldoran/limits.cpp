@@ -5,8 +5,8 @@
 #include "apps/aveldoran/limitcurves.h"
 #include "apps/aveldoran/options.h"
 #include "apps/aveldoran/outputfile.h"
-#include "apps/aveldoran/plantext.h"
 #include "apps/aveldoran/tracefile.h"
+#include "apps/aveldoran/valuetext.h"
 
 #include <core/alimit.h>
 #include <core/emu.h>
@@ -107,6 +107,13 @@ struct Limits
         return complete;
     }
 
+    // "FILE: LIMIT: TEXT".
+    void report(int index, const QString &text) const
+    {
+        Console::error(
+            QStringLiteral("%1: %2: %3").arg(files.at(index), Console::oneLineOrDash(all.at(index)->name()), text));
+    }
+
 private:
     Q_DISABLE_COPY(Limits)
 };
@@ -120,11 +127,6 @@ QString unitOf(const ALimit &limit)
 {
     const emu_entry *unit = emu_find(limit.unitId());
     return unit ? QString::fromUcs4(unit->name) : QStringLiteral("unit %1").arg(Console::oneLine(limit.unit()));
-}
-
-QString numberText(double value)
-{
-    return QString::number(value, 'g', 6);
 }
 
 QString interpolationText(unsigned int interpolation)
@@ -148,72 +150,86 @@ void printPiece(const QString &where, const QString &value)
 
 void printLimit(const ALimit &limit)
 {
-    QString line =
-        QStringLiteral("  %1  %2  %3").arg(nameOf(limit), rangeText(limit.begin(), limit.end()), unitOf(limit));
+    QString line = QStringLiteral("  %1  %2  %3")
+                       .arg(nameOf(limit), frequencyRangeText(limit.begin(), limit.end()), unitOf(limit));
     if (!limit.description().isEmpty())
         line += QStringLiteral("  # ") + Console::oneLine(limit.description());
     Console::write(line + QLatin1Char('\n'));
     for (const ALimit::Section &section : limit.sections()) {
         const bool isFlat = section.beginValue == section.endValue || section.interpolation == ALimit::Step;
-        printPiece(rangeText(section.begin, section.end),
-                   isFlat ? numberText(section.beginValue)
+        printPiece(frequencyRangeText(section.begin, section.end),
+                   isFlat ? levelText(section.beginValue, limit.unitId())
                           : QStringLiteral("%1 to %2, %3")
-                                .arg(numberText(section.beginValue), numberText(section.endValue),
+                                .arg(levelText(section.beginValue, limit.unitId()),
+                                     levelText(section.endValue, limit.unitId()),
                                      interpolationText(section.interpolation)));
     }
     for (const ALimit::Level &level : limit.levels())
         printPiece(QStringLiteral("at ") + shortFrequency(level.frequency),
-                   QStringLiteral("%1, %2").arg(numberText(level.value), interpolationText(level.interpolation)));
+                   QStringLiteral("%1, %2").arg(levelText(level.value, limit.unitId()),
+                                                interpolationText(level.interpolation)));
+}
+
+// The name of a file stands above its limits.
+void printFileOf(const Limits &limits, int index)
+{
+    const QString &file = limits.files.at(index);
+    if (index > 0 && limits.files.at(index - 1) == file)
+        return;
+    int end = index;
+    while (end < limits.files.size() && limits.files.at(end) == file)
+        ++end;
+    Console::write(QStringLiteral("%1: %2\n").arg(Console::oneLine(file), countText(end - index, "limit")));
 }
 
 void printList(const Limits &limits)
 {
     for (int i = 0; i < limits.all.size(); ++i) {
-        if (i == 0 || limits.files.at(i) != limits.files.at(i - 1))
-            Console::write(Console::oneLine(limits.files.at(i)) + QLatin1Char('\n'));
+        printFileOf(limits, i);
         printLimit(*limits.all.at(i));
     }
 }
 
 void printExcess(const LimitExcess &excess, int traceUnit)
 {
-    const emu_entry *unit = emu_find(traceUnit);
-    const QString symbol = QString::fromUcs4(unit->name);
-    const QString run =
-        excess.points == 1
-            ? QStringLiteral("1 point")
-            : QStringLiteral("%1 points, %2").arg(excess.points).arg(rangeText(excess.begin, excess.end));
-    Console::write(QStringLiteral("    %1  %2 %3, limit %4 %3, excess %5 %6  (%7)\n")
-                       .arg(shortFrequency(excess.frequency).leftJustified(16), numberText(excess.level), symbol,
-                            numberText(excess.limit), numberText(excess.level - excess.limit),
-                            unit->logarithmic != 0 ? QStringLiteral("dB") : symbol, run));
+    QString run = countText(excess.points, "point");
+    if (excess.points > 1)
+        run += QStringLiteral(", ") + frequencyRangeText(excess.begin, excess.end);
+    const double above = excess.level - excess.limit;
+    Console::write(QStringLiteral("    %1  %2, limit %3, excess %4  (%5)\n")
+                       .arg(shortFrequency(excess.frequency).leftJustified(16), levelText(excess.level, traceUnit),
+                            levelText(excess.limit, traceUnit),
+                            emu_find(traceUnit)->logarithmic != 0 ? decibelText(above) + QStringLiteral(" dB")
+                                                                  : levelText(above, traceUnit),
+                            run));
 }
 
 // True if the trace was compared with each limit and exceeds none.
 bool checkTrace(const Limits &limits, const Trace &trace)
 {
     bool isKept = true;
-    for (const ALimit *limit : limits.all) {
-        const QString name = nameOf(*limit);
-        if (!areComparable(limit->unitId(), trace.unit)) {
-            Console::error(QStringLiteral("limits: %1: the trace in %2 can't be compared with a limit in %3")
-                               .arg(name, QString::fromUcs4(emu_find(trace.unit)->name), unitOf(*limit)));
-            isKept = false;
-            continue;
-        }
+    for (int i = 0; i < limits.all.size(); ++i) {
+        const ALimit *limit = limits.all.at(i);
         int compared = 0;
-        const QVector<LimitExcess> found = findExcesses(*limit, trace, &compared);
-        QString verdict = QStringLiteral("kept");
-        if (compared == 0) {
-            verdict = QStringLiteral("not checked: no point of the trace lies where it governs");
-            Console::error(QStringLiteral("limits: %1: no point of the trace lies where it governs").arg(name));
-        } else if (!found.isEmpty()) {
-            verdict = QStringLiteral("exceeded");
+        QVector<LimitExcess> found;
+        if (!areComparable(limit->unitId(), trace.unit)) {
+            limits.report(i, QStringLiteral("the trace in %1 can't be compared with a limit in %2")
+                                 .arg(QString::fromUcs4(emu_find(trace.unit)->name), unitOf(*limit)));
+        } else {
+            found = findExcesses(*limit, trace, &compared);
+            if (compared == 0)
+                limits.report(i, QStringLiteral("no point of the trace lies where it governs"));
         }
-        isKept = isKept && found.isEmpty() && compared > 0;
-        Console::write(QStringLiteral("  %1: %2; points compared: %3\n").arg(name, verdict, QString::number(compared)));
-        for (const LimitExcess &excess : found)
+        printFileOf(limits, i);
+        Console::write(QStringLiteral("  %1: %2; %3 compared\n")
+                           .arg(nameOf(*limit),
+                                QLatin1String(compared == 0     ? "not checked"
+                                              : found.isEmpty() ? "kept"
+                                                                : "exceeded"),
+                                countText(compared, "point")));
+        for (const LimitExcess &excess : qAsConst(found))
             printExcess(excess, trace.unit);
+        isKept = isKept && found.isEmpty() && compared > 0;
     }
     return isKept;
 }
@@ -260,12 +276,12 @@ bool rewrite(const QString &fileName, const QString &target)
         Console::error(QStringLiteral("%1: can't be read: %2").arg(written, source.errorString()));
         return false;
     }
-    QDir().mkpath(QFileInfo(target).absolutePath()); // what becomes of it, the writing tells
     if (!Console::attempt([&](QString *errorText) { return writeOutputFile(target, source.readAll(), errorText); }))
         return false;
-    Console::write(QStringLiteral("%1: written; limits: %2, pieces: %3, descriptions left out: %4\n")
-                       .arg(Console::oneLine(target), QString::number(model.rowCount()),
-                            QString::number(countPieces(model)), QString::number(countDescriptions(model))));
+    Console::tellWritten(target, QStringLiteral("%1, %2").arg(countText(model.rowCount(), "limit"),
+                                                              countText(countPieces(model), "piece")));
+    if (const int descriptions = countDescriptions(model); descriptions > 0)
+        Console::tellLeftOut(target, countText(descriptions, "description"));
     return true;
 }
 
@@ -278,25 +294,31 @@ bool draw(const Limits &limits, const Trace *trace, const Options &options)
     Console::progress(QStringLiteral("drawing %1").arg(picture));
     const int unit = trace ? trace->unit : limits.all.isEmpty() ? 0 : limits.all.constFirst()->unitId();
     if (!emu_find(unit)) {
-        Console::error(QStringLiteral("limits: %1: %2 is not known and can't be drawn")
-                           .arg(nameOf(*limits.all.constFirst()), unitOf(*limits.all.constFirst())));
+        limits.report(0, QStringLiteral("%1 is not known and can't be drawn").arg(unitOf(*limits.all.constFirst())));
         return false;
     }
     bool complete = true;
     QList<const ALimit *> drawn;
-    for (const ALimit *limit : limits.all) {
+    for (int i = 0; i < limits.all.size(); ++i) {
+        const ALimit *limit = limits.all.at(i);
         if (areComparable(limit->unitId(), unit)) {
             drawn.append(limit);
             continue;
         }
-        Console::error(QStringLiteral("limits: %1: a limit in %2 can't be drawn over %3")
-                           .arg(nameOf(*limit), unitOf(*limit), QString::fromUcs4(emu_find(unit)->name)));
+        limits.report(i, QStringLiteral("a limit in %1 can't be drawn over %2")
+                             .arg(unitOf(*limit), QString::fromUcs4(emu_find(unit)->name)));
         complete = false;
     }
     const bool saved = Console::attempt([&](QString *errorText) {
         return drawLimits(Console::oneLine(title), drawn, trace, unit, picture, errorText);
     });
-    return saved && complete;
+    if (!saved)
+        return false;
+    QString content = countText(drawn.size(), "limit");
+    if (trace)
+        content += QStringLiteral(", ") + countText(trace->values.size(), "point");
+    Console::tellWritten(picture, content);
+    return complete;
 }
 
 } // namespace
@@ -309,10 +331,11 @@ int runLimits(const QStringList &arguments)
         return exitStatus;
 
     Limits limits;
-    bool complete = true;
+    bool areRead = true;
     for (const QString &path : qAsConst(options.files))
-        complete = limits.readPath(path) && complete;
+        areRead = limits.readPath(path) && areRead;
 
+    bool complete = areRead;
     bool hasTrace = false;
     Trace trace;
     if (options.traceFile.isEmpty()) {
@@ -323,7 +346,7 @@ int runLimits(const QStringList &arguments)
             Console::attempt([&](QString *errorText) { return readTraceFile(options.traceFile, &trace, errorText); });
         complete = hasTrace && checkTrace(limits, trace) && complete;
     }
-    if (!options.rewritten.isEmpty())
+    if (!options.rewritten.isEmpty() && areRead) // else that is told
         complete = rewrite(options.files.constFirst(), options.rewritten) && complete;
     complete = Console::finish() && complete;
     const bool isAnyRead = complete || !limits.all.isEmpty(); // else an old picture says more than an empty one

@@ -4,6 +4,7 @@
 #include "apps/aveldoran/inputfile.h"
 #include "apps/aveldoran/options.h"
 #include "apps/aveldoran/outputfile.h"
+#include "apps/aveldoran/valuetext.h"
 
 #include <bootlogo/abootlogodata.h>
 #include <core/asimulateddevice.h>
@@ -352,23 +353,34 @@ bool encode(const ABootlogoData &logo, const Options &options, QByteArray *conte
     }
     const qint64 longestSide = qint64{std::max(logo.cols(), logo.rows())} * options.scale;
     if (longestSide > kMaxSide) {
-        Console::error(QStringLiteral("logo: a picture with sides of %1 pixels is too large, expected at most %2")
-                           .arg(longestSide)
-                           .arg(kMaxSide));
+        Console::error(QStringLiteral("%1: can't be written: Its longer side would be %2, expected at most %3")
+                           .arg(options.output, countText(longestSide, "pixel"), QString::number(kMaxSide)));
         return false;
     }
     const QImage image = logo.toBitmap().toImage().scaled(logo.cols() * options.scale, logo.rows() * options.scale);
     QBuffer buffer(content);
     if (!image.save(&buffer, options.format == OutputFormat::Png ? "PNG" : "BMP")) {
-        Console::error(QStringLiteral("%1: the picture could not be encoded").arg(options.output));
+        Console::error(QStringLiteral("%1: can't be written: The picture can't be encoded").arg(options.output));
         return false;
     }
     return true;
 }
 
-bool writeFile(const QString &name, const QByteArray &content)
+bool writeLogo(const ABootlogoData &logo, const Options &options)
 {
-    return Console::attempt([&](QString *errorText) { return writeOutputFile(name, content, errorText); });
+    QByteArray content;
+    const bool isWritten = encode(logo, options, &content) && Console::attempt([&](QString *errorText) {
+                               return writeOutputFile(options.output, content, errorText);
+                           });
+    if (!isWritten)
+        return false;
+    if (options.format == OutputFormat::Bitstream)
+        Console::tellWritten(options.output, countText(content.size(), "byte"));
+    else
+        Console::tellWritten(options.output,
+                             QStringLiteral("%1 x %2").arg(QString::number(logo.cols() * options.scale),
+                                                           countText(qint64{logo.rows()} * options.scale, "pixel")));
+    return true;
 }
 
 } // namespace
@@ -385,11 +397,7 @@ int runLogo(const QStringList &arguments)
     ABootlogoData logo(nullptr);
     if (!compose(options, &logo))
         return ExitFailed;
-    bool complete = true;
-    if (options.format != OutputFormat::None) {
-        QByteArray content;
-        complete = encode(logo, options, &content) && writeFile(options.output, content);
-    }
+    const bool complete = options.format == OutputFormat::None || writeLogo(logo, options);
     if (options.print)
         Console::write(blockCharacters(logo));
     return Console::finish() && complete ? ExitDone : ExitFailed;

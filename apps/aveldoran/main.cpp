@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cstring>
 #include <memory>
+#include <optional>
 
 namespace {
 
@@ -22,6 +23,8 @@ struct Command
     int (*run)(const QStringList &arguments);
     bool alwaysDraws = false; // others do with --plot
 };
+
+constexpr char kHelp[] = "help";
 
 constexpr Command kCommands[] = {
     {"calibration", "list calibration objects with their gains, and draw them", runCalibration},
@@ -83,6 +86,43 @@ int printAndEnd(const QString &text)
     return Console::finish() ? ExitDone : ExitFailed;
 }
 
+int refuse(const QString &problem)
+{
+    Console::error(problem);
+    return ExitUsage;
+}
+
+bool asksForHelp(const QString &word)
+{
+    return word == QLatin1String(kHelp) || word == QLatin1String("--help") || word == QLatin1String("-h");
+}
+
+// The exit status of a command line that asks for the program's own help or version, or for help in a way that it can't
+// be had. Others, and "help COMMAND", which is "COMMAND --help", are for a command.
+std::optional<int> answerForProgram(const QStringList &words)
+{
+    const bool isVersion = words.value(0) == QLatin1String("--version");
+    if (!isVersion && !asksForHelp(words.value(0)))
+        return {};
+    const bool isOfWord = words.constFirst() == QLatin1String(kHelp) && words.size() > 1;
+    const int most = isOfWord ? 2 : 1;
+    if (words.size() > most) {
+        const QString &found = words.at(most);
+        return refuse(QStringLiteral("expected nothing after '%1', found '%2'%3")
+                          .arg(words.mid(0, most).join(QLatin1Char(' ')), found,
+                               !isVersion && commandNamed(found)
+                                   ? QStringLiteral("; see 'aveldoran help %1'").arg(found)
+                                   : QString()));
+    }
+    if (isVersion)
+        return printAndEnd(QStringLiteral("aveldoran %1\n").arg(QCoreApplication::applicationVersion()));
+    if (!isOfWord || asksForHelp(words.at(1)))
+        return printAndEnd(usage());
+    if (words.at(1).startsWith(QLatin1Char('-')))
+        return refuse(QStringLiteral("help expects the name of a command, not '%1'").arg(words.at(1)));
+    return {};
+}
+
 bool asksForPicture(const char *argument)
 {
     constexpr char kOption[] = "--plot";
@@ -137,19 +177,14 @@ int main(int argc, char **argv)
     QStringList arguments;
     for (int i = 0; i < argc; ++i)
         arguments += QString::fromLocal8Bit(argv[i]);
-    // "help COMMAND" is "COMMAND --help".
-    if (arguments.value(1) == QLatin1String("help") && arguments.size() > 2)
+    if (const std::optional<int> status = answerForProgram(arguments.mid(1)))
+        return *status;
+    if (arguments.value(1) == QLatin1String(kHelp))
         arguments = QStringList{arguments.constFirst(), arguments.at(2), QStringLiteral("--help")};
     const QString name = arguments.value(1);
-    if (name == QLatin1String("--help") || name == QLatin1String("-h") || name == QLatin1String("help"))
-        return printAndEnd(usage());
-    if (name == QLatin1String("--version"))
-        return printAndEnd(QStringLiteral("aveldoran %1\n").arg(QCoreApplication::applicationVersion()));
     const Command *command = commandNamed(name);
-    if (!command) {
-        Console::error(problemOf(name));
-        return ExitUsage;
-    }
+    if (!command)
+        return refuse(problemOf(name));
     arguments.removeAt(1);
     arguments[0] = QStringLiteral("aveldoran %1").arg(name);
     ATranslator translator;

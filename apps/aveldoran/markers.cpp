@@ -3,10 +3,10 @@
 #include "apps/aveldoran/console.h"
 #include "apps/aveldoran/jsonlist.h"
 #include "apps/aveldoran/options.h"
-#include "apps/aveldoran/plantext.h"
 #include "apps/aveldoran/plot.h"
 #include "apps/aveldoran/texttable.h"
 #include "apps/aveldoran/tracefile.h"
+#include "apps/aveldoran/valuetext.h"
 
 #include <core/emu.h>
 #include <marker/aspectrummarkerlist.h>
@@ -42,11 +42,10 @@ struct Options
     QString traceFile;
 };
 
-bool readOptions(const QStringList &arguments, Options *options, int *exitStatus)
+void addOptions(QCommandLineParser *parser)
 {
-    QCommandLineParser parser;
     CommandLine::describe(
-        &parser,
+        parser,
         QStringLiteral("Sets markers on a trace and prints them, one a line: number, name, level, difference to the "
                        "reference marker, and a label for a display. Maxima come highest first, minima lowest first, "
                        "from the second point of the trace on; a marker at a frequency reads the level between the "
@@ -55,48 +54,58 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
                         "--plot broadband.png")});
     const auto number = QStringLiteral("N");
     const auto frequency = QStringLiteral("FREQ");
-    const QCommandLineOption max(
-        QStringLiteral("max"),
-        QStringLiteral("Markers on the N highest maxima (%1 if no marker is asked for).").arg(kDefaultMaxima), number);
-    const QCommandLineOption min(QStringLiteral("min"), QStringLiteral("Markers on the N lowest minima."), number);
-    const QCommandLineOption at(QStringLiteral("at"),
-                                QStringLiteral("A marker at a frequency, such as '100 MHz'; in hertz if it has no "
-                                               "unit. May be given several times."),
-                                frequency);
-    const QCommandLineOption spacing(
-        QStringLiteral("spacing"),
-        QStringLiteral("How far peaks of one kind lie apart at least; in hertz if it has no unit."), frequency);
-    const QCommandLineOption reference(QStringLiteral("reference"),
-                                       QStringLiteral("Show all others as differences to the Nth marker."), number);
-    parser.addOptions({max, min, at, spacing, reference, formatOption(),
-                       plotOption(QStringLiteral("Draw the trace with its markers into a PNG file."))});
-    parser.addPositionalArgument(QStringLiteral("TRACE.csv"), QStringLiteral("The trace: frequencies and levels."));
-    if (!CommandLine::parse(&parser, kCommand, arguments, exitStatus, at.names()))
+    parser->addOptions(
+        {{QStringLiteral("max"),
+          QStringLiteral("Markers on the N highest maxima (%1 if no marker is asked for).").arg(kDefaultMaxima),
+          number},
+         {QStringLiteral("min"), QStringLiteral("Markers on the N lowest minima."), number},
+         {QStringLiteral("at"),
+          QStringLiteral("A marker at a frequency, such as '100 MHz'; in hertz if it has no unit. May be given several "
+                         "times."),
+          frequency},
+         {QStringLiteral("spacing"),
+          QStringLiteral("How far peaks of one kind lie apart at least; in hertz if it has no unit."), frequency},
+         {QStringLiteral("reference"), QStringLiteral("Show all others as differences to the Nth marker."), number},
+         formatOption(),
+         plotOption(QStringLiteral("Draw the trace with its markers into a PNG file."))});
+    parser->addPositionalArgument(QStringLiteral("TRACE.csv"), QStringLiteral("The trace: frequencies and levels."));
+}
+
+bool readFrequencies(const QStringList &texts, QVector<AFrequency> *frequencies)
+{
+    if (texts.size() > kMaxFrequencyMarkers) {
+        CommandLine::usageError(kCommand,
+                                QStringLiteral("--at is given %1 times, expected at most %2")
+                                    .arg(QString::number(texts.size()), QString::number(kMaxFrequencyMarkers)));
+        return false;
+    }
+    for (const QString &text : texts) {
+        AFrequency frequency;
+        if (!readFrequencyOption(kCommand, QStringLiteral("at"), text, &frequency))
+            return false;
+        frequencies->append(frequency);
+    }
+    return true;
+}
+
+bool readOptions(const QStringList &arguments, Options *options, int *exitStatus)
+{
+    const QString max = QStringLiteral("max");
+    const QString min = QStringLiteral("min");
+    const QString at = QStringLiteral("at");
+    QCommandLineParser parser;
+    addOptions(&parser);
+    if (!CommandLine::parse(&parser, kCommand, arguments, exitStatus, {at}))
         return false;
 
     *exitStatus = ExitUsage;
-    if (!readOneArgument(parser, kCommand, QStringLiteral("trace file"), &options->traceFile))
-        return false;
     const bool isDefault = !parser.isSet(max) && !parser.isSet(min) && !parser.isSet(at);
     options->maxima = isDefault ? kDefaultMaxima : 0;
-    if (!readNumberOption(parser, kCommand, max.names().constFirst(), 0, kMaxPeakMarkers, &options->maxima) ||
-        !readNumberOption(parser, kCommand, min.names().constFirst(), 0, kMaxPeakMarkers, &options->minima))
-        return false;
-
-    const QStringList frequencies = parser.values(at);
-    if (frequencies.size() > kMaxFrequencyMarkers) {
-        CommandLine::usageError(kCommand,
-                                QStringLiteral("--at is given %1 times, expected at most %2")
-                                    .arg(QString::number(frequencies.size()), QString::number(kMaxFrequencyMarkers)));
-        return false;
-    }
-    for (const QString &text : frequencies) {
-        AFrequency target;
-        if (!readFrequencyOption(kCommand, QStringLiteral("at"), text, &target))
-            return false;
-        options->frequencies.append(target);
-    }
-    if (!readFrequencyOption(parser, kCommand, QStringLiteral("spacing"), &options->spacing))
+    if (!readOneArgument(parser, kCommand, QStringLiteral("trace file"), &options->traceFile) ||
+        !readNumberOption(parser, kCommand, max, 0, kMaxPeakMarkers, &options->maxima) ||
+        !readNumberOption(parser, kCommand, min, 0, kMaxPeakMarkers, &options->minima) ||
+        !readFrequencies(parser.values(at), &options->frequencies) ||
+        !readFrequencyOption(parser, kCommand, QStringLiteral("spacing"), &options->spacing))
         return false;
 
     const int count = options->maxima + options->minima + options->frequencies.size();
@@ -177,11 +186,10 @@ QStringList rowOf(int number, const ASpectrumMarker &marker, const emu_entry *un
 void printText(const Trace &trace, const Markers &markers, const Options &options)
 {
     const emu_entry *unit = emu_find(trace.unit);
-    Console::write(QStringLiteral("%1: %2 points, %3 to %4, in %5\n\n")
-                       .arg(Console::oneLine(options.traceFile))
-                       .arg(trace.values.size())
-                       .arg(shortFrequency(trace.values.constFirst().frequency),
-                            shortFrequency(trace.values.constLast().frequency), QString::fromUcs4(unit->name)));
+    Console::write(QStringLiteral("%1: %2, %3, in %4\n\n")
+                       .arg(Console::oneLine(options.traceFile), countText(trace.values.size(), "point"),
+                            frequencyRangeText(trace.values.constFirst().frequency, trace.values.constLast().frequency),
+                            QString::fromUcs4(unit->name)));
 
     QVector<QStringList> rows = {{QStringLiteral("No"), QStringLiteral("Marker"), QStringLiteral("Frequency"),
                                   QStringLiteral("Level"), QStringLiteral("Delta"), QStringLiteral("Label"), QString(),
@@ -243,13 +251,20 @@ bool drawPicture(const Trace &trace, const Markers &markers, const Options &opti
     for (const AMeasurementValue &value : trace.values)
         points.append({value.frequency.floatValue(AFrequency::Hz), value.level});
     plot.addCurve(QString(), points, Plot::TraceCurve);
+    int drawn = 0;
     for (const ASpectrumMarker *marker : markers) {
-        if (!marker->value().isEmpty())
-            plot.addMarker(marker->value().frequency.floatValue(AFrequency::Hz), marker->value().level,
-                           labelItems(*marker, unit).join(QLatin1Char(' ')).trimmed(),
-                           marker->type() == ASpectrumMarker::TypeMin ? Plot::BelowPoint : Plot::AbovePoint);
+        if (marker->value().isEmpty())
+            continue;
+        plot.addMarker(marker->value().frequency.floatValue(AFrequency::Hz), marker->value().level,
+                       labelItems(*marker, unit).join(QLatin1Char(' ')).trimmed(),
+                       marker->type() == ASpectrumMarker::TypeMin ? Plot::BelowPoint : Plot::AbovePoint);
+        ++drawn;
     }
-    return Console::attempt([&](QString *errorText) { return plot.save(options.picture, errorText); });
+    if (!Console::attempt([&](QString *errorText) { return plot.save(options.picture, errorText); }))
+        return false;
+    Console::tellWritten(options.picture,
+                         QStringLiteral("%1, %2").arg(countText(points.size(), "point"), countText(drawn, "marker")));
+    return true;
 }
 
 } // namespace

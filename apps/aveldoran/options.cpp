@@ -165,7 +165,9 @@ bool readOneArgument(const QCommandLineParser &parser, const char *command, cons
 {
     const QStringList arguments = parser.positionalArguments();
     if (arguments.size() != 1) {
-        CommandLine::usageError(command, QStringLiteral("expected one %1, found %2").arg(what).arg(arguments.size()));
+        CommandLine::usageError(
+            command, QStringLiteral("expected one %1, found %2")
+                         .arg(what, arguments.isEmpty() ? QStringLiteral("none") : QString::number(arguments.size())));
         return false;
     }
     *argument = arguments.constFirst();
@@ -177,7 +179,7 @@ bool readArguments(const QCommandLineParser &parser, const char *command, const 
     *arguments = parser.positionalArguments();
     if (!arguments->isEmpty())
         return true;
-    CommandLine::usageError(command, QStringLiteral("a %1 is missing").arg(what));
+    CommandLine::usageError(command, QStringLiteral("expected a %1, found none").arg(what));
     return false;
 }
 

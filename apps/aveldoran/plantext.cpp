@@ -1,6 +1,7 @@
 #include "apps/aveldoran/plantext.h"
 
 #include "apps/aveldoran/console.h"
+#include "apps/aveldoran/valuetext.h"
 
 #include <QtCore/QJsonArray>
 #include <QtCore/QStringList>
@@ -28,10 +29,9 @@ QString shortText(const AChannelInfo::Definition &definition, const char *key)
 
 QString definitionAsText(const AChannelInfo::Definition &definition)
 {
-    const QString count = definition.value(QLatin1String("count")).toString();
-    const QString noun = count == QLatin1String("1") ? QStringLiteral("channel") : QStringLiteral("channels");
-    return QStringLiteral("%1 %2 from %3, width %4, space %5, numbered from %6 by %7")
-        .arg(count, noun, shortText(definition, "start"), shortText(definition, "width"),
+    const qint64 count = definition.value(QLatin1String("count")).toLongLong();
+    return QStringLiteral("%1 from %2, width %3, space %4, numbered from %5 by %6")
+        .arg(countText(count, "channel"), shortText(definition, "start"), shortText(definition, "width"),
              shortText(definition, "space"), definition.value(QLatin1String("first")).toString(),
              definition.value(QLatin1String("step")).toString());
 }
@@ -40,7 +40,7 @@ QJsonObject definitionAsJson(const AChannelInfo::Definition &definition)
 {
     QJsonObject object;
     for (const char *key : {"start", "width", "space"})
-        object[QLatin1String(key)] =
+        object[QLatin1String(key) + QLatin1String("Hz")] =
             AFrequency(definition.value(QLatin1String(key)).toByteArray().constData()).intValue(AFrequency::Hz);
     for (const char *key : {"count", "first", "step"})
         object[QLatin1String(key)] = definition.value(QLatin1String(key)).toInt();
@@ -49,27 +49,11 @@ QJsonObject definitionAsJson(const AChannelInfo::Definition &definition)
 
 } // namespace
 
-QString shortFrequency(const AFrequency &frequency)
-{
-    const QStringList numberAndUnit = frequency.canonicalText().split(QLatin1Char(' '));
-    QString number = numberAndUnit.first();
-    while (number.endsWith(QLatin1Char('0')))
-        number.chop(1);
-    if (number.endsWith(QLatin1Char('.')))
-        number.chop(1);
-    return number + QLatin1Char(' ') + numberAndUnit.last();
-}
-
-QString rangeText(const AFrequency &begin, const AFrequency &end)
-{
-    return shortFrequency(begin) + QStringLiteral(" - ") + shortFrequency(end);
-}
-
 QString rangeAsText(const AChannelInfo &range, int depth)
 {
     const QString indent(depth * kIndent, QLatin1Char(' '));
     const QString label = Console::oneLineOrDash(range.label());
-    const QString edges = rangeText(range.beginFrequency(), range.endFrequency());
+    const QString edges = frequencyRangeText(range.beginFrequency(), range.endFrequency());
     QString text = (indent + label).leftJustified(kLabelWidth) + QStringLiteral("  ") +
                    edges.leftJustified(kRangeWidth) + QStringLiteral("  ") +
                    AChannelInfo::mapTypeToString(range.type());
@@ -92,8 +76,8 @@ QJsonObject rangeAsJson(const AChannelInfo &range, int depth)
         {QStringLiteral("depth"), depth},
         {QStringLiteral("label"), range.label()},
         {QStringLiteral("type"), AChannelInfo::mapTypeToString(range.type())},
-        {QStringLiteral("begin"), range.beginFrequency().intValue(AFrequency::Hz)},
-        {QStringLiteral("end"), range.endFrequency().intValue(AFrequency::Hz)},
+        {QStringLiteral("beginHz"), range.beginFrequency().intValue(AFrequency::Hz)},
+        {QStringLiteral("endHz"), range.endFrequency().intValue(AFrequency::Hz)},
         {QStringLiteral("selectable"), range.selectable()},
     };
     const QString profileId = range.data(AChannelInfo::ColumnProfileId).toString();
@@ -104,7 +88,7 @@ QJsonObject rangeAsJson(const AChannelInfo &range, int depth)
     if (range.color().isValid())
         object[QStringLiteral("color")] = range.color().name();
     if (hasMirror(range))
-        object[QStringLiteral("mirror")] = range.data(AChannelInfo::ColumnMirrorEntryFreq).toLongLong();
+        object[QStringLiteral("mirrorHz")] = range.data(AChannelInfo::ColumnMirrorEntryFreq).toLongLong();
     const QList<AChannelInfo::Definition> definitions = range.channelDefinitions();
     if (!definitions.isEmpty()) {
         QJsonArray array;

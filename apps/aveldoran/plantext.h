@@ -7,10 +7,6 @@
 
 // One range of a channel plan as a reader or another program takes it.
 
-// "87.5 MHz": the canonical text without trailing zeros.
-QString shortFrequency(const AFrequency &frequency);
-QString rangeText(const AFrequency &begin, const AFrequency &end); // "87.5 MHz - 108 MHz"
-
 // One line, and one more for each channel definition, indented by `depth`.
 QString rangeAsText(const AChannelInfo &range, int depth);
 

@@ -3,13 +3,14 @@
 #include "apps/aveldoran/console.h"
 #include "apps/aveldoran/driveprocessor.h"
 #include "apps/aveldoran/options.h"
-#include "apps/aveldoran/plantext.h"
+#include "apps/aveldoran/valuetext.h"
 
 #include <core/amdrdocument.h>
 #include <core/asimulateddevice.h>
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QFileInfo>
+#include <QtCore/QStorageInfo>
 
 #include <algorithm>
 #include <limits>
@@ -20,6 +21,12 @@ constexpr char kCommand[] = "record";
 constexpr int kMaxPoints = 1000000;
 constexpr int kMaxSweeps = 10000000;
 constexpr int kMsPerPositionRecord = 1000;
+constexpr int kHourMs = 3600 * 1000;
+
+// Of the file; docs/formats.md tells what they hold.
+constexpr qint64 kBytesPerPoint = 42;
+constexpr qint64 kBytesPerSweep = 132; // besides its points
+constexpr qint64 kBytesPerPosition = 102;
 
 struct Options
 {
@@ -33,55 +40,70 @@ struct Options
     bool withPositions = true;
 };
 
-bool readOptions(const QStringList &arguments, Options *options, int *exitStatus)
+int sweepsPerPosition(const Options &options)
 {
-    QCommandLineParser parser;
+    return std::max(1, kMsPerPositionRecord / options.intervalMs);
+}
+
+qint64 bytesOf(qint64 sweeps, const Options &options)
+{
+    const qint64 positions = options.withPositions ? sweeps / sweepsPerPosition(options) : 0;
+    return sweeps * (kBytesPerSweep + options.points * kBytesPerPoint) + positions * kBytesPerPosition;
+}
+
+// --- the command line ---
+
+void addOptions(QCommandLineParser *parser, const Options &defaults)
+{
     CommandLine::describe(
-        &parser,
-        QStringLiteral("Records what a simulated analyser measures on a drive along a GPX track: sweeps with their "
-                       "positions, from the first to the last time of the track, past transmitters that stand beside "
-                       "it. The same seed gives the same recording. Each sweep goes to the file at once."),
+        parser,
+        QStringLiteral(
+            "Records what a simulated analyser measures on a drive along a GPX track: sweeps with their positions, "
+            "from "
+            "the first to the last time of the track, past transmitters that stand beside it. The same seed gives the "
+            "same recording.\n\n"
+            "Each sweep goes to the file at once. It takes 42 bytes a point: %1 an hour if no option says otherwise. A "
+            "recording for which the disk has no room, or of more than %2 sweeps, is not begun.")
+            .arg(sizeText(bytesOf(kHourMs / defaults.intervalMs, defaults)), QString::number(kMaxSweeps)),
         {QStringLiteral("aveldoran record --simulate --gpx examples/data/drives/valley-road.gpx --output drive.mdr")});
     const QString number = QStringLiteral("N");
     const QString frequency = QStringLiteral("FREQ");
-    const QString file = QStringLiteral("FILE");
-    const QCommandLineOption simulate(
-        QStringLiteral("simulate"), QStringLiteral("With the simulated analyser; there is no other so far. Required."));
-    const QCommandLineOption gpx(QStringLiteral("gpx"), QStringLiteral("The track, whose points have times. Required."),
-                                 file);
-    const QCommandLineOption output(QStringLiteral("output"),
-                                    QStringLiteral("The recording. A file of any name; '.mdr' is usual. Required."),
-                                    QStringLiteral("FILE.mdr"));
-    const QCommandLineOption interval =
-        optionWithDefault(QStringLiteral("interval"), QStringLiteral("Milliseconds from sweep to sweep"),
-                          QStringLiteral("MS"), QString::number(options->intervalMs));
-    const QCommandLineOption start =
-        optionWithDefault(QStringLiteral("start"), QStringLiteral("The first frequency, in hertz if it has no unit"),
-                          frequency, shortFrequency(options->begin));
-    const QCommandLineOption stop =
-        optionWithDefault(QStringLiteral("stop"), QStringLiteral("The last frequency, in hertz if it has no unit"),
-                          frequency, shortFrequency(options->end));
-    const QCommandLineOption points = optionWithDefault(QStringLiteral("points"), QStringLiteral("Points of a sweep"),
-                                                        number, QString::number(options->points));
-    const QCommandLineOption seed =
-        optionWithDefault(QStringLiteral("seed"), QStringLiteral("What noise and transmitters depend on"), number,
-                          QString::number(options->seed));
-    const QCommandLineOption noPositions(
-        QStringLiteral("no-positions"),
-        QStringLiteral("Leave the positions out, as an analyser without a receiver does."));
-    parser.addOptions({simulate, gpx, output, interval, start, stop, points, seed, noPositions});
+    parser->addOptions(
+        {{QStringLiteral("simulate"),
+          QStringLiteral("With the simulated analyser; there is no other so far. Required.")},
+         {QStringLiteral("gpx"), QStringLiteral("The track, whose points have times. Required."),
+          QStringLiteral("FILE")},
+         {QStringLiteral("output"), QStringLiteral("The recording. A file of any name; '.mdr' is usual. Required."),
+          QStringLiteral("FILE.mdr")},
+         optionWithDefault(QStringLiteral("interval"), QStringLiteral("Milliseconds from sweep to sweep"),
+                           QStringLiteral("MS"), QString::number(defaults.intervalMs)),
+         optionWithDefault(QStringLiteral("start"), QStringLiteral("The first frequency, in hertz if it has no unit"),
+                           frequency, shortFrequency(defaults.begin)),
+         optionWithDefault(QStringLiteral("stop"), QStringLiteral("The last frequency, in hertz if it has no unit"),
+                           frequency, shortFrequency(defaults.end)),
+         optionWithDefault(QStringLiteral("points"), QStringLiteral("Points of a sweep"), number,
+                           QString::number(defaults.points)),
+         optionWithDefault(QStringLiteral("seed"), QStringLiteral("What noise and transmitters depend on"), number,
+                           QString::number(defaults.seed)),
+         {QStringLiteral("no-positions"),
+          QStringLiteral("Leave the positions out, as an analyser without a receiver does.")}});
+}
+
+bool readOptions(const QStringList &arguments, Options *options, int *exitStatus)
+{
+    QCommandLineParser parser;
+    addOptions(&parser, *options);
     if (!CommandLine::parse(&parser, kCommand, arguments, exitStatus))
         return false;
 
     *exitStatus = ExitUsage;
     if (!readNoArgument(parser, kCommand))
         return false;
-    for (const QCommandLineOption &needed : {simulate, gpx, output}) {
-        if (!requireOption(parser, kCommand, needed.names().constFirst()))
+    for (const char *needed : {"simulate", "gpx", "output"}) {
+        if (!requireOption(parser, kCommand, QLatin1String(needed)))
             return false;
     }
-    options->withPositions = !parser.isSet(noPositions);
-    constexpr int kHourMs = 3600 * 1000;
+    options->withPositions = !parser.isSet(QStringLiteral("no-positions"));
     if (!readFileOption(parser, kCommand, QStringLiteral("gpx"), &options->gpx) ||
         !readOutputOption(parser, kCommand, QStringLiteral("output"), {options->gpx}, {}, &options->output) ||
         !readNumberOption(parser, kCommand, QStringLiteral("interval"), 1, kHourMs, &options->intervalMs) ||
@@ -98,6 +120,8 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
     }
     return true;
 }
+
+// --- recording ---
 
 // The points of the track that have a time and a place, from its begin on.
 QVector<ASimulatedDevice::TrackPoint> trackOf(const DriveProcessor &processor, QDateTime *begin)
@@ -121,20 +145,37 @@ bool reportRecordingError(const QString &fileName, const QString &reason)
     return false;
 }
 
+// False, with a message, if the disk has less room than the recording takes.
+bool hasRoom(qint64 bytes, const QString &fileName)
+{
+    const QFileInfo output(fileName);
+    const QStorageInfo disk(output.exists() ? output.canonicalPath() : output.absolutePath());
+    if (!disk.isValid() || disk.bytesTotal() <= 0) // what becomes of it, the writing tells
+        return true;
+    const qint64 room = disk.bytesAvailable() + output.size(); // which is replaced
+    return bytes <= room ||
+           reportRecordingError(fileName, QStringLiteral("It would take %1, and the disk has %2; give a longer "
+                                                         "--interval or fewer --points")
+                                              .arg(sizeText(bytes), sizeText(room)));
+}
+
 bool record(const ASimulatedDevice &device, int count, const Options &options)
 {
+    const qint64 bytes = bytesOf(count, options);
+    if (!hasRoom(bytes, options.output))
+        return false;
     AMdrDocument document;
     document.setDevice(device);
     QString errorText;
     if (!document.startRecording(options.output, &errorText))
         return reportRecordingError(options.output, errorText);
-    const int sweepsPerPosition = std::max(1, kMsPerPositionRecord / options.intervalMs);
+    const QString progress = QStringLiteral("recording %1, %2").arg(options.output, sizeText(bytes));
     for (int number = 0; number < count; ++number) {
-        Console::progressBar(QStringLiteral("recording"), number, count);
+        Console::progressBar(progress, number, count);
         ASweep sweep = device.sweep(number);
         if (!options.withPositions)
             sweep.setGeoData(AGeoData());
-        else if (number % sweepsPerPosition == 0)
+        else if (number % sweepsPerPosition(options) == 0)
             document.addGeoData(sweep.geoData());
         document.addSweep(sweep);
         if (!document.recordingError().isEmpty()) // what follows would gather in memory
@@ -168,9 +209,7 @@ int runRecord(const QStringList &arguments)
     const double sweeps = track.constLast().seconds * 1000.0 / options.intervalMs + 1.0;
     if (sweeps > kMaxSweeps) {
         Console::error(QStringLiteral("%1: %2 sweeps would be recorded, expected at most %3; give a longer --interval")
-                           .arg(options.gpx)
-                           .arg(sweeps, 0, 'f', 0)
-                           .arg(kMaxSweeps));
+                           .arg(options.gpx, QString::number(sweeps, 'f', 0), QString::number(kMaxSweeps)));
         return ExitFailed;
     }
     const int count = static_cast<int>(sweeps);
@@ -181,11 +220,9 @@ int runRecord(const QStringList &arguments)
     device.setRange(options.begin, options.end, options.points);
     if (!record(device, count, options))
         return ExitFailed;
-    Console::write(QStringLiteral("%1: written; sweeps: %2, points: %3, from %4 to %5\n")
-                       .arg(Console::oneLine(options.output))
-                       .arg(count)
-                       .arg(options.points)
-                       .arg(shortFrequency(options.begin), shortFrequency(options.end)));
-    const bool complete = source.errorText.isEmpty();
-    return Console::finish() && complete ? ExitDone : ExitFailed;
+    Console::tellWritten(options.output, QStringLiteral("%1 of %2, %3, %4")
+                                             .arg(countText(count, "sweep"), countText(options.points, "point"),
+                                                  frequencyRangeText(options.begin, options.end),
+                                                  sizeText(QFileInfo(options.output).size())));
+    return source.errorText.isEmpty() ? ExitDone : ExitFailed;
 }

@@ -1,7 +1,7 @@
 #include "apps/aveldoran/tracefile.h"
 
 #include "apps/aveldoran/console.h"
-#include "apps/aveldoran/plantext.h"
+#include "apps/aveldoran/valuetext.h"
 
 #include <core/emu.h>
 
@@ -271,6 +271,14 @@ QString unitNames()
     return names.join(QLatin1String(", "));
 }
 
+QStringList typedUnitNames()
+{
+    QStringList names;
+    for (int id = 0; id < kEmuCount; ++id)
+        names += QString::fromUtf8(plainUnit(QString::fromUcs4(emu_find(id)->name).toUtf8()));
+    return names;
+}
+
 bool readFrequency(const QByteArray &text, AFrequency::Unit unitOfNumbers, AFrequency *frequency)
 {
     QByteArray number;
@@ -311,7 +319,7 @@ bool readTrace(QIODevice *device, Trace *trace, QString *errorText)
             return fail(problem);
     }
     if (trace->values.isEmpty()) {
-        *errorText = QStringLiteral(" it holds no points");
+        *errorText = QStringLiteral(" no points in this trace");
         return false;
     }
     return true;

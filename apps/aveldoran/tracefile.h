@@ -4,6 +4,7 @@
 
 #include <QtCore/QList>
 #include <QtCore/QString>
+#include <QtCore/QStringList>
 
 class QIODevice;
 
@@ -30,3 +31,4 @@ bool readFrequency(const QByteArray &text, AFrequency::Unit unit, AFrequency *fr
 // The id of the unit that a symbol such as "dBm", "dBµV" or "dBuV" names, -1 if it names none; and all symbols.
 int unitId(const QByteArray &text);
 QString unitNames();
+QStringList typedUnitNames(); // "dBuV", as on any keyboard

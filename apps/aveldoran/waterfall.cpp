@@ -3,9 +3,9 @@
 #include "apps/aveldoran/console.h"
 #include "apps/aveldoran/levelraster.h"
 #include "apps/aveldoran/options.h"
-#include "apps/aveldoran/plantext.h"
 #include "apps/aveldoran/recordedtimes.h"
 #include "apps/aveldoran/recordingfile.h"
+#include "apps/aveldoran/valuetext.h"
 #include "apps/aveldoran/waterfallplot.h"
 
 #include <core/amdrdocument.h>
@@ -54,47 +54,47 @@ struct Options
 
 // --- the command line ---
 
-bool readColor(const QCommandLineParser &parser, const QCommandLineOption &option, QColor *color)
+bool readColor(const QCommandLineParser &parser, const QString &option, QColor *color)
 {
     const QString name = parser.value(option);
     if (QColor::isValidColor(name))
         color->setNamedColor(name);
     if (color->isValid() && color->alpha() == 255)
         return true;
-    return refuseOption(kCommand, option.names().constFirst(),
-                        QStringLiteral("an opaque colour such as 'navy' or '#102040'"), name);
+    return refuseOption(kCommand, option, QStringLiteral("an opaque colour such as 'navy' or '#102040'"), name);
+}
+
+void addOptions(QCommandLineParser *parser)
+{
+    CommandLine::describe(
+        parser,
+        QStringLiteral("Draws a recording into a PNG file: level over frequency and time as colours, and above it the "
+                       "highest level that each frequency had. Linear units are drawn in decibels."),
+        {QStringLiteral("aveldoran waterfall drive.mdr --output drive.png")});
+    const QString color = QStringLiteral("COLOR");
+    parser->addOptions(
+        {{QStringLiteral("output"), QStringLiteral("The picture. Required."), QStringLiteral("FILE.png")},
+         optionWithDefault(QStringLiteral("width"),
+                           QStringLiteral("The width of the picture in pixels, %1 to %2")
+                               .arg(QString::number(kLeastWidth), QString::number(kMostWidth)),
+                           QStringLiteral("N"), QString::number(kDefaultWidth)),
+         {QStringLiteral("dynamic"),
+          QStringLiteral("How many decibels the colours span, down from the highest level. If not given, as many as "
+                         "there are down to the noise, %1 at most.")
+              .arg(kMostDefaultDynamic),
+          QStringLiteral("DB")},
+         optionWithDefault(QStringLiteral("from"), QStringLiteral("The colour of the lowest levels"), color,
+                           QLatin1String(kDefaultFrom)),
+         optionWithDefault(QStringLiteral("to"),
+                           QStringLiteral("The colour of the highest levels, to which the ramp runs through the hues"),
+                           color, QLatin1String(kDefaultTo))});
+    parser->addPositionalArgument(QStringLiteral("RECORDING"), QStringLiteral("The recording, an MDR file."));
 }
 
 bool readOptions(const QStringList &arguments, Options *options, int *exitStatus)
 {
     QCommandLineParser parser;
-    CommandLine::describe(
-        &parser,
-        QStringLiteral("Draws a recording into a PNG file: level over frequency and time as colours, and above it the "
-                       "highest level that each frequency had. Linear units are drawn in decibels."),
-        {QStringLiteral("aveldoran waterfall drive.mdr --output drive.png")});
-    const QCommandLineOption output(QStringLiteral("output"), QStringLiteral("The picture. Required."),
-                                    QStringLiteral("FILE.png"));
-    const QCommandLineOption width =
-        optionWithDefault(QStringLiteral("width"),
-                          QStringLiteral("The width of the picture in pixels, %1 to %2")
-                              .arg(QString::number(kLeastWidth), QString::number(kMostWidth)),
-                          QStringLiteral("N"), QString::number(kDefaultWidth));
-    const QCommandLineOption dynamic(
-        QStringLiteral("dynamic"),
-        QStringLiteral("How many decibels the colours span, down from the highest level. If not given, as many as "
-                       "there are down to the noise, %1 at most.")
-            .arg(kMostDefaultDynamic),
-        QStringLiteral("DB"));
-    const QCommandLineOption from =
-        optionWithDefault(QStringLiteral("from"), QStringLiteral("The colour of the lowest levels"),
-                          QStringLiteral("COLOR"), QLatin1String(kDefaultFrom));
-    const QCommandLineOption to =
-        optionWithDefault(QStringLiteral("to"),
-                          QStringLiteral("The colour of the highest levels, to which the ramp runs through the hues"),
-                          QStringLiteral("COLOR"), QLatin1String(kDefaultTo));
-    parser.addOptions({output, width, dynamic, from, to});
-    parser.addPositionalArgument(QStringLiteral("RECORDING"), QStringLiteral("The recording, an MDR file."));
+    addOptions(&parser);
     if (!CommandLine::parse(&parser, kCommand, arguments, exitStatus))
         return false;
 
@@ -105,7 +105,8 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
                             &options->output) &&
            readNumberOption(parser, kCommand, QStringLiteral("width"), kLeastWidth, kMostWidth, &options->width) &&
            readNumberOption(parser, kCommand, QStringLiteral("dynamic"), 1, kMostDynamic, &options->dynamic) &&
-           readColor(parser, from, &options->from) && readColor(parser, to, &options->to);
+           readColor(parser, QStringLiteral("from"), &options->from) &&
+           readColor(parser, QStringLiteral("to"), &options->to);
 }
 
 // --- reading ---
@@ -230,6 +231,26 @@ RecordedTimes timesOf(const AMdrDocument &document)
     return {hasFirst ? first.startTime().toMSecsSinceEpoch() : RecordedTimes::kUnknown, times};
 }
 
+// Between which rows of the waterfall a sweep stands: by its time where the times make an axis, else by its number.
+class SweepRows
+{
+public:
+    SweepRows(const RecordedTimes &times, int sweeps, int rows)
+        : m_times(times)
+        , m_rowsPerUnit(rows / (times.areAnAxis() ? static_cast<double>(times.endMs() - times.beginMs()) : sweeps))
+    {}
+
+    double begin(int sweep) const { return m_rowsPerUnit * (isByTime() ? sinceBegin(m_times.beginMs(sweep)) : sweep); }
+    double end(int sweep) const { return m_rowsPerUnit * (isByTime() ? sinceBegin(m_times.endMs(sweep)) : sweep + 1); }
+
+private:
+    bool isByTime() const { return m_times.areAnAxis(); }
+    double sinceBegin(qint64 timeMs) const { return static_cast<double>(timeMs - m_times.beginMs()); }
+
+    const RecordedTimes &m_times;
+    double m_rowsPerUnit;
+};
+
 // --- colours ---
 
 struct LevelScale
@@ -287,47 +308,64 @@ QImage imageOf(const LevelRaster &raster, const LevelScale &scale, const AColorL
 
 // --- the command ---
 
-void printSummary(const Options &options, const AMdrDocument &document, const Extent &extent,
-                  const RecordedTimes &times, const AMeasurementValue &highest, const QString &unit)
+void tellContent(const Options &options, const AMdrDocument &document, const Extent &extent, const RecordedTimes &times,
+                 const AMeasurementValue &highest)
 {
-    const auto frequency = [](double hertz) {
-        const AFrequency rounded = AFrequency::fromValue(hertz, AFrequency::Hz);
-        return shortFrequency(rounded);
-    };
-    const auto time = [](qint64 timeMs) {
-        return QDateTime::fromMSecsSinceEpoch(timeMs, Qt::UTC).toString(QStringLiteral("yyyy-MM-dd hh:mm:ss"));
-    };
-    const auto counted = [](int count, const QString &what) {
-        return QStringLiteral("%1 %2%3").arg(count).arg(what, QLatin1String(count == 1 ? "" : "s"));
-    };
-    QString text =
-        QStringLiteral("%1: %2 of at most %3, %4 to %5")
-            .arg(Console::oneLine(options.recording), counted(document.sweepCount(), QStringLiteral("sweep")),
-                 counted(extent.mostPoints, QStringLiteral("point")), frequency(extent.beginHz),
-                 frequency(extent.endHz));
+    const auto frequency = [](double hertz) { return AFrequency::fromValue(hertz, AFrequency::Hz); };
+    const auto time = [](qint64 timeMs) { return QDateTime::fromMSecsSinceEpoch(timeMs, Qt::UTC); };
+    QString text = QStringLiteral("%1 of at most %2, %3")
+                       .arg(countText(document.sweepCount(), "sweep"), countText(extent.mostPoints, "point"),
+                            frequencyRangeText(frequency(extent.beginHz), frequency(extent.endHz)));
     if (times.areAnAxis())
-        text += QStringLiteral(", %1 to %2 UTC").arg(time(times.beginMs()), time(times.endMs()));
-    if (!highest.isEmpty()) {
-        const bool isUsual = std::fabs(highest.level) < kMostLevel;
-        text += QStringLiteral(", highest level %1 at %2")
-                    .arg(QStringLiteral("%1 %2")
-                             .arg(QString::number(highest.level, isUsual ? 'f' : 'g', isUsual ? 2 : 6), unit)
-                             .trimmed(),
-                         shortFrequency(highest.frequency));
-    }
-    Console::write(text + QLatin1Char('\n'));
+        text += QStringLiteral(", ") + timeSpanText(time(times.beginMs()), time(times.endMs()));
+    if (!highest.isEmpty())
+        text += QStringLiteral(", highest level ") + levelText(highest);
+    Console::tellWritten(options.output, text);
 }
 
-int draw(const Options &options, const AMdrDocument &document, int exitStatus)
+bool failWithoutLevels(const Options &options)
+{
+    Console::error(QStringLiteral("%1: no levels in this recording").arg(options.recording));
+    return false;
+}
+
+// True if there are none.
+bool reportLost(const Options &options, const Lost &lost, const QString &unitName)
+{
+    const auto report = [&options](qint64 count, const QString &reason) {
+        if (count > 0)
+            Console::error(
+                QStringLiteral("%1: left out: %2, %3").arg(options.recording, countText(count, "level"), reason));
+    };
+    report(lost.byUnit, QStringLiteral("in a unit that doesn't convert to %1").arg(unitName));
+    report(lost.byLevel, QStringLiteral("below 0, which is no number of %1").arg(unitName));
+    return lost.byUnit == 0 && lost.byLevel == 0;
+}
+
+// The colours of the levels and the scale beside them. False if there are none.
+bool colour(const LevelRaster &raster, const Options &options, WaterfallPlot *plot)
+{
+    LevelScale scale{};
+    if (!chooseScale(raster, options.dynamic, &scale))
+        return false;
+    const AColorLookupTable table(nullptr, scale.dynamic * kEntriesPerDecibel, options.from, options.to);
+    QVector<QRgb> colors;
+    for (int i = 0; i < table.count(); ++i)
+        colors += table.at(i).rgb();
+    plot->setLevels(scale.lowest(), scale.highest, colors);
+    plot->setWaterfall(imageOf(raster, scale, table));
+    return true;
+}
+
+// False if something was left out, or nothing drawn.
+bool draw(const Options &options, const AMdrDocument &document)
 {
     Sweeps sweeps(document, options.recording);
     Extent extent;
-    if (!sweeps.forEach(QStringLiteral("reading"), [&extent](const ASweep &sweep, int) { extent.include(sweep); }))
-        exitStatus = ExitFailed;
-    if (extent.isEmpty()) {
-        Console::error(QStringLiteral("%1: the recording holds no levels").arg(options.recording));
-        return ExitFailed;
-    }
+    bool complete =
+        sweeps.forEach(QStringLiteral("reading"), [&extent](const ASweep &sweep, int) { extent.include(sweep); });
+    if (extent.isEmpty())
+        return failWithoutLevels(options);
     const int unit = decibelsFor(extent.unit);
     const emu_entry *unitEntry = emu_find(unit);
     const QString unitName = unitEntry ? QString::fromUcs4(unitEntry->name) : QString();
@@ -344,45 +382,20 @@ int draw(const Options &options, const AMdrDocument &document, int exitStatus)
         plot.setNumberRange(document.sweepCount());
 
     LevelRaster raster(plot.waterfallSize(), extent.beginHz, extent.endHz);
-    const double rows = raster.size().height();
-    const double rowsPerMs = times.areAnAxis() ? rows / static_cast<double>(times.endMs() - times.beginMs()) : 0.0;
+    const SweepRows rows(times, document.sweepCount(), raster.size().height());
     Lost lost;
-    const auto add = [&](ASweep &sweep, int number) {
+    const bool allAreAdded = sweeps.forEach(QStringLiteral("drawing"), [&](ASweep &sweep, int number) {
         convert(&sweep.values, unit, &lost);
-        if (times.areAnAxis())
-            raster.add(sweep.values, static_cast<double>(times.beginMs(number) - times.beginMs()) * rowsPerMs,
-                       static_cast<double>(times.endMs(number) - times.beginMs()) * rowsPerMs);
-        else
-            raster.add(sweep.values, number * rows / document.sweepCount(),
-                       (number + 1.0) * rows / document.sweepCount());
-    };
-    if (!sweeps.forEach(QStringLiteral("drawing"), add))
-        exitStatus = ExitFailed;
-    const auto reportLost = [&](qint64 count, const QString &reason) {
-        if (count == 0)
-            return;
-        Console::error(QStringLiteral("%1: %2 levels are left out: %3").arg(options.recording).arg(count).arg(reason));
-        exitStatus = ExitFailed;
-    };
-    reportLost(lost.byUnit, QStringLiteral("their units don't convert to %1").arg(unitName));
-    reportLost(lost.byLevel, QStringLiteral("they are below 0, which is no number of %1").arg(unitName));
-    LevelScale scale{};
-    if (!chooseScale(raster, options.dynamic, &scale)) {
-        Console::error(QStringLiteral("%1: the recording holds no levels").arg(options.recording));
-        return ExitFailed;
-    }
-
-    const AColorLookupTable table(nullptr, scale.dynamic * kEntriesPerDecibel, options.from, options.to);
-    QVector<QRgb> colors;
-    for (int i = 0; i < table.count(); ++i)
-        colors += table.at(i).rgb();
-    plot.setLevels(scale.lowest(), scale.highest, colors);
-    plot.setWaterfall(imageOf(raster, scale, table));
+        raster.add(sweep.values, rows.begin(number), rows.end(number));
+    });
+    complete = reportLost(options, lost, unitName) && allAreAdded && complete;
+    if (!colour(raster, options, &plot))
+        return failWithoutLevels(options);
     plot.setCurve(QStringLiteral("Maximum hold"), raster.maximumHold());
     if (!Console::attempt([&](QString *errorText) { return plot.save(options.output, errorText); }))
-        return ExitFailed;
-    printSummary(options, document, extent, times, raster.highest(), unitName);
-    return Console::finish() ? exitStatus : ExitFailed;
+        return false;
+    tellContent(options, document, extent, times, raster.highest());
+    return complete;
 }
 
 } // namespace
@@ -398,5 +411,5 @@ int runWaterfall(const QStringList &arguments)
     bool complete = true;
     if (!loadRecording(options.recording, &document, &complete))
         return ExitFailed;
-    return draw(options, document, complete ? ExitDone : ExitFailed);
+    return draw(options, document) && complete ? ExitDone : ExitFailed;
 }

@@ -4,6 +4,7 @@
 #include "apps/aveldoran/driveprocessor.h"
 #include "apps/aveldoran/jsonlist.h"
 #include "apps/aveldoran/options.h"
+#include "apps/aveldoran/valuetext.h"
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QJsonArray>
@@ -63,17 +64,6 @@ QStringList sensorNames(const WaypointSummary &summary)
 
 // --- as text ---
 
-// "12:05" or "1:02:05".
-QString durationText(qint64 seconds)
-{
-    const auto twoDigits = [](qint64 number) { return QStringLiteral("%1").arg(number, 2, 10, QLatin1Char('0')); };
-    const qint64 hours = seconds / 3600;
-    const qint64 minutes = seconds / 60 % 60;
-    return (hours > 0 ? QStringLiteral("%1:%2").arg(QString::number(hours), twoDigits(minutes))
-                      : QString::number(minutes)) +
-           QLatin1Char(':') + twoDigits(seconds % 60);
-}
-
 QString degreesText(double degrees, const char *positive, const char *negative)
 {
     return QStringLiteral("%1 %2").arg(QString::number(std::fabs(degrees), 'f', 5),
@@ -95,18 +85,14 @@ void printLine(const char *name, const QString &text)
 
 void printText(const QString &file, const DriveProcessor::Source &source, const WaypointSummary &summary)
 {
-    Console::write(QStringLiteral("%1: %2, waypoints: %3\n")
-                       .arg(Console::oneLine(file), formatName(source.format))
-                       .arg(summary.count));
+    Console::write(QStringLiteral("%1: %2, %3\n")
+                       .arg(Console::oneLine(file), formatName(source.format), countText(summary.count, "waypoint")));
     if (source.tracks > 1)
         printLine("tracks", QStringLiteral("%1, of which one is read").arg(source.tracks));
-    if (summary.begin.isValid()) {
-        printLine("time", QStringLiteral("%1 to %2 (%3)")
-                              .arg(summary.begin.toString(Qt::ISODate), summary.end.toString(Qt::ISODate),
-                                   durationText(summary.begin.secsTo(summary.end))));
-    }
+    if (summary.begin.isValid())
+        printLine("time", timeSpanText(summary.begin, summary.end));
     if (summary.withoutTime > 0)
-        printLine("no time", QStringLiteral("%1 of them").arg(summary.withoutTime));
+        printLine("no time", countText(summary.withoutTime, "waypoint"));
     if (summary.hasArea()) {
         printLine("area", QStringLiteral("%1 to %2, %3 to %4")
                               .arg(degreesText(summary.south, "N", "S"), degreesText(summary.north, "N", "S"),
@@ -114,7 +100,7 @@ void printText(const QString &file, const DriveProcessor::Source &source, const 
         printLine("length", lengthText(summary.lengthMetres));
     }
     if (summary.withoutPosition > 0)
-        printLine("no place", QStringLiteral("%1 of them").arg(summary.withoutPosition));
+        printLine("no place", countText(summary.withoutPosition, "waypoint"));
     if (summary.hasAltitude) {
         printLine("altitude", QStringLiteral("%1 m to %2 m")
                                   .arg(QString::number(summary.lowestMetres, 'f', 1),
@@ -137,8 +123,8 @@ QJsonObject asJson(const QString &file, const DriveProcessor::Source &source, co
     object[QStringLiteral("withoutTime")] = summary.withoutTime;
     object[QStringLiteral("withoutPosition")] = summary.withoutPosition;
     if (summary.begin.isValid()) {
-        object[QStringLiteral("begin")] = summary.begin.toString(Qt::ISODateWithMs);
-        object[QStringLiteral("end")] = summary.end.toString(Qt::ISODateWithMs);
+        object[QStringLiteral("beginTime")] = exactTimeText(summary.begin);
+        object[QStringLiteral("endTime")] = exactTimeText(summary.end);
         object[QStringLiteral("durationSeconds")] = static_cast<double>(summary.begin.msecsTo(summary.end)) / 1000.0;
     }
     if (summary.hasArea()) {

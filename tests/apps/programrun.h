@@ -16,7 +16,26 @@ struct Run
     int exitStatus = -1; // also of a program that crashed or hung
     QString output;
     QString errors;
+    QString told; // the lines of standard error that are none: what was written and left out
 };
+
+inline bool isRemark(const QString &line)
+{
+    const auto has = [&line](const char *text) { return line.contains(QLatin1String(text)); };
+    return !line.startsWith(QLatin1String("aveldoran: ")) &&
+           (has(": written; ") || has(": left out: ") || has(": dropped by whoever reads this plan: "));
+}
+
+inline Run runOf(int exitStatus, const QByteArray &output, const QByteArray &standardError)
+{
+    Run run{exitStatus, QString::fromUtf8(output), {}, {}};
+    const QList<QByteArray> lines = standardError.split('\n');
+    for (int i = 0; i < lines.size(); ++i) {
+        const QString line = QString::fromUtf8(lines.at(i));
+        (isRemark(line) ? run.told : run.errors) += i + 1 < lines.size() ? line + QLatin1Char('\n') : line;
+    }
+    return run;
+}
 
 inline Run run(const QStringList &arguments, const QString &standardOutput = {},
                const QProcessEnvironment &environment = QProcessEnvironment::systemEnvironment())
@@ -28,8 +47,7 @@ inline Run run(const QStringList &arguments, const QString &standardOutput = {},
     process.start(QStringLiteral(AVELDORAN_PROGRAM), arguments);
     if (!process.waitForFinished(60000) || process.exitStatus() != QProcess::NormalExit)
         return {};
-    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()),
-            QString::fromUtf8(process.readAllStandardError())};
+    return runOf(process.exitCode(), process.readAllStandardOutput(), process.readAllStandardError());
 }
 
 inline QProcessEnvironment environmentWithoutDisplay()
@@ -69,5 +87,5 @@ inline Run runOnTerminal(const QStringList &arguments)
     close(master);
     if (process.state() != QProcess::NotRunning || process.exitStatus() != QProcess::NormalExit)
         return {};
-    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()), QString::fromUtf8(shown)};
+    return {process.exitCode(), QString::fromUtf8(process.readAllStandardOutput()), QString::fromUtf8(shown), {}};
 }

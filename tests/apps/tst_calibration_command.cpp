@@ -60,13 +60,13 @@ void TestCalibrationCommand::listsObjectsByType()
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitStatus, 0);
     QCOMPARE(result.output, QString("Antennas\n"
-                                    "  Horn  3 entries  1000 MHz - 18000 MHz  7 to 14 dBi\n"
-                                    "  Dipole  1 entry  145 MHz - 145 MHz  2.15 dBi\n"
+                                    "  Horn  3 entries  1000 MHz to 18000 MHz  7.00 dBi to 14.00 dBi\n"
+                                    "  Dipole  1 entry  145 MHz to 145 MHz  2.15 dBi\n"
                                     "Cables\n"
-                                    "  Long  2 entries  10 MHz - 1000 MHz  -9.5 to -1 dB\n"
+                                    "  Long  2 entries  10 MHz to 1000 MHz  -9.50 dB to -1.00 dB\n"
                                     "  Empty  no entries\n"
                                     "Of no particular type\n"
-                                    "  Strange  2 entries  -1 kHz - 1 kHz  inf dB\n"));
+                                    "  Strange  2 entries  -1 kHz to 1 kHz  inf dB\n"));
 }
 
 void TestCalibrationCommand::tellsTheGainAtAFrequency()
@@ -74,9 +74,9 @@ void TestCalibrationCommand::tellsTheGainAtAFrequency()
     const Run result = run({"calibration", "--at", "1.5 GHz", m_folder->write("a", kObjects)});
     QCOMPARE(result.exitStatus, 0);
     const QStringList lines = result.output.split('\n');
-    QVERIFY(lines.at(1).endsWith("14 dBi; at 1500 MHz: 8 dBi"));
+    QVERIFY(lines.at(1).endsWith("14.00 dBi; at 1500 MHz: 8.00 dBi"));
     QVERIFY(lines.at(2).endsWith("; at 1500 MHz: 2.15 dBi, held from the end of the table"));
-    QVERIFY(lines.at(4).endsWith("; at 1500 MHz: -9.5 dB, held from the end of the table"));
+    QVERIFY(lines.at(4).endsWith("; at 1500 MHz: -9.50 dB, held from the end of the table"));
     QCOMPARE(lines.at(5), QString("  Empty  no entries"));
 }
 
@@ -88,7 +88,7 @@ void TestCalibrationCommand::readsDirectoriesAndThoseBelowThem()
     m_folder->write("all/readme.txt", "text");
     const Run result = run({"calibration", m_folder->path("all")});
     QCOMPARE(result.errors, QString());
-    QCOMPARE(result.output, QString("Cables\n  a  1 entry  1 Hz - 1 Hz  2 dB\n  b  no entries\n  c  no entries\n"));
+    QCOMPARE(result.output, QString("Cables\n  a  1 entry  1 Hz to 1 Hz  2.00 dB\n  b  no entries\n  c  no entries\n"));
 }
 
 // The registry would write the first of two files with one label.
@@ -229,7 +229,7 @@ void TestCalibrationCommand::drawsWhateverIsInAFile()
 void TestCalibrationCommand::refusesWrongUsage_data()
 {
     addWrongUsageColumns();
-    QTest::newRow("no file") << QStringList{} << "calibration: a calibration file is missing";
+    QTest::newRow("no file") << QStringList{} << "calibration: expected a calibration file, found none";
     QTest::newRow("unknown option") << QStringList{"--gain", "a"} << "unknown option '--gain'";
     QTest::newRow("no frequency") << QStringList{"--at", "high", "a"}
                                   << "--at expects a frequency such as '100 MHz', not 'high'";

@@ -74,12 +74,12 @@ void TestChannelsCommand::printsThePlanIndentedByDepth()
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitStatus, 0);
     const QString expected = QStringLiteral(
-        "Test plan                             100 MHz - 200 MHz               Generic, selectable  # Of a test\n"
-        "  Uplink                              145 MHz - 155.5 MHz             Direction, selectable\n"
+        "Test plan                             100 MHz to 200 MHz              Generic, selectable  # Of a test\n"
+        "  Uplink                              145 MHz to 155.5 MHz            Direction, selectable\n"
         "    + 3 channels from 145.25 MHz, width 500 kHz, space 12.5 kHz, numbered from 7 by 2\n"
-        "  Uplink                              100 MHz - 110.5 MHz             Direction, selectable\n"
+        "  Uplink                              100 MHz to 110.5 MHz            Direction, selectable\n"
         "    + 3 channels from 100.25 MHz, width 500 kHz, space 12.5 kHz, numbered from 7 by 2\n"
-        "  Overlap                             105 MHz - 120 MHz               Provider\n");
+        "  Overlap                             105 MHz to 120 MHz              Provider\n");
     QCOMPARE(result.output, expected);
 }
 
@@ -90,9 +90,9 @@ void TestChannelsCommand::expandsDefinitions()
     const QStringList lines = result.output.split('\n');
     QCOMPARE(lines.size(), 4 + 6 + 1);
     QCOMPARE(lines.at(2),
-             QStringLiteral("    7                                 145.25 MHz - 145.75 MHz         AutoChannel"));
+             QStringLiteral("    7                                 145.25 MHz to 145.75 MHz        AutoChannel"));
     QCOMPARE(lines.at(8),
-             QStringLiteral("    11                                101.275 MHz - 101.775 MHz       AutoChannel"));
+             QStringLiteral("    11                                101.275 MHz to 101.775 MHz      AutoChannel"));
     QVERIFY(!result.output.contains("numbered"));
 }
 
@@ -105,8 +105,8 @@ void TestChannelsCommand::printsStackingLevels()
         if (!line.contains('+'))
             levels.append(line.left(3).trimmed() + ' ' + line.mid(5).simplified().section(' ', 0, 4));
     }
-    QCOMPARE(levels, QStringList({"0 Test plan 100 MHz -", "1 Uplink 100 MHz - 110.5", "1 Uplink 145 MHz - 155.5",
-                                  "2 Overlap 105 MHz - 120"}));
+    QCOMPARE(levels, QStringList({"0 Test plan 100 MHz to", "1 Uplink 100 MHz to 110.5", "1 Uplink 145 MHz to 155.5",
+                                  "2 Overlap 105 MHz to 120"}));
 }
 
 void TestChannelsCommand::saysWhenRangesFindNoLevel()
@@ -119,7 +119,7 @@ void TestChannelsCommand::saysWhenRangesFindNoLevel()
     const Run result = run({"channels", "--stacked", file});
     QCOMPARE(result.exitStatus, 1);
     QCOMPARE(result.output.count('\n'), 1 + 49);
-    QCOMPARE(result.errors, QStringLiteral("aveldoran: channels: 11 ranges found no level and are left out\n"));
+    QCOMPARE(result.errors, "aveldoran: " + file + ": left out: 11 ranges, for which there is no level\n");
 }
 
 void TestChannelsCommand::printsJson()
@@ -129,18 +129,20 @@ void TestChannelsCommand::printsJson()
     const QJsonArray ranges = QJsonDocument::fromJson(result.output.toUtf8()).array();
     QCOMPARE(ranges.size(), 4);
     QCOMPARE(ranges.at(0).toObject().value("profile").toString(), QStringLiteral("plan"));
-    const QJsonObject expected{
-        {"depth", 1},
-        {"level", 1},
-        {"label", "Uplink"},
-        {"type", "Direction"},
-        {"begin", 100000000},
-        {"end", 110500000},
-        {"selectable", true},
-        {"color", "#3366cc"},
-        {"definitions",
-         QJsonArray{QJsonObject{
-             {"start", 100250000}, {"width", 500000}, {"space", 12500}, {"count", 3}, {"first", 7}, {"step", 2}}}}};
+    const QJsonObject expected{{"depth", 1},
+                               {"stackingLevel", 1},
+                               {"label", "Uplink"},
+                               {"type", "Direction"},
+                               {"beginHz", 100000000},
+                               {"endHz", 110500000},
+                               {"selectable", true},
+                               {"color", "#3366cc"},
+                               {"definitions", QJsonArray{QJsonObject{{"startHz", 100250000},
+                                                                      {"widthHz", 500000},
+                                                                      {"spaceHz", 12500},
+                                                                      {"count", 3},
+                                                                      {"first", 7},
+                                                                      {"step", 2}}}}};
     QCOMPARE(ranges.at(1).toObject(), expected);
 
     const Run empty = run({"channels", "--format", "json", "/nonexistent"});
@@ -276,7 +278,7 @@ void TestChannelsCommand::refusesWrongUsage_data()
     addWrongUsageColumns();
     QTest::newRow("no command") << QStringList() << "a command is missing";
     QTest::newRow("unknown command") << QStringList{"chanels"} << "unknown command 'chanels'";
-    QTest::newRow("no path") << QStringList{"channels"} << "a profile file or directory is missing";
+    QTest::newRow("no path") << QStringList{"channels"} << "expected a profile file or directory, found none";
     QTest::newRow("unknown option") << QStringList{"channels", "--expnd", "."} << "unknown option '--expnd'";
     QTest::newRow("unknown format") << QStringList{"channels", "--format", "yaml", "."}
                                     << "--format expects text, json or xml, not 'yaml'";

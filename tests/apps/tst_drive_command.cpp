@@ -80,11 +80,12 @@ void TestDriveCommand::drawsARecordingWithItsPositions()
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitStatus, 0);
     QVERIFY2(
-        QRegularExpression("^\\S+/drive\\.kml: written; sweeps: 853, with a position: 853, waypoints: 853, values: "
+        QRegularExpression("^\\S+/drive\\.kml: written; 853 sweeps, 853 with a position, 853 waypoints, levels from "
                            "-1[01]\\d\\.\\d\\d dBm at \\d+(\\.\\d+)? MHz to -[2-5]\\d\\.\\d\\d dBm at \\S+ MHz\n$")
-            .match(result.output)
+            .match(result.told)
             .hasMatch(),
-        qPrintable(result.output));
+        qPrintable(result.told));
+    QCOMPARE(result.output, QString());
 
     const Kml document(m_folder->read("drive.kml"));
     QVERIFY(document.isRead());
@@ -123,10 +124,12 @@ void TestDriveCommand::goesToStandardOutputWithoutAFile()
         saveRecording(path("a.mdr"), {positionedSweepAt(0, {-100.0, -50.0}), positionedSweepAt(1, {-75.5, -60.0})});
     const Run printed = run({"drive", recording});
     QCOMPARE(printed.exitStatus, 0);
-    QCOMPARE(printed.errors, recording + ": written; sweeps: 2, with a position: 2, waypoints: 0, values: -100.00 dBm "
-                                         "at 100 MHz to -50.00 dBm at 101 MHz\n");
+    const QString told(": written; 2 sweeps, 2 with a position, 0 waypoints, levels from -100.00 dBm at 100 MHz to "
+                       "-50.00 dBm at 101 MHz\n");
+    QCOMPARE(printed.told, "standard output" + told);
     const Run written = run({"drive", recording, "--output", path("a.kml")});
-    QCOMPARE(written.output, path("a.kml") + printed.errors.mid(recording.size()));
+    QCOMPARE(written.told, path("a.kml") + told);
+    QCOMPARE(written.output, QString());
     QCOMPARE(m_folder->read("a.kml"), printed.output.toUtf8());
 }
 
@@ -145,7 +148,7 @@ void TestDriveCommand::takesPositionsFromAGpxTrack()
     const Run result = run({"drive", recording, "--gpx", kGpx, "--output", path("drive.kml")});
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitStatus, 0);
-    QVERIFY2(result.output.contains("sweeps: 853, with a position: 852, waypoints: 427"), qPrintable(result.output));
+    QVERIFY2(result.told.contains("853 sweeps, 852 with a position, 427 waypoints"), qPrintable(result.told));
     const Kml document(m_folder->read("drive.kml"));
     QCOMPARE(document.path("Original GPS Data").size(), kGpxPoints);
     QCOMPARE(document.path("Maximum Values").size(), 852);
@@ -177,7 +180,7 @@ void TestDriveCommand::takesPositionsFromAnNmeaLog()
     const Run result = run({"drive", path("harbour.mdr"), "--nmea", kNmea, "--output", path("harbour.kml"), "--sensors",
                             "compass,gyro,pressure"});
     QCOMPARE(result.exitStatus, 0);
-    QVERIFY2(result.output.contains("sweeps: 400, with a position: 400, waypoints: 447"), qPrintable(result.output));
+    QVERIFY2(result.told.contains("400 sweeps, 400 with a position, 447 waypoints"), qPrintable(result.told));
     const Kml kml(m_folder->read("harbour.kml"));
     QCOMPARE(kml.path("Original GPS Data").size(), kNmeaRecords);
     const QStringList points = kml.path("Maximum Values");
@@ -196,7 +199,7 @@ void TestDriveCommand::severalSourcesAddUp()
     const Run result =
         run({"drive", recording, "--gpx", begin, "--nmea", kNmea, "--gpx", end, "--output", path("drive.kml")});
     QCOMPARE(result.exitStatus, 0);
-    QVERIFY(result.output.contains("waypoints: 449"));
+    QVERIFY(result.told.contains("449 waypoints"));
     const QStringList way = Kml(m_folder->read("drive.kml")).path("Original GPS Data");
     QCOMPARE(way.at(0), QString("15.000000,47.000000,100.000000")); // by time
     QCOMPARE(way.at(1), QString("15.000000,47.099998,100.000000"));
@@ -213,9 +216,9 @@ void TestDriveCommand::aWaypointNeedsToLieWithinTheTolerance()
         points += trackPoint(47.0, 15.0, QByteArray("2025-03-18T09:12:") + second + "Z");
     const QString track = m_folder->write("a.gpx", gpxOf(points));
     const auto positioned = [&](const QString &tolerance) {
-        const QString output =
-            run({"drive", recording, "--gpx", track, "--tolerance", tolerance, "--output", path("a.kml")}).output;
-        return QRegularExpression("with a position: (\\d+)").match(output).captured(1).toInt();
+        const QString told =
+            run({"drive", recording, "--gpx", track, "--tolerance", tolerance, "--output", path("a.kml")}).told;
+        return QRegularExpression("(\\d+) with a position").match(told).captured(1).toInt();
     };
     QVERIFY(positioned("0") <= 6);
     QVERIFY(positioned("0") >= 4);
@@ -283,13 +286,13 @@ void TestDriveCommand::showsLevelsInAnotherUnit()
 {
     const QString recording =
         saveRecording(path("a.mdr"), {positionedSweepAt(0, {-100.0, -50.0}), positionedSweepAt(1, {-90.0, -60.0})});
-    const QString own = run({"drive", recording}).errors;
-    QVERIFY(own.endsWith("values: -100.00 dBm at 100 MHz to -50.00 dBm at 101 MHz\n"));
+    const QString own = run({"drive", recording}).told;
+    QVERIFY(own.endsWith("levels from -100.00 dBm at 100 MHz to -50.00 dBm at 101 MHz\n"));
     for (const QString &unit : {QString("dBuV"), QString::fromUtf8("dBµV")}) {
         const Run result = run({"drive", recording, "--unit", unit});
         QCOMPARE(result.exitStatus, 0);
-        QVERIFY2(result.errors.endsWith(QString::fromUtf8("values: 6.99 dBµV at 100 MHz to 56.99 dBµV at 101 MHz\n")),
-                 qPrintable(result.errors));
+        QVERIFY2(result.told.endsWith(QString::fromUtf8("levels from 6.99 dBµV at 100 MHz to 56.99 dBµV at 101 MHz\n")),
+                 qPrintable(result.told));
         QVERIFY(result.output.contains(QString::fromUtf8("Maximum Value:&lt;/td>&lt;td>56.990 dBµV")));
         QCOMPARE(Kml(result.output.toUtf8()).heights("Maximum Values"), QList<double>({200.0, 160.0}));
     }
@@ -350,8 +353,8 @@ void TestDriveCommand::drawsSensors()
 void TestDriveCommand::leavesPathsOfOneValueOut()
 {
     const Run result = run({"drive", simulated(), "--sensors", "gyro", "--output", path("drive.kml")});
-    QCOMPARE(result.output.section('\n', 1),
-             path("drive.kml") + ": paths of one value, left out: Gyro X-Axis, Gyro Y-Axis\n");
+    QCOMPARE(result.told.section('\n', 1),
+             path("drive.kml") + ": left out: 2 paths of one value: Gyro X-Axis, Gyro Y-Axis\n");
     QVERIFY(!m_folder->read("drive.kml").contains("nan"));
 
     // A sensor that isn't there at all was asked for in vain.
@@ -360,8 +363,8 @@ void TestDriveCommand::leavesPathsOfOneValueOut()
     const Run missing = run({"drive", recording, "--sensors", "compass,pressure", "--output", path("a.kml")});
     QCOMPARE(missing.exitStatus, 1);
     QCOMPARE(missing.errors, "aveldoran: " + recording +
-                                 ": left out is the path of the sensor 'compass': the positions "
-                                 "have none, or all the same values\n");
+                                 ": left out: the path of the sensor 'compass', of which the "
+                                 "positions have no values, or all the same\n");
     const Kml document(m_folder->read("a.kml"));
     QCOMPARE(document.folders().last(), QString("Air Pressure"));
     QVERIFY(!document.folders().contains("Compass Heading"));
@@ -373,10 +376,10 @@ void TestDriveCommand::suppressesPeaksAsTheUserWants()
     for (int i = 0; i < 41; ++i)
         levels.append(i == 20 ? -60.0 : -100.0 - i % 3);
     const QString recording = saveRecording(path("a.mdr"), {positionedSweepAt(0, levels)});
-    QVERIFY(run({"drive", recording}).errors.contains("to -60.00 dBm"));
+    QVERIFY(run({"drive", recording}).told.contains("to -60.00 dBm"));
     QVERIFY(QDir().mkpath(path("config/Aveldoran")));
     m_folder->write("config/Aveldoran/aveldoran.conf", "[SweepProcessor]\nPeakSuppression20=true\n");
-    QVERIFY(run({"drive", recording}).errors.contains("to -80.00 dBm"));
+    QVERIFY(run({"drive", recording}).told.contains("to -80.00 dBm"));
 }
 
 void TestDriveCommand::aLongRecordingTakesNoMoreMemory()
@@ -408,10 +411,9 @@ void TestDriveCommand::showsProgressOnATerminalOnly()
     for (const char *text :
          {"reading " AVELDORAN_EXAMPLES_DIR, "measuring [", "%", "building the document", "writing "})
         QVERIFY2(result.errors.contains(text), text);
-    QVERIFY(result.errors.endsWith("\r\033[K"));
     const Run piped = run(command);
     QCOMPARE(piped.errors, QString());
-    QCOMPARE(piped.output, result.output);
+    QVERIFY(result.errors.endsWith("\r\033[K" + QString(piped.told).replace("\n", "\r\n"))); // the progress is gone
 }
 
 void TestDriveCommand::replacesAnOldFile()
@@ -465,17 +467,15 @@ void TestDriveCommand::reportsOutputThatCanNotBeWritten()
 {
     const QString recording = saveRecording(path("a.mdr"), {positionedSweepAt(0, {-100.0, -50.0})});
     verifyReportsFullDisk({"drive", recording});
-    verifyReportsFullDisk({"drive", recording, "--output", path("a.kml")});
 }
 
 void TestDriveCommand::refusesWrongUsage_data()
 {
     addWrongUsageColumns();
-    QTest::newRow("no recording") << QStringList{} << "drive: expected one recording, found 0";
+    QTest::newRow("no recording") << QStringList{} << "drive: expected one recording, found none";
     QTest::newRow("two recordings") << QStringList{"a.mdr", "b.mdr"} << "drive: expected one recording, found 2";
     QTest::newRow("an unknown option") << QStringList{"a.mdr", "--fast"} << "unknown option '--fast'";
-    QTest::newRow("an unknown unit") << QStringList{"a.mdr", "--unit", "dBx"}
-                                     << "drive: --unit expects one of dBm, dBW";
+    QTest::newRow("an unknown unit") << QStringList{"a.mdr", "--unit", "dBx"} << "drive: --unit expects dBm, dBW";
     QTest::newRow("no elevation") << QStringList{"a.mdr", "--elevation", "high"}
                                   << "drive: --elevation expects a whole number from 0 to 100000, not 'high'";
     QTest::newRow("below the ground") << QStringList{"a.mdr", "--elevation", "-1"} << "not '-1'";
@@ -483,7 +483,7 @@ void TestDriveCommand::refusesWrongUsage_data()
                                           << "drive: --tolerance expects a whole number from 0 to 86400000, not '-1'";
     QTest::newRow("an unknown sensor")
         << QStringList{"a.mdr", "--sensors", "compass,radar"}
-        << "drive: --sensors expects compass, gyro, pressure or several of them, not 'compass,radar'";
+        << "drive: --sensors expects compass, gyro or pressure, or several with commas between, not 'compass,radar'";
     QTest::newRow("no sensor") << QStringList{"a.mdr", "--sensors", ""} << "drive: --sensors expects";
     QTest::newRow("an unknown label") << QStringList{"a.mdr", "--labels", "big"}
                                       << "drive: --labels expects name, time, value or none, not 'big'";

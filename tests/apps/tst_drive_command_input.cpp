@@ -103,7 +103,9 @@ void TestDriveCommandInput::drawsWhatIsWholeOfADamagedRecording()
     const Run result = drive({recording});
     QCOMPARE(result.exitStatus, 1);
     QCOMPARE(result.errors, "aveldoran: " + recording + ": " + reason + "\n");
-    QVERIFY(result.output.contains(QString(": written; sweeps: %1, with a position: %1").arg(whole)));
+    QVERIFY(result.told.contains(QString(": written; %1, %2 with a position")
+                                     .arg(whole == 1 ? "1 sweep" : QString("%1 sweeps").arg(whole))
+                                     .arg(whole)));
     QCOMPARE(Kml(m_folder->read("drive.kml")).path("Maximum Values").size(), whole);
 }
 
@@ -168,7 +170,7 @@ void TestDriveCommandInput::sweepsWithoutPositionAreLeftOut()
     const Run result = drive({recording});
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitStatus, 0);
-    QVERIFY(result.output.contains("sweeps: 4, with a position: 2, waypoints: 0"));
+    QVERIFY(result.told.contains("4 sweeps, 2 with a position, 0 waypoints"));
     QCOMPARE(Kml(m_folder->read("drive.kml")).path("Average Values").size(), 2);
 }
 
@@ -233,8 +235,8 @@ void TestDriveCommandInput::waypointsThatAreNotOnTheEarthAreLeftOut()
     const Run result = drive({recording, "--gpx", track, "--tolerance", "0", "--time-track"});
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitStatus, 0);
-    QCOMPARE(result.output.section('\n', 1),
-             path("drive.kml") + ": waypoints without a place on the earth, left out: 6\n");
+    QCOMPARE(result.told.section('\n', 1),
+             path("drive.kml") + ": left out: 6 waypoints without a place on the earth\n");
     const QByteArray content = m_folder->read("drive.kml");
     QVERIFY(!content.contains("nan") && !content.contains("inf"));
     QCOMPARE(Kml(content).path("Original GPS Data"), QStringList{"15.000000,47.000000,100.000000"});
@@ -248,10 +250,10 @@ void TestDriveCommandInput::theUnitComesFromTheFirstPoint()
     const Run result = drive({recording});
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitStatus, 0);
-    QVERIFY2(result.output.contains(
-                 QString::fromUtf8("sweeps: 2, with a position: 2, waypoints: 0, values: 20.00 dBµV/m at 100 MHz to "
+    QVERIFY2(result.told.contains(
+                 QString::fromUtf8("2 sweeps, 2 with a position, 0 waypoints, levels from 20.00 dBµV/m at 100 MHz to "
                                    "60.00 dBµV/m at 101 MHz")),
-             qPrintable(result.output));
+             qPrintable(result.told));
 }
 
 void TestDriveCommandInput::refusesAUnitOfAnotherFamily_data()
@@ -298,9 +300,9 @@ void TestDriveCommandInput::verifyLeftOut(const QString &what, const QList<doubl
     const Run result = drive({recording, "--unit", "dBm"});
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitStatus, 0);
-    QVERIFY2(result.output.endsWith("values: -100.00 dBm at 100 MHz to -50.00 dBm at 101 MHz\n" + path("drive.kml") +
-                                    ": " + what + ", left out: 1\n"),
-             qPrintable(result.output));
+    QVERIFY2(result.told.endsWith("levels from -100.00 dBm at 100 MHz to -50.00 dBm at 101 MHz\n" + path("drive.kml") +
+                                  ": left out: " + what + "\n"),
+             qPrintable(result.told));
     const Kml document(m_folder->read("drive.kml"));
     QCOMPARE(document.heights("Maximum Values"), maxima);
     QCOMPARE(document.heights("Minimum Values"), minima);
@@ -318,7 +320,7 @@ void TestDriveCommandInput::pointsThatCanNotBeDrawnAreLeftOut_data()
 
 void TestDriveCommandInput::pointsThatCanNotBeDrawnAreLeftOut()
 {
-    verifyLeftOut("points with levels that can't be drawn", {200.0, 120.0, 160.0}, {0.0, 120.0, 80.0});
+    verifyLeftOut("1 point with a level that can't be drawn", {200.0, 120.0, 160.0}, {0.0, 120.0, 80.0});
 }
 
 void TestDriveCommandInput::levelsThatCanNotBeDrawnAreLeftOut_data()
@@ -334,7 +336,7 @@ void TestDriveCommandInput::levelsThatCanNotBeDrawnAreLeftOut_data()
 
 void TestDriveCommandInput::levelsThatCanNotBeDrawnAreLeftOut()
 {
-    verifyLeftOut("sweeps with levels or a place that can't be drawn", {200.0, 160.0}, {0.0, 80.0});
+    verifyLeftOut("1 sweep with levels or a place that can't be drawn", {200.0, 160.0}, {0.0, 80.0});
 }
 
 void TestDriveCommandInput::refusesARecordingWithoutAnyLevel()

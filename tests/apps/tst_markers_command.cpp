@@ -368,7 +368,7 @@ void TestMarkersCommand::namesFileAndLineOfABadTrace_data()
     QTest::addColumn<QByteArray>("trace");
     QTest::addColumn<QString>("reason");
 
-    QTest::newRow("an empty file") << QByteArray() << ": it holds no points";
+    QTest::newRow("an empty file") << QByteArray() << ": no points in this trace";
     QTest::newRow("no number") << QByteArray("1 MHz;1\n2 MHz;x\n") << ":2: expected a level such as -37.5, found 'x'";
     QTest::newRow("control characters") << QByteArray("1 MHz;\x1b[2J\n")
                                         << ":1: expected a level such as -37.5, found '\uFFFD[2J'";
@@ -401,7 +401,7 @@ void TestMarkersCommand::refusesWrongUsage_data()
 {
     addWrongUsageColumns();
 
-    QTest::newRow("no trace") << QStringList{} << "expected one trace file, found 0";
+    QTest::newRow("no trace") << QStringList{} << "expected one trace file, found none";
     QTest::newRow("two traces") << QStringList{"a.csv", "b.csv"} << "expected one trace file, found 2";
     QTest::newRow("unknown option") << QStringList{"--maxx", "1", "a.csv"} << "unknown option '--maxx'";
     QTest::newRow("unknown format") << QStringList{"--format", "xml", "a.csv"}

@@ -1,4 +1,5 @@
 #include "tests/apps/folder.h"
+#include "tests/apps/outputcommands.h"
 #include "tests/apps/programrun.h"
 
 #include <QtCore/QDir>
@@ -44,17 +45,13 @@ private Q_SLOTS:
     void picturesOfNothingReadAreNotDrawn();
     void inputsAreNotReplaced_data();
     void inputsAreNotReplaced();
-    void onlyRegularFilesAreReplaced_data() { outputs(); }
+    void onlyRegularFilesAreReplaced_data() { addOutputs(); }
     void onlyRegularFilesAreReplaced();
-    void aFullDiskKeepsTheOldFile_data() { outputs(); }
+    void aFullDiskKeepsTheOldFile_data() { addOutputs(); }
     void aFullDiskKeepsTheOldFile();
-    void numbersArePrintedAlikeInAllLanguages_data();
-    void numbersArePrintedAlikeInAllLanguages();
 
 private:
     static void commands();
-    static void outputs();
-    QStringList replaced(QStringList arguments) const;
     // In the temporary directory, where examples/ and a recording drive.mdr are.
     Run runHere(const QString &commandLine) const;
 
@@ -122,39 +119,6 @@ void TestProgram::commands()
         QTest::newRow(qPrintable(name)) << name;
 }
 
-// Of each way to write a file: the command line, with OUT for the file and its suffix.
-void TestProgram::outputs()
-{
-    QTest::addColumn<QStringList>("arguments");
-    QTest::addColumn<QString>("suffix");
-    const QString data = QLatin1String(AVELDORAN_EXAMPLES_DIR) + "/data/";
-    const QStringList device{"--model", "1", "--firmware", "2", "--serial", "3"};
-    QTest::newRow("calibration") << QStringList{"calibration", data + "calibration", "--plot", "OUT"} << ".png";
-    QTest::newRow("drive") << QStringList{"drive", "RECORDING", "--output", "OUT"} << ".kml";
-    QTest::newRow("limits") << QStringList{"limits", data + "limits/en55032-radiated.xml", "--plot", "OUT"} << ".png";
-    QTest::newRow("limits anew") << QStringList{"limits", data + "limits/en55032-radiated.xml", "--rewrite", "OUT"}
-                                 << ".xml";
-    QTest::newRow("logo") << QStringList(QStringList{"logo"} + device + QStringList{"--output", "OUT"}) << ".bin";
-    QTest::newRow("logo as a picture") << QStringList(QStringList{"logo"} + device +
-                                                      QStringList{"--output", "OUT", "--scale", "40"})
-                                       << ".bmp";
-    QTest::newRow("markers") << QStringList{"markers", data + "traces/broadband.csv", "--plot", "OUT"} << ".png";
-    QTest::newRow("waterfall") << QStringList{"waterfall", "RECORDING", "--output", "OUT"} << ".png";
-}
-
-QStringList TestProgram::replaced(QStringList arguments) const
-{
-    if (arguments.contains("RECORDING")) {
-        const QString gpx = QLatin1String(AVELDORAN_EXAMPLES_DIR) + "/data/drives/valley-road.gpx";
-        const Run recorded = run({"record", "--simulate", "--gpx", gpx, "--interval", "10000", "--points", "50",
-                                  "--output", m_folder->path("drive.mdr")});
-        if (recorded.exitStatus != 0)
-            qFatal("could not record: %s", qPrintable(recorded.errors));
-        arguments.replaceInStrings("RECORDING", m_folder->path("drive.mdr"));
-    }
-    return arguments;
-}
-
 Run TestProgram::runHere(const QString &commandLine) const
 {
     QProcess shell;
@@ -162,8 +126,7 @@ Run TestProgram::runHere(const QString &commandLine) const
     shell.start("sh", {"-c", commandLine});
     if (!shell.waitForFinished(60000) || shell.exitStatus() != QProcess::NormalExit)
         return {};
-    return {shell.exitCode(), QString::fromUtf8(shell.readAllStandardOutput()),
-            QString::fromUtf8(shell.readAllStandardError())};
+    return runOf(shell.exitCode(), shell.readAllStandardOutput(), shell.readAllStandardError());
 }
 
 // --- help ---
@@ -175,7 +138,9 @@ void TestProgram::helpNamesTheExitStatuses()
     for (const char *text :
          {"\nExit status:\n  0  ", "\n  1  ", "\n  2  ", "exceeds a limit", "aveldoran help [COMMAND]"})
         QVERIFY2(result.output.contains(text), text);
-    for (const QStringList &same : {QStringList{"-h"}, QStringList{"help"}})
+    QVERIFY(result.output.simplified().contains("refused or left out, which a message on standard error tells, or a "
+                                                "trace exceeds a limit, which is printed."));
+    for (const QStringList &same : {QStringList{"-h"}, {"help"}, {"help", "help"}, {"help", "--help"}, {"help", "-h"}})
         QCOMPARE(run(same).output, result.output);
     const QStringList lines = result.output.split('\n');
     for (const QString &line : lines)
@@ -246,6 +211,16 @@ void TestProgram::suggestsCommandsAndOptions_data()
     QTest::newRow("neighbours swapped") << QStringList{"lgoo"} << "unknown command 'lgoo', did you mean 'logo'?";
     QTest::newRow("help") << QStringList{"hlep"} << "unknown command 'hlep', did you mean 'help'?";
     QTest::newRow("of nothing near") << QStringList{"spectrum"} << "unknown command 'spectrum'; see 'aveldoran --help'";
+    QTest::newRow("after help") << QStringList{"--help", "x"} << "expected nothing after '--help', found 'x'";
+    QTest::newRow("a command after help")
+        << QStringList{"--help", "markers"}
+        << "expected nothing after '--help', found 'markers'; see 'aveldoran help markers'";
+    QTest::newRow("after the help of a command")
+        << QStringList{"help", "markers", "x"} << "expected nothing after 'help markers', found 'x'";
+    QTest::newRow("after the version") << QStringList{"--version", "channels"}
+                                       << "expected nothing after '--version', found 'channels'";
+    QTest::newRow("help of an option") << QStringList{"help", "--version"}
+                                       << "help expects the name of a command, not '--version'";
     QTest::newRow("help of nothing") << QStringList{"help", "markrs"}
                                      << "unknown command 'markrs', did you mean 'markers'?";
     QTest::newRow("before a command") << QStringList{"--verson"}
@@ -473,7 +448,7 @@ void TestProgram::onlyRegularFilesAreReplaced()
     QFETCH(QString, suffix);
     const QString pipe = m_folder->path("pipe" + suffix);
     QCOMPARE(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
-    QStringList line = replaced(arguments);
+    QStringList line = replaced(arguments, *m_folder);
     const Run result = run(line.replaceInStrings(QRegularExpression("^OUT$"), pipe));
     QCOMPARE(result.exitStatus, 1);
     QCOMPARE(result.errors, "aveldoran: " + pipe + ": can't be written: Not a regular file\n");
@@ -487,7 +462,7 @@ void TestProgram::aFullDiskKeepsTheOldFile()
     QFETCH(QStringList, arguments);
     QFETCH(QString, suffix);
     const QString name = "out" + suffix;
-    QStringList line = replaced(arguments);
+    QStringList line = replaced(arguments, *m_folder);
     line.replaceInStrings(QRegularExpression("^OUT$"), m_folder->write(name, "old"));
     const QString whole = "'" + line.join("' '") + "'";
     // A library writes a file of its own before the program does.
@@ -511,43 +486,6 @@ void TestProgram::aFullDiskKeepsTheOldFile()
     QCOMPARE(left, QStringList{name});
     QCOMPARE(runHere(QStringLiteral("'%1' %2").arg(AVELDORAN_PROGRAM, whole)).exitStatus, 0);
     QVERIFY(m_folder->read(name) != "old");
-}
-
-// --- numbers ---
-
-void TestProgram::numbersArePrintedAlikeInAllLanguages_data()
-{
-    QTest::addColumn<QStringList>("arguments");
-    const QString data = QLatin1String(AVELDORAN_EXAMPLES_DIR) + "/data/";
-    QTest::newRow("calibration") << QStringList{"calibration", "--at", "145.5 MHz", data + "calibration"};
-    QTest::newRow("channels") << QStringList{"channels", "--efis", data + "efis/allocations.csv"};
-    QTest::newRow("drive") << QStringList{"drive", "RECORDING", "--output", "OUT.kml"};
-    QTest::newRow("limits") << QStringList{"limits", data + "limits"};
-    QTest::newRow("limits with a trace") << QStringList{"limits", "--check", data + "traces/broadband.csv",
-                                                        data + "limits/short-range-device-spurious.xml"};
-    QTest::newRow("markers") << QStringList{"markers",     "--at", "88.5 MHz",
-                                            "--reference", "1",    data + "traces/broadband.csv"};
-    QTest::newRow("waterfall") << QStringList{"waterfall", "RECORDING", "--output", "OUT.png"};
-    QTest::newRow("waypoints") << QStringList{"waypoints", data + "drives/valley-road.gpx"};
-}
-
-void TestProgram::numbersArePrintedAlikeInAllLanguages()
-{
-    QFETCH(QStringList, arguments);
-    arguments = replaced(arguments);
-    arguments.replaceInStrings("OUT", m_folder->path("out"));
-    QStringList outputs;
-    for (const char *language : {"C.UTF-8", "de_DE.UTF-8", "en_US.UTF-8", "de_CH.UTF-8"}) {
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert("LC_ALL", language); // Qt takes it whether or not the system has it
-        const Run result = run(arguments, {}, environment);
-        QVERIFY(!result.output.isEmpty());
-        outputs += result.output;
-    }
-    if (arguments.constFirst() != "channels") // whose texts are those of the file
-        QVERIFY(!outputs.constFirst().contains(QRegularExpression("[0-9],[0-9]")));
-    outputs.removeDuplicates();
-    QCOMPARE(outputs.size(), 1);
 }
 
 QTEST_GUILESS_MAIN(TestProgram)

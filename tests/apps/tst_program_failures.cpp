@@ -75,7 +75,8 @@ void TestProgramFailures::limitsAreRewrittenAndDrawnWithoutTheirTrace()
                             write(directory.filePath("mask.xml"), kMask)});
     QCOMPARE(result.exitStatus, 1);
     QCOMPARE(result.errors, "aveldoran: " + traceFile + error);
-    QCOMPARE(result.output, rewritten + ": written; limits: 1, pieces: 2, descriptions left out: 0\n"); // no verdict
+    QCOMPARE(result.output, QString()); // no verdict
+    QCOMPARE(result.told, rewritten + ": written; 1 limit, 2 pieces\n" + picture + ": written; 1 limit\n");
     QFile file(rewritten);
     QVERIFY(file.open(QIODevice::ReadOnly) && file.readAll().contains("Mask"));
     const QImage image(picture);

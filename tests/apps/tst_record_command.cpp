@@ -4,6 +4,7 @@
 
 #include <core/aveldorandevice.h>
 
+#include <QtCore/QStorageInfo>
 #include <QtTest/QtTest>
 
 #include <cmath>
@@ -31,6 +32,7 @@ private Q_SLOTS:
     void refusesOutputs_data();
     void refusesOutputs();
     void tellsWhenTheDiskIsFull();
+    void isNotBegunWhereTheDiskHasNoRoom();
     void showsProgressOnATerminalOnly();
     void refusesWrongUsage_data();
     void refusesWrongUsage();
@@ -65,7 +67,8 @@ void TestRecordCommand::recordsADriveAlongTheTrack()
     const Run result = run(command({"--interval", "1000"}));
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitStatus, 0);
-    QCOMPARE(result.output, output() + ": written; sweeps: 853, points: 51, from 87.5 MHz to 108 MHz\n");
+    QCOMPARE(result.output, QString());
+    QCOMPARE(result.told, output() + ": written; 853 sweeps of 51 points, 87.5 MHz to 108 MHz, 2.0 MB\n");
     QCOMPARE(m_folder->names(), QStringList{"drive.mdr"});
 
     AMdrDocument recording;
@@ -104,7 +107,7 @@ void TestRecordCommand::setsTheAnalyserUp()
     const Run result = run(
         command({"--start", "430 MHz", "--stop", "440MHz", "--points", "11", "--seed", "4711", "--interval", "60000"}));
     QCOMPARE(result.errors, QString());
-    QCOMPARE(result.output, output() + ": written; sweeps: 15, points: 11, from 430 MHz to 440 MHz\n");
+    QCOMPARE(result.told, output() + ": written; 15 sweeps of 11 points, 430 MHz to 440 MHz, 10.7 kB\n");
     AMdrDocument recording;
     QVERIFY(recording.load(output()));
     const std::unique_ptr<AVeldoranDevice> device(recording.createDevice());
@@ -172,7 +175,7 @@ void TestRecordCommand::recordsWhatIsWholeOfADamagedTrack()
     QCOMPARE(result.exitStatus, 1);
     QVERIFY2(result.errors.startsWith("aveldoran: " + cut + ":"), qPrintable(result.errors));
     QCOMPARE(result.errors.count('\n'), 1);
-    QVERIFY(result.output.startsWith(output() + ": written; sweeps: 4"));
+    QVERIFY(result.told.startsWith(output() + ": written; 4"));
     AMdrDocument recording;
     QVERIFY(recording.load(output()));
     QVERIFY(recording.sweepCount() > 410 && recording.sweepCount() < 440);
@@ -261,12 +264,32 @@ void TestRecordCommand::tellsWhenTheDiskIsFull()
     QVERIFY(recording.sweepCount() > 10); // what had room is there
 }
 
+void TestRecordCommand::isNotBegunWhereTheDiskHasNoRoom()
+{
+    m_folder->write("drive.mdr", "old");
+    const qint64 sweeps = (14 * 60 + 12) * 1000 + 1;
+    if (QStorageInfo(m_folder->path()).bytesAvailable() > sweeps * 42 * 1000000)
+        QSKIP("The disk has room for 36 TB");
+    const Run result = run(command({"--interval", "1", "--points", "1000000"}));
+    QCOMPARE(result.exitStatus, 1);
+    QVERIFY2(result.errors.startsWith("aveldoran: " + output() +
+                                      ": can't be written: It would take 35.8 TB, and the disk has "),
+             qPrintable(result.errors));
+    QVERIFY(result.errors.endsWith("B; give a longer --interval or fewer --points\n"));
+    QCOMPARE(m_folder->read("drive.mdr"), QByteArray("old"));
+}
+
 void TestRecordCommand::showsProgressOnATerminalOnly()
 {
     const Run result = runOnTerminal(command());
     QCOMPARE(result.exitStatus, 0);
-    QVERIFY2(result.errors.contains("recording [...") && result.errors.endsWith("\r\033[K"), qPrintable(result.errors));
-    QCOMPARE(run(command()).errors, QString());
+    const Run piped = run(command());
+    QCOMPARE(piped.errors, QString());
+    // The size that it tells beforehand is that of the file.
+    const QString size = piped.told.section(", ", -1).trimmed();
+    QVERIFY2(result.errors.contains("recording " + output() + ", " + size + " [..."), qPrintable(result.errors));
+    QVERIFY(result.errors.endsWith("\r\033[K" + output() +
+                                   ": written; 3409 sweeps of 51 points, 87.5 MHz to 108 MHz, " + size + "\r\n"));
 }
 
 void TestRecordCommand::refusesWrongUsage_data()

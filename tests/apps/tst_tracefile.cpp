@@ -114,9 +114,9 @@ void TestTraceFile::namesTheLineOfWhatItRefuses_data()
 
     const QString units = QStringLiteral("dBm, dBW, dBV, dBmV, dBµV, V, dBV/m, dBmW/m², dBµV/m, V/m, W, W/m², dBW/m², "
                                          "dBA/m, dBµA/m, A/m, dB, ×");
-    QTest::newRow("an empty file") << QByteArray() << QStringLiteral(" it holds no points");
-    QTest::newRow("titles alone") << QByteArray("Frequency;Level\n") << QStringLiteral(" it holds no points");
-    QTest::newRow("comments alone") << QByteArray("# 1;2\n") << QStringLiteral(" it holds no points");
+    QTest::newRow("an empty file") << QByteArray() << QStringLiteral(" no points in this trace");
+    QTest::newRow("titles alone") << QByteArray("Frequency;Level\n") << QStringLiteral(" no points in this trace");
+    QTest::newRow("comments alone") << QByteArray("# 1;2\n") << QStringLiteral(" no points in this trace");
     QTest::newRow("one title") << QByteArray("# x\nSpectrum\n")
                                << QStringLiteral("2: expected titles of a frequency and a level, or a frequency such "
                                                  "as 100 MHz");

@@ -68,14 +68,14 @@ void TestWaypointsCommand::summarisesTheExamples()
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitStatus, 0);
     QCOMPARE(result.output, kGpx +
-                                ": GPX, waypoints: 427\n"
+                                ": GPX, 427 waypoints\n"
                                 "  time      2025-03-18T09:12:04Z to 2025-03-18T09:26:16Z (14:12)\n"
                                 "  area      47.31270 N to 47.36126 N, 13.92840 E to 14.07218 E\n"
                                 "  length    13.28 km\n"
                                 "  altitude  641.9 m to 853.3 m\n"
                                 "  sensors   none\n" +
                                 kNmea +
-                                ": NMEA, waypoints: 447\n"
+                                ": NMEA, 447 waypoints\n"
                                 "  time      2025-06-04T23:57:30Z to 2025-06-05T00:04:56Z (7:26)\n"
                                 "  area      54.31324 N to 54.32504 N, 4.38710 W to 4.36089 W\n"
                                 "  length    4.71 km\n"
@@ -99,8 +99,8 @@ void TestWaypointsCommand::printsJson()
     QCOMPARE(gpx["waypoints"].toInt(), kGpxPoints);
     QCOMPARE(gpx["withoutTime"].toInt(-1), 0);
     QCOMPARE(gpx["withoutPosition"].toInt(-1), 0);
-    QCOMPARE(gpx["begin"].toString(), QString("2025-03-18T09:12:04.000Z"));
-    QCOMPARE(gpx["end"].toString(), QString("2025-03-18T09:26:16.000Z"));
+    QCOMPARE(gpx["beginTime"].toString(), QString("2025-03-18T09:12:04.000Z"));
+    QCOMPARE(gpx["endTime"].toString(), QString("2025-03-18T09:26:16.000Z"));
     QCOMPARE(gpx["durationSeconds"].toInt(), 14 * 60 + 12);
     QCOMPARE(sensorsOf(gpx), QStringList());
     double south = 90.0;
@@ -227,17 +227,17 @@ void TestWaypointsCommand::countsPointsWithoutTimeOrPlace()
     const Run result = run({"waypoints", file});
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitStatus, 0);
-    QVERIFY2(result.output.startsWith(file + ": GPX, waypoints: 7\n"
+    QVERIFY2(result.output.startsWith(file + ": GPX, 7 waypoints\n"
                                              "  time      2025-01-01T00:00:00Z to 2025-01-01T01:00:00Z (1:00:00)\n"
-                                             "  no time   1 of them\n"
+                                             "  no time   1 waypoint\n"
                                              "  area      47.00000 N to 48.00000 N, 15.00000 E to 16.00000 E\n"),
              qPrintable(result.output));
-    QVERIFY(result.output.contains("  no place  4 of them\n"));
+    QVERIFY(result.output.contains("  no place  4 waypoints\n"));
 
     const QString nowhere = m_folder.write("b.gpx", gpxOf("<trkpt/>"));
-    QCOMPARE(run({"waypoints", nowhere}).output, nowhere + ": GPX, waypoints: 1\n"
-                                                           "  no time   1 of them\n"
-                                                           "  no place  1 of them\n"
+    QCOMPARE(run({"waypoints", nowhere}).output, nowhere + ": GPX, 1 waypoint\n"
+                                                           "  no time   1 waypoint\n"
+                                                           "  no place  1 waypoint\n"
                                                            "  sensors   none\n");
 }
 
@@ -246,7 +246,7 @@ void TestWaypointsCommand::saysWhichOfSeveralTracksIsRead()
     const QByteArray point = trackPoint(47.0, 15.0, "2025-01-01T00:00:00Z");
     const QString file = m_folder.write("a.gpx", "<gpx><trk>" + point + point + "</trk><trk>" + point + "</trk></gpx>");
     const Run result = run({"waypoints", file});
-    QVERIFY(result.output.startsWith(file + ": GPX, waypoints: 1\n  tracks    2, of which one is read\n"));
+    QVERIFY(result.output.startsWith(file + ": GPX, 1 waypoint\n  tracks    2, of which one is read\n"));
 }
 
 void TestWaypointsCommand::refusesWhatHoldsNoPositions_data()
@@ -329,7 +329,7 @@ void TestWaypointsCommand::reportsOutputThatCanNotBeWritten()
 void TestWaypointsCommand::refusesWrongUsage_data()
 {
     addWrongUsageColumns();
-    QTest::newRow("no file") << QStringList{} << "waypoints: a position file is missing";
+    QTest::newRow("no file") << QStringList{} << "waypoints: expected a position file, found none";
     QTest::newRow("an unknown option") << QStringList{"--colour", kGpx} << "unknown option '--colour'";
     QTest::newRow("an unknown format") << QStringList{"--format", "xml", kGpx}
                                        << "waypoints: --format expects text or json, not 'xml'";

@@ -1,4 +1,4 @@
-#include "apps/aveldoran/nearest.h"
+#include "apps/aveldoran/spelling.h"
 
 #include <algorithm>
 #include <cstdlib>

@@ -1,8 +1,8 @@
-#include "apps/aveldoran/nearest.h"
+#include "apps/aveldoran/spelling.h"
 
 #include <QtTest/QtTest>
 
-class TestNearest : public QObject
+class TestSpelling : public QObject
 {
     Q_OBJECT
 
@@ -12,7 +12,7 @@ private Q_SLOTS:
     void findsTheNearest();
 };
 
-void TestNearest::countsMistakes_data()
+void TestSpelling::countsMistakes_data()
 {
     QTest::addColumn<QString>("one");
     QTest::addColumn<QString>("other");
@@ -43,7 +43,7 @@ void TestNearest::countsMistakes_data()
                             << "sitting" << 3;
 }
 
-void TestNearest::countsMistakes()
+void TestSpelling::countsMistakes()
 {
     QFETCH(QString, one);
     QFETCH(QString, other);
@@ -52,7 +52,7 @@ void TestNearest::countsMistakes()
     QCOMPARE(editDistance(other, one), distance);
 }
 
-void TestNearest::findsTheNearest()
+void TestSpelling::findsTheNearest()
 {
     const QStringList words{"--max", "--min", "--format", "--output"};
     QCOMPARE(nearestWord("--formt", words), QString("--format"));
@@ -63,5 +63,5 @@ void TestNearest::findsTheNearest()
     QCOMPARE(nearestWord("x", {}), QString());
 }
 
-QTEST_GUILESS_MAIN(TestNearest)
-#include "tst_nearest.moc"
+QTEST_GUILESS_MAIN(TestSpelling)
+#include "tst_spelling.moc"
