@@ -240,9 +240,10 @@ QModelIndex AChannelInfoModel::indexOf(AChannelInfo *node, int column) const
 // come even if there is none: proxies hold their own and make ours of them in between.
 void AChannelInfoModel::mendStaleIndexes()
 {
-    if (!std::exchange(m_mayHoldStaleIndexes, false))
+    if (!m_mayHoldStaleIndexes)
         return;
     Q_EMIT layoutAboutToBeChanged();
+    m_mayHoldStaleIndexes = false; // not before: a receiver's removal needs the mending as well
     const auto isStale = [this](const QModelIndex &index) { return nodeAt(index)->row() != index.row(); };
     const QModelIndexList persistent = persistentIndexList();
     QSet<QModelIndex> held;

@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # commands_test.sh DIRECTORY PAGE...: runs each command "$ aveldoran ..." of the pages in the directory, which has the
-# examples/, one after another. A command that says nothing on standard error has done its work; status 1 is a finding.
-# What the page shows below a command is all that it prints, but for blanks at the ends of lines.
+# examples/, one after another. A command that says nothing on standard error but what it has written has done its work;
+# status 1 is a finding. What the page shows below a command is all that it prints, and then what it has written, but for
+# blanks at the ends of lines.
 
 set -euo pipefail
 cd "$1"
@@ -11,12 +12,14 @@ failures=0
 
 # check PAGE COMMAND SHOWN
 check() {
-    local status=0 output
+    local status=0 output written
     count=$((count + 1))
-    output=$(bash -c "$2" 2>errors.txt | sed 's/ *$//'; exit "${PIPESTATUS[0]}") || status=$?
-    if ((status > 1)) || [[ -s errors.txt ]] || [[ -n $3 && $output != "$3" ]]; then
+    output=$(bash -c "$2" 2>told.txt | sed 's/ *$//'; exit "${PIPESTATUS[0]}") || status=$?
+    written=$(grep '^[^ ]*: written; ' told.txt || true)
+    output+=${output:+${written:+$'\n'}}$written
+    if ((status > 1)) || grep -qv '^[^ ]*: written; ' told.txt || [[ -n $3 && $output != "$3" ]]; then
         printf '%s: $ %s\nstatus %s\n' "$1" "$2" "$status"
-        cat errors.txt
+        cat told.txt
         diff <(printf '%s\n' "$3") <(printf '%s\n' "$output") || true
         failures=$((failures + 1))
     fi
