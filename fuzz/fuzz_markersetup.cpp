@@ -19,7 +19,7 @@ namespace {
 
 constexpr int kTraces = 10;
 constexpr int kBelievedEntries = 1000; // that a count may bring by itself
-constexpr int kMaxEntries = 20000;    // an input may hold more, which only takes time
+constexpr int kMaxEntries = 20000;     // an input may hold more, which only takes time
 
 void ignoreMessages(QtMsgType, const QMessageLogContext &, const QString &) {}
 
