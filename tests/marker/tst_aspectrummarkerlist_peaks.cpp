@@ -63,7 +63,6 @@ private Q_SLOTS:
     void aResizeForgetsThePeaksAndNotTheMarkers();
     void withoutRoomForMaximaThereAreNoMinima();
     void minimaComeBackWhenTheyAreResizedToo();
-    void clearingGivesRoomForTwoOfEach();
     void clearingRestoresTheRoom();
 
     void stepsGoToTheBestPeakBeyond_data();
@@ -209,18 +208,6 @@ void TestASpectrumMarkerListPeaks::withoutRoomForMaximaThereAreNoMinima()
     list.updateBufferSizes(2, -1);
     QCOMPARE(update(&list, comb(10)), 2);
     QCOMPARE(filled(list, Min), 0);
-}
-
-void TestASpectrumMarkerListPeaks::clearingGivesRoomForTwoOfEach()
-{
-    ASpectrumMarkerList list;
-    list.updateBufferSizes(0, 0);
-    list.clear();
-    addMany(&list, Max, 2);
-    addMany(&list, Min, 2);
-    update(&list, comb(10));
-    QCOMPARE(filled(list, Max), 2);
-    QCOMPARE(filled(list, Min), 2);
 }
 
 void TestASpectrumMarkerListPeaks::minimaComeBackWhenTheyAreResizedToo()
