@@ -59,9 +59,8 @@ void addOptions(QCommandLineParser *parser, const Options &defaults)
         parser,
         QStringLiteral(
             "Records what a simulated analyser measures on a drive along a GPX track: sweeps with their positions, "
-            "from "
-            "the first to the last time of the track, past transmitters that stand beside it. The same seed gives the "
-            "same recording.\n\n"
+            "from the first to the last time of the track, past transmitters that stand beside it. The same seed gives "
+            "the same recording.\n\n"
             "Each sweep goes to the file at once. It takes 42 bytes a point: %1 an hour if no option says otherwise. A "
             "recording for which the disk has no room, or of more than %2 sweeps, is not begun.")
             .arg(sizeText(bytesOf(kHourMs / defaults.intervalMs, defaults)), QString::number(kMaxSweeps)),
