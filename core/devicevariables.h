@@ -33,7 +33,7 @@ struct device_variable_desc
     const char *description; // what it sets, with its unit if it is a plain number
 };
 
-constexpr int device_variable_count = 53;
+constexpr int device_variable_count = 53; // how many variables there are
 
 // The variable of an index from 0 to device_variable_count - 1; null for any other.
 AVELDORAN_CORE_EXPORT const device_variable_desc *get_vardesc(int index) noexcept;

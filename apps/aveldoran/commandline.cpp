@@ -172,9 +172,9 @@ QString exitStatusText()
 {
     return QStringLiteral("Exit status:\n"
                           "  0  All was done.\n"
-                          "  1  Something was not done, refused or left out, which a message on standard\n"
-                          "     error tells, or a trace exceeds a limit, which is printed. What else could\n"
-                          "     be done was done.\n"
+                          "  1  Something was not done or refused, which a line on standard error tells\n"
+                          "     that begins with 'aveldoran: ', or a trace exceeds a limit, which is\n"
+                          "     printed. What else could be done was done.\n"
                           "  2  The command line makes no sense; nothing was done.\n");
 }
 

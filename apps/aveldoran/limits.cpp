@@ -18,7 +18,9 @@
 #include <QtCore/QFileInfo>
 #include <QtCore/QTemporaryDir>
 
+#include <algorithm>
 #include <cmath>
+#include <functional>
 
 namespace {
 
@@ -73,11 +75,16 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
                           &options->picture);
 }
 
-// The limits of all files, with the file of each.
+// The limits of all files that were read.
 struct Limits
 {
+    struct File
+    {
+        QString name;
+        int end; // in `all`: behind the last limit of the file
+    };
     QList<const ALimit *> all;
-    QStringList files;
+    QVector<File> files;
 
     Limits() = default;
     ~Limits() { qDeleteAll(all); }
@@ -89,8 +96,8 @@ struct Limits
         Console::progress(QStringLiteral("reading %1").arg(fileName));
         const bool isRead =
             Console::attempt([&](QString *errorText) { return ALimit::readAll(fileName, all, errorText); });
-        while (files.size() < all.size())
-            files.append(fileName);
+        if (isRead)
+            files.append({fileName, all.size()});
         return isRead;
     }
 
@@ -110,8 +117,22 @@ struct Limits
     // "FILE: LIMIT: TEXT".
     void report(int index, const QString &text) const
     {
+        const auto file =
+            std::find_if(files.begin(), files.end(), [index](const File &each) { return index < each.end; });
         Console::error(
-            QStringLiteral("%1: %2: %3").arg(files.at(index), Console::oneLineOrDash(all.at(index)->name()), text));
+            QStringLiteral("%1: %2: %3").arg(file->name, Console::oneLineOrDash(all.at(index)->name()), text));
+    }
+
+    // Prints each file's name and, by `printLimit` with the index of each, its limits.
+    void print(const std::function<void(int index)> &printLimit) const
+    {
+        int index = 0;
+        for (const File &file : files) {
+            Console::write(
+                QStringLiteral("%1: %2\n").arg(Console::oneLine(file.name), countText(file.end - index, "limit")));
+            for (; index < file.end; ++index)
+                printLimit(index);
+        }
     }
 
 private:
@@ -170,26 +191,6 @@ void printLimit(const ALimit &limit)
                                                 interpolationText(level.interpolation)));
 }
 
-// The name of a file stands above its limits.
-void printFileOf(const Limits &limits, int index)
-{
-    const QString &file = limits.files.at(index);
-    if (index > 0 && limits.files.at(index - 1) == file)
-        return;
-    int end = index;
-    while (end < limits.files.size() && limits.files.at(end) == file)
-        ++end;
-    Console::write(QStringLiteral("%1: %2\n").arg(Console::oneLine(file), countText(end - index, "limit")));
-}
-
-void printList(const Limits &limits)
-{
-    for (int i = 0; i < limits.all.size(); ++i) {
-        printFileOf(limits, i);
-        printLimit(*limits.all.at(i));
-    }
-}
-
 void printExcess(const LimitExcess &excess, int traceUnit)
 {
     QString run = countText(excess.points, "point");
@@ -204,34 +205,29 @@ void printExcess(const LimitExcess &excess, int traceUnit)
                             run));
 }
 
-// True if the trace was compared with each limit and exceeds none.
-bool checkTrace(const Limits &limits, const Trace &trace)
+// True if the trace was compared with the limit and doesn't exceed it.
+bool checkTrace(const Limits &limits, int index, const Trace &trace)
 {
-    bool isKept = true;
-    for (int i = 0; i < limits.all.size(); ++i) {
-        const ALimit *limit = limits.all.at(i);
-        int compared = 0;
-        QVector<LimitExcess> found;
-        if (!areComparable(limit->unitId(), trace.unit)) {
-            limits.report(i, QStringLiteral("the trace in %1 can't be compared with a limit in %2")
-                                 .arg(QString::fromUcs4(emu_find(trace.unit)->name), unitOf(*limit)));
-        } else {
-            found = findExcesses(*limit, trace, &compared);
-            if (compared == 0)
-                limits.report(i, QStringLiteral("no point of the trace lies where it governs"));
-        }
-        printFileOf(limits, i);
-        Console::write(QStringLiteral("  %1: %2; %3 compared\n")
-                           .arg(nameOf(*limit),
-                                QLatin1String(compared == 0     ? "not checked"
-                                              : found.isEmpty() ? "kept"
-                                                                : "exceeded"),
-                                countText(compared, "point")));
-        for (const LimitExcess &excess : qAsConst(found))
-            printExcess(excess, trace.unit);
-        isKept = isKept && found.isEmpty() && compared > 0;
+    const ALimit &limit = *limits.all.at(index);
+    int compared = 0;
+    QVector<LimitExcess> found;
+    if (!areComparable(limit.unitId(), trace.unit)) {
+        limits.report(index, QStringLiteral("the trace in %1 can't be compared with a limit in %2")
+                                 .arg(QString::fromUcs4(emu_find(trace.unit)->name), unitOf(limit)));
+    } else {
+        found = findExcesses(limit, trace, &compared);
+        if (compared == 0)
+            limits.report(index, QStringLiteral("no point of the trace lies where it governs"));
     }
-    return isKept;
+    Console::write(QStringLiteral("  %1: %2; %3 compared\n")
+                       .arg(nameOf(limit),
+                            QLatin1String(compared == 0     ? "not checked"
+                                          : found.isEmpty() ? "kept"
+                                                            : "exceeded"),
+                            countText(compared, "point")));
+    for (const LimitExcess &excess : qAsConst(found))
+        printExcess(excess, trace.unit);
+    return found.isEmpty() && compared > 0;
 }
 
 int countPieces(const ALimitModel &model)
@@ -339,12 +335,14 @@ int runLimits(const QStringList &arguments)
     bool hasTrace = false;
     Trace trace;
     if (options.traceFile.isEmpty()) {
-        printList(limits);
+        limits.print([&limits](int index) { printLimit(*limits.all.at(index)); });
     } else {
         Console::progress(QStringLiteral("reading %1").arg(options.traceFile));
         hasTrace =
             Console::attempt([&](QString *errorText) { return readTraceFile(options.traceFile, &trace, errorText); });
-        complete = hasTrace && checkTrace(limits, trace) && complete;
+        complete = hasTrace && complete;
+        if (hasTrace)
+            limits.print([&](int index) { complete = checkTrace(limits, index, trace) && complete; });
     }
     if (!options.rewritten.isEmpty() && areRead) // else that is told
         complete = rewrite(options.files.constFirst(), options.rewritten) && complete;

@@ -8,6 +8,7 @@
 #include "apps/aveldoran/tracefile.h"
 #include "apps/aveldoran/valuetext.h"
 
+#include <core/emsi.h>
 #include <core/emu.h>
 #include <marker/aspectrummarkerlist.h>
 
@@ -46,10 +47,12 @@ void addOptions(QCommandLineParser *parser)
 {
     CommandLine::describe(
         parser,
-        QStringLiteral("Sets markers on a trace and prints them, one a line: number, name, level, difference to the "
-                       "reference marker, and a label for a display. Maxima come highest first, minima lowest first, "
-                       "from the second point of the trace on; a marker at a frequency reads the level between the "
-                       "points beside it."),
+        QStringLiteral(
+            "Sets markers on a trace and prints them, one a line: number, name, level, difference to the "
+            "reference marker, and a label for a display. Maxima come highest first, minima lowest first, "
+            "from the second point of the trace on; a marker at a frequency reads the level between the "
+            "points beside it. A marker that finds no such peak, or stands beyond the trace, has '-' for its "
+            "values."),
         {QStringLiteral("aveldoran markers examples/data/traces/broadband.csv --max 3 --at '100 MHz' --reference 1 "
                         "--plot broadband.png")});
     const auto number = QStringLiteral("N");
@@ -158,13 +161,37 @@ AFrequency frequencyDifference(const ASpectrumMarker &marker)
            (reference.value().isEmpty() ? reference.targetFrequency() : reference.value().frequency);
 }
 
+// By which a level of a linear unit is shown, as levelText() does.
+const emsi_unit *scaleOf(double level, const emu_entry *unit)
+{
+    constexpr double kScaledBelow = 1000.0;
+    return unit->logarithmic ? nullptr : emsi_find_scale(level, kScaledBelow);
+}
+
+const emsi_unit *scaleOfValue(const ASpectrumMarker &marker, const emu_entry *unit)
+{
+    return scaleOf(marker.value().level, unit);
+}
+
+const emsi_unit *scaleOfDifference(const ASpectrumMarker &marker, const emu_entry *unit)
+{
+    const ASpectrumMarker *reference = marker.referenceMarker();
+    return reference ? scaleOf(marker.value().level - reference->value().level, unit) : nullptr;
+}
+
+// Of a label, which shows the difference where there is one.
+const emsi_unit *scaleOfLabel(const ASpectrumMarker &marker, const emu_entry *unit)
+{
+    return marker.referenceMarker() ? scaleOfDifference(marker, unit) : scaleOfValue(marker, unit);
+}
+
 // The label items, where number and unit of a difference of frequencies belong together: in the library's items the
 // unit is that of the marker's own frequency.
 QStringList labelItems(const ASpectrumMarker &marker, const emu_entry *unit)
 {
     constexpr int kFrequency = 4;
     constexpr int kFrequencyUnit = 5;
-    QStringList items = marker.labelItems(unit, nullptr);
+    QStringList items = marker.labelItems(unit, scaleOfLabel(marker, unit));
     if (hasFrequencyDifference(marker) && !items.at(kFrequency).isEmpty())
         items[kFrequencyUnit] = QLatin1String(AFrequency::suffixForUnit(frequencyDifference(marker).autoUnit()));
     return items;
@@ -174,8 +201,9 @@ QStringList labelItems(const ASpectrumMarker &marker, const emu_entry *unit)
 QStringList rowOf(int number, const ASpectrumMarker &marker, const emu_entry *unit)
 {
     const QString frequency = marker.value().isEmpty() ? QStringLiteral("-") : shortFrequency(marker.value().frequency);
-    QStringList row = {QString::number(number), marker.name(), frequency, marker.valueAsString(unit, nullptr, true),
-                       marker.deltaAsString(unit, nullptr, true)};
+    QStringList row = {QString::number(number), marker.name(), frequency,
+                       marker.valueAsString(unit, scaleOfValue(marker, unit), true),
+                       marker.deltaAsString(unit, scaleOfDifference(marker, unit), true)};
     QStringList items = labelItems(marker, unit);
     items.removeFirst(); // the name
     while (items.size() < 6)
@@ -224,11 +252,12 @@ QJsonObject markerAsJson(const ASpectrumMarker &marker, const emu_entry *unit)
         object[QStringLiteral("reference")] = marker.referenceMarker()->name();
     if (hasFrequencyDifference(marker))
         object[QStringLiteral("deltaHz")] = frequencyDifference(marker).floatValue(AFrequency::Hz);
-    object[QStringLiteral("valueText")] = marker.valueAsString(unit, nullptr, true);
-    object[QStringLiteral("deltaText")] = marker.deltaAsString(unit, nullptr, true);
-    object[QStringLiteral("labelItems")] = QJsonArray::fromStringList(marker.labelItems(unit, nullptr));
-    object[QStringLiteral("label")] = marker.label(false, unit, nullptr);
-    object[QStringLiteral("detailedLabel")] = marker.label(true, unit, nullptr);
+    object[QStringLiteral("valueText")] = marker.valueAsString(unit, scaleOfValue(marker, unit), true);
+    object[QStringLiteral("deltaText")] = marker.deltaAsString(unit, scaleOfDifference(marker, unit), true);
+    object[QStringLiteral("labelItems")] =
+        QJsonArray::fromStringList(marker.labelItems(unit, scaleOfLabel(marker, unit)));
+    object[QStringLiteral("label")] = marker.label(false, unit, scaleOfLabel(marker, unit));
+    object[QStringLiteral("detailedLabel")] = marker.label(true, unit, scaleOfLabel(marker, unit));
     return object;
 }
 

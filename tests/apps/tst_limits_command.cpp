@@ -32,6 +32,7 @@ private Q_SLOTS:
     void init() { m_folder = std::make_unique<Folder>(); }
 
     void listsLimitsWithTheirPieces();
+    void namesEachFileWithItsAmount();
     void readsDirectories();
     void namesWhatItCanNotRead_data();
     void namesWhatItCanNotRead();
@@ -95,6 +96,21 @@ void TestLimitsCommand::listsLimitsWithTheirPieces()
             QStringLiteral(": 2 limits\n  -  0 Hz to 1 kHz  unit 99\n"
                            "  Field  0 Hz to 30000 MHz  dB\u00b5V/m\n"
                            "    0 Hz to 0 Hz                    1.00 dB\u00b5V/m to 2.00 dB\u00b5V/m, logarithmic\n"));
+}
+
+void TestLimitsCommand::namesEachFileWithItsAmount()
+{
+    const QString empty = m_folder->write("empty.xml", "<data/>");
+    const QString one = m_folder->write("one.xml", "<data><limit name=\"a\" begin=\"1 MHz\" end=\"2 MHz\"/></data>");
+    const QString trace = m_folder->write("a.csv", "1 MHz;-50\n3 MHz;-60\n");
+    for (const QStringList &check : {QStringList(), QStringList{"--check", trace}}) {
+        const Run result = run(QStringList{"limits"} + check + QStringList{empty, one, one});
+        QStringList headings = result.output.split('\n');
+        headings.erase(std::remove_if(headings.begin(), headings.end(),
+                                      [](const QString &line) { return line.isEmpty() || line.startsWith(' '); }),
+                       headings.end());
+        QCOMPARE(headings, (QStringList{empty + ": 0 limits", one + ": 1 limit", one + ": 1 limit"}));
+    }
 }
 
 void TestLimitsCommand::readsDirectories()

@@ -40,6 +40,7 @@ private Q_SLOTS:
     void setsSixMaximaIfNothingIsAskedFor();
     void readsTheLevelAtFrequencies();
     void showsDifferencesToTheReference();
+    void showsLinearLevelsWithAPrefix();
     void showsADifferenceOfFrequenciesInItsOwnUnit();
     void showsPeaksOfLevelZero_data();
     void showsPeaksOfLevelZero();
@@ -116,6 +117,27 @@ void TestMarkersCommand::showsDifferencesToTheReference()
         QStringList({"1 Max 1 103 MHz -35.00 dBm +5.00 dBm +5.00 dBm @ +2.000 MHz (Δ Max 2)",
                      "2 Max 2 101 MHz -40.00 dBm - -40.00 dBm @ 101.000 MHz",
                      "3 Std 1 104 MHz -85.00 dBm -45.00 dBm -45.00 dBm @ +3.000 MHz (Δ Max 2)", "4 Std 2 - - - -"}));
+}
+
+void TestMarkersCommand::showsLinearLevelsWithAPrefix()
+{
+    const QString file = m_folder->write("a.csv", "Frequency;Level (V)\n1 MHz;1e-6\n2 MHz;2e-3\n3 MHz;1e-6\n4 MHz;5e-4\n");
+    const QStringList arguments = {"markers", "--at",  "2 MHz",       "--at", "4 MHz",
+                                   "--at",    "3 MHz", "--reference", "1",    file};
+    Run result = run(arguments);
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(simplifiedLines(result.output).mid(2),
+             QStringList({"1 Std 1 2 MHz 2.00 mV - 2.00 mV @ 2.000 MHz",
+                          "2 Std 2 4 MHz 500.00 µV -1.50 mV -1.50 mV @ +2.000 MHz (Δ Std 1)",
+                          "3 Std 3 3 MHz 1.00 µV -2.00 mV -2.00 mV @ +1.000 MHz (Δ Std 1)"}));
+
+    result = run(arguments + QStringList{"--format", "json"});
+    const QJsonObject second = QJsonDocument::fromJson(result.output.toUtf8()).array().at(1).toObject();
+    QCOMPARE(second.value("level"), QJsonValue(5e-4));
+    QCOMPARE(second.value("valueText"), QJsonValue("500.00 µV"));
+    QCOMPARE(second.value("deltaText"), QJsonValue("-1.50 mV"));
+    QCOMPARE(second.value("labelItems"),
+             QJsonValue(QJsonArray{"Std 2", "-1.50", "mV", "@", "+2.000", "MHz", "(Δ Std 1)"}));
 }
 
 void TestMarkersCommand::showsADifferenceOfFrequenciesInItsOwnUnit()

@@ -138,8 +138,9 @@ void TestProgram::helpNamesTheExitStatuses()
     for (const char *text :
          {"\nExit status:\n  0  ", "\n  1  ", "\n  2  ", "exceeds a limit", "aveldoran help [COMMAND]"})
         QVERIFY2(result.output.contains(text), text);
-    QVERIFY(result.output.simplified().contains("refused or left out, which a message on standard error tells, or a "
-                                                "trace exceeds a limit, which is printed."));
+    QVERIFY(result.output.simplified().contains("not done or refused, which a line on standard error tells that "
+                                                "begins with 'aveldoran: ', or a trace exceeds a limit, which is "
+                                                "printed."));
     for (const QStringList &same : {QStringList{"-h"}, {"help"}, {"help", "help"}, {"help", "--help"}, {"help", "-h"}})
         QCOMPARE(run(same).output, result.output);
     const QStringList lines = result.output.split('\n');
