@@ -1,6 +1,7 @@
 #include "apps/commandchecks.h"
 #include "apps/folder.h"
 #include "apps/programrun.h"
+#include "core/documentedfiles.h"
 #include "core/usbtestbed.h"
 
 #include <QtTest/QtTest>
@@ -23,6 +24,7 @@ private Q_SLOTS:
     void listsEveryUsbDevice();
     void followsDevicesThatComeAndGo();
     void printsJson();
+    void printsTheJsonOfTheDocument();
     void saysThatNothingIsAttached();
     void knowsTheChipsOfTheSetting();
     void whatADeviceDoesNotTellIsADash();
@@ -101,6 +103,14 @@ void TestDevicesCommand::printsJson()
                                           {"bus", 3},
                                           {"device", 9}}};
     QCOMPARE(QJsonDocument::fromJson(result.output.toUtf8()).array(), expected);
+}
+
+void TestDevicesCommand::printsTheJsonOfTheDocument()
+{
+    const QList<QByteArray> files = documentedFiles("JSON of `devices`");
+    QCOMPARE(files.size(), 1);
+    m_bed->plug("1-1", "0403", "6010", 5, "FT1", "Dual Analyser");
+    QCOMPARE(run({"devices", "--format", "json"}).output, QString::fromUtf8(files.first()));
 }
 
 void TestDevicesCommand::saysThatNothingIsAttached()
