@@ -121,7 +121,8 @@ void TestMarkersCommand::showsDifferencesToTheReference()
 
 void TestMarkersCommand::showsLinearLevelsWithAPrefix()
 {
-    const QString file = m_folder->write("a.csv", "Frequency;Level (V)\n1 MHz;1e-6\n2 MHz;2e-3\n3 MHz;1e-6\n4 MHz;5e-4\n");
+    const QString file =
+        m_folder->write("a.csv", "Frequency;Level (V)\n1 MHz;1e-6\n2 MHz;2e-3\n3 MHz;1e-6\n4 MHz;5e-4\n");
     const QStringList arguments = {"markers", "--at",  "2 MHz",       "--at", "4 MHz",
                                    "--at",    "3 MHz", "--reference", "1",    file};
     Run result = run(arguments);
