@@ -228,10 +228,8 @@ void TestASpectrumMarkerListPeaks::clearingRestoresTheRoom()
     ASpectrumMarkerList list;
     list.updateBufferSizes(0, 0);
     list.clear();
-    addMany(&list, Max, 2);
-    addMany(&list, Min, 2);
+    addMany(&list, Min, 2); // which give room to minima, but need some for maxima
     update(&list, comb(10));
-    QCOMPARE(filled(list, Max), 2);
     QCOMPARE(filled(list, Min), 2);
 }
 
