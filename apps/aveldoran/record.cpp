@@ -9,11 +9,13 @@
 #include <core/asimulateddevice.h>
 
 #include <QtCore/QCommandLineParser>
+#include <QtCore/QFile>
 #include <QtCore/QFileInfo>
-#include <QtCore/QStorageInfo>
 
 #include <algorithm>
 #include <limits>
+
+#include <sys/statvfs.h>
 
 namespace {
 
@@ -148,10 +150,11 @@ bool reportRecordingError(const QString &fileName, const QString &reason)
 bool hasRoom(qint64 bytes, const QString &fileName)
 {
     const QFileInfo output(fileName);
-    const QStorageInfo disk(output.exists() ? output.canonicalPath() : output.absolutePath());
-    if (!disk.isValid() || disk.bytesTotal() <= 0) // what becomes of it, the writing tells
-        return true;
-    const qint64 room = disk.bytesAvailable() + output.size(); // which is replaced
+    const QString directory = output.exists() ? output.canonicalPath() : output.absolutePath();
+    struct statvfs disk = {}; // QStorageInfo knows none in a change of root
+    if (statvfs(QFile::encodeName(directory).constData(), &disk) != 0 || disk.f_blocks == 0)
+        return true; // what becomes of it, the writing tells
+    const qint64 room = static_cast<qint64>(disk.f_bavail * disk.f_frsize) + output.size(); // which is replaced
     return bytes <= room ||
            reportRecordingError(fileName, QStringLiteral("It would take %1, and the disk has %2; give a longer "
                                                          "--interval or fewer --points")
