@@ -5,7 +5,7 @@
 
 cmake_minimum_required(VERSION 3.25)
 
-set(breaks 0)
+include(${CMAKE_CURRENT_LIST_DIR}/rule.cmake)
 
 function(check_file file)
     file(READ ${ROOT}/${file} text)
@@ -47,11 +47,6 @@ function(check_file file)
     endforeach()
     set(breaks ${breaks} PARENT_SCOPE)
 endfunction()
-
-macro(report message)
-    message(STATUS "${message}")
-    math(EXPR breaks "${breaks} + 1")
-endmacro()
 
 file(GLOB_RECURSE files RELATIVE ${ROOT} ${ROOT}/CMakeLists.txt ${ROOT}/*.cmake)
 list(FILTER files EXCLUDE REGEX "^(build|\\.)") # what is made, and what is no part of the tree

@@ -4,12 +4,7 @@
 
 cmake_minimum_required(VERSION 3.25)
 
-set(breaks 0)
-
-macro(report message)
-    message(STATUS "${message}")
-    math(EXPR breaks "${breaks} + 1")
-endmacro()
+include(${CMAKE_CURRENT_LIST_DIR}/rule.cmake)
 
 file(READ ${ROOT}/fuzz/README.md readme)
 file(READ ${ROOT}/fuzz/CMakeLists.txt lists)

@@ -3,6 +3,7 @@
 # it and fails if there is one.
 
 cmake_minimum_required(VERSION 3.25)
+include(${CMAKE_CURRENT_LIST_DIR}/rule.cmake)
 include(${ROOT}/cmake/AveldoranLayout.cmake)
 
 # What a folder may include besides itself.
@@ -12,12 +13,6 @@ endforeach()
 set(allowed_core "")
 list(APPEND allowed_datamanager channel)
 list(APPEND allowed_calibration datamanager)
-
-set(breaks 0)
-macro(report text)
-    message(STATUS "${text}")
-    math(EXPR breaks "${breaks} + 1")
-endmacro()
 
 # The names that a file includes, in order, each with the quotation mark or bracket before it.
 function(read_includes file result)

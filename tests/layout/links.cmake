@@ -4,12 +4,7 @@
 
 cmake_minimum_required(VERSION 3.25)
 
-set(breaks 0)
-
-macro(report message)
-    message(STATUS "${message}")
-    math(EXPR breaks "${breaks} + 1")
-endmacro()
+include(${CMAKE_CURRENT_LIST_DIR}/rule.cmake)
 
 # prose_of(FILE RESULT): the text without code blocks and what would end or nest a CMake list. A link begins with "@(".
 function(prose_of file result)
