@@ -8,7 +8,6 @@
 #include "apps/aveldoran/tracefile.h"
 #include "apps/aveldoran/valuetext.h"
 
-#include <core/emsi.h>
 #include <core/emu.h>
 #include <marker/aspectrummarkerlist.h>
 
@@ -161,22 +160,15 @@ AFrequency frequencyDifference(const ASpectrumMarker &marker)
            (reference.value().isEmpty() ? reference.targetFrequency() : reference.value().frequency);
 }
 
-// By which a level of a linear unit is shown, as levelText() does.
-const emsi_unit *scaleOf(double level, const emu_entry *unit)
-{
-    constexpr double kScaledBelow = 1000.0;
-    return unit->logarithmic ? nullptr : emsi_find_scale(level, kScaledBelow);
-}
-
 const emsi_unit *scaleOfValue(const ASpectrumMarker &marker, const emu_entry *unit)
 {
-    return scaleOf(marker.value().level, unit);
+    return levelScale(marker.value().level, *unit);
 }
 
 const emsi_unit *scaleOfDifference(const ASpectrumMarker &marker, const emu_entry *unit)
 {
     const ASpectrumMarker *reference = marker.referenceMarker();
-    return reference ? scaleOf(marker.value().level - reference->value().level, unit) : nullptr;
+    return reference ? levelScale(marker.value().level - reference->value().level, *unit) : nullptr;
 }
 
 // Of a label, which shows the difference where there is one.

@@ -49,13 +49,18 @@ QString decibelText(double decibels)
     return isUsual ? QString::number(decibels, 'f', 2) : QString::number(decibels, 'g', kDigits);
 }
 
-QString levelText(double level, int unit)
+const emsi_unit *levelScale(double level, const emu_entry &unit)
 {
     constexpr double kScaledBelow = 1000.0;
+    return unit.logarithmic ? nullptr : emsi_find_scale(level, kScaledBelow);
+}
+
+QString levelText(double level, int unit)
+{
     const emu_entry *entry = emu_find(unit);
     if (!entry)
         return decibelText(level);
-    const emsi_unit *scale = entry->logarithmic ? nullptr : emsi_find_scale(level, kScaledBelow);
+    const emsi_unit *scale = levelScale(level, *entry);
     const double number = scale ? static_cast<double>(level / scale->factor) : level;
     return QStringLiteral("%1 %2%3").arg(decibelText(number), scale ? QString::fromUcs4(scale->prefix) : QString(),
                                          QString::fromUcs4(entry->name));

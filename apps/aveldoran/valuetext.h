@@ -5,6 +5,9 @@
 #include <QtCore/QDateTime>
 #include <QtCore/QString>
 
+struct emsi_unit;
+struct emu_entry;
+
 // How all commands print values, each kind in one form; docs/command-line.md, "Numbers", has them.
 
 // A frequency without zeros at the end: "87.5 MHz".
@@ -14,6 +17,9 @@ QString frequencyRangeText(const AFrequency &begin, const AFrequency &end); // "
 // A level, a gain or a difference of them, without a unit: two decimals, and six significant digits where these would
 // show nothing of it, or too much.
 QString decibelText(double decibels);
+
+// The decimal prefix of a level: null in a logarithmic unit, and where the level is shown without one.
+const emsi_unit *levelScale(double level, const emu_entry &unit);
 
 // A level with its unit: "-38.70 dBm", and in a linear unit with a decimal prefix: "1.50 mV". Of an unknown unit the
 // number alone.
