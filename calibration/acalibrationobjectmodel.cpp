@@ -56,12 +56,19 @@ AFrequency readFrequency(const QVariant &value)
                                                               : AFrequency(text.toLatin1().constData());
 }
 
-// A "." that could group digits in the locale is taken for the decimal sign, before what the locale makes of it.
+QLocale withoutGroups(QLocale locale)
+{
+    locale.setNumberOptions(locale.numberOptions() | QLocale::RejectGroupSeparator);
+    return locale;
+}
+
+// A "." that could group digits in the locale is taken for the decimal sign, before what the locale makes of it. Digits
+// are grouped where the locale shows them so.
 double readNumber(const QString &text)
 {
-    QLocale plain;
-    plain.setNumberOptions(plain.numberOptions() | QLocale::RejectGroupSeparator);
-    for (const QLocale &locale : {plain, QLocale::c(), QLocale()}) {
+    const QLocale own;
+    const QLocale asShown = own.numberOptions() & QLocale::OmitGroupSeparator ? withoutGroups(own) : own;
+    for (const QLocale &locale : {withoutGroups(own), withoutGroups(QLocale::c()), asShown}) {
         bool ok = false;
         const double number = locale.toDouble(text, &ok);
         if (ok)
@@ -391,7 +398,8 @@ bool ACalibrationObjectModel::removeRows(int row, int count, const QModelIndex &
     case TopLevel:
         return false;
     case TypeLevel:
-        return row >= 0 && count > 0 && row <= names(node.type).size() - count && removeObjects(row, count, parent);
+        removeObjects(row, count, parent);
+        return true; // deliberately, whatever was there
     case ObjectLevel:
         return removeEntries(row, count, parent, objectOf(node));
     default:
@@ -400,12 +408,16 @@ bool ACalibrationObjectModel::removeRows(int row, int count, const QModelIndex &
     }
 }
 
-bool ACalibrationObjectModel::removeObjects(int row, int count, const QModelIndex &parent)
+void ACalibrationObjectModel::removeObjects(int row, int count, const QModelIndex &parent)
 {
+    const int begin = std::max(row, 0);
+    const auto end = static_cast<int>(std::min(qint64{row} + count, qint64{rowCount(parent)}));
+    if (begin >= end)
+        return;
     m_isRemovingRows = true;
-    beginRemoveRows(parent, row, row + count - 1);
+    beginRemoveRows(parent, begin, end - 1);
     // The numbers deliberately don't follow the objects that move up.
-    for (int number = row; number < row + count; ++number) {
+    for (int number = begin; number < end; ++number) {
         const ACalibrationData object = getCalObject(index(number, 0, parent));
         if (!object.label().isEmpty() && m_manager)
             m_manager->removeCalibrationData(object.label(), object.type(), true);
@@ -413,7 +425,6 @@ bool ACalibrationObjectModel::removeObjects(int row, int count, const QModelInde
     endRemoveRows();
     m_isRemovingRows = false;
     reload(); // also brings back what the store could not remove
-    return true;
 }
 
 bool ACalibrationObjectModel::removeEntries(int row, int count, const QModelIndex &parent, ACalibrationData object)
@@ -423,10 +434,8 @@ bool ACalibrationObjectModel::removeEntries(int row, int count, const QModelInde
         return false;
     }
     const QList<AFrequency> keys = object.level().keys();
-    if (row < 0 || count < 1 || row > keys.size() + 1 - count)
-        return false;
-    const int end = std::min(row + count, keys.size()); // the row that adds an entry stays
-    if (row >= end)
+    const auto end = static_cast<int>(std::min(qint64{row} + count, qint64{keys.size()})); // the last row stays
+    if (row < 0 || row >= end)
         return false;
     for (int i = row; i < end; ++i)
         object.removeLevel(keys.at(i));

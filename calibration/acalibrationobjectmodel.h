@@ -80,7 +80,7 @@ private:
     bool rename(const QModelIndex &index, ACalibrationData object, const QString &label);
     bool setFrequency(const QModelIndex &index, ACalibrationData object, const QVariant &value);
     bool setGain(const QModelIndex &index, ACalibrationData object, const QVariant &value);
-    bool removeObjects(int row, int count, const QModelIndex &parent);
+    void removeObjects(int row, int count, const QModelIndex &parent);
     bool removeEntries(int row, int count, const QModelIndex &parent, ACalibrationData object);
     QStringList names(int type) const;
     void update(const ACalibrationData &object, const QString &oldLabel = QString());

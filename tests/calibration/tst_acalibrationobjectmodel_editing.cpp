@@ -43,6 +43,7 @@ private Q_SLOTS:
     void theTextOfTheLastRowChangesNothing();
     void gainsAreReadInEveryLocale();
     void aPointIsADecimalSignInEveryLocale();
+    void digitsAreGroupedWhereTheLocaleShowsThemSo();
 
     void aRenameGoesToTheFile();
     void aRenameSignals();
@@ -385,6 +386,17 @@ void TestACalibrationObjectModelEditing::aPointIsADecimalSignInEveryLocale()
             QVERIFY(c.model->setData(c.cell(kCable, "ramp", 0, 1), QString(text)));
             QCOMPARE(c.model->getCalObject(c.object(kCable, "ramp")).valueAt("10 MHz", true), gain);
         }
+    }
+}
+
+void TestACalibrationObjectModelEditing::digitsAreGroupedWhereTheLocaleShowsThemSo()
+{
+    for (const auto &[locale, gain] : {std::pair(QLocale::c(), 0.0), std::pair(QLocale(QLocale::German), 1.234),
+                                       std::pair(QLocale(QLocale::English), 1234.0)}) {
+        QLocale::setDefault(locale);
+        Calibrations c({ramp()});
+        QVERIFY(c.model->setData(c.cell(kCable, "ramp", 0, 1), "1,234 dB"));
+        QCOMPARE(c.model->getCalObject(c.object(kCable, "ramp")).valueAt("10 MHz", true), gain);
     }
 }
 

@@ -22,6 +22,7 @@ private Q_SLOTS:
     void theLastRowIsNotRemoved();
     void removingOneObject();
     void removingSeveralObjectsTakesEverySecondOne();
+    void aRangePastTheEndTakesWhatIsThereOfIt();
     void anObjectThatCannotBeRemovedComesBack();
     void rowsThatAreNotThereAreNotRemoved();
     void everyRemovalIsLogged();
@@ -37,8 +38,8 @@ void TestACalibrationObjectModelRemoval::entriesOfAnObjectThatShowsNoneAreRemove
     QCOMPARE(c.takeLog(), (QStringList{"calibration 2", "to reset", "reset"}));
     QCOMPARE(c.saved("-- none --"), QStringList{"30000000|4"});
     QVERIFY(!c.model->removeRows(1, 1, c.object(kCable, "-- none --")));
-    QVERIFY(!c.model->removeRows(0, 3, c.object(kCable, "-- none --")));
-    QCOMPARE(c.saved("-- none --"), QStringList{"30000000|4"});
+    QVERIFY(c.model->removeRows(0, 3, c.object(kCable, "-- none --")));
+    QCOMPARE(c.saved("-- none --"), QStringList());
 }
 
 void TestACalibrationObjectModelRemoval::removingEntries()
@@ -105,6 +106,20 @@ void TestACalibrationObjectModelRemoval::removingSeveralObjectsTakesEverySecondO
     QCOMPARE(c.manager->getCalibrationNames(kCable), QStringList{"d"});
 }
 
+void TestACalibrationObjectModelRemoval::aRangePastTheEndTakesWhatIsThereOfIt()
+{
+    Calibrations c({ramp("a"), ramp("b")});
+    const QModelIndex object = c.object(kCable, "a");
+    QVERIFY(c.model->removeRows(1, std::numeric_limits<int>::max(), object));
+    QCOMPARE(c.saved("a").size(), 1);
+    c.takeLog();
+    QVERIFY(c.model->removeRows(0, 3, c.type(kCable)));
+    QCOMPARE(c.manager->getCalibrationNames(kCable), QStringList{"b"});
+    QCOMPARE(c.takeLog(), (QStringList{"to remove 0-1", "calibration 2", "removed 0-1", "to reset", "reset"}));
+    QVERIFY(c.model->removeRows(-1, 2, c.type(kCable)));
+    QVERIFY(c.manager->getCalibrationNames(kCable).isEmpty());
+}
+
 void TestACalibrationObjectModelRemoval::anObjectThatCannotBeRemovedComesBack()
 {
     Calibrations c({ramp("")});
@@ -119,10 +134,10 @@ void TestACalibrationObjectModelRemoval::rowsThatAreNotThereAreNotRemoved()
 {
     Calibrations c({ramp("a"), ramp("b")});
     const QModelIndex object = c.object(kCable, "a");
-    for (const auto &[row, count] : {std::pair(-1, 1), std::pair(0, 0), std::pair(0, -1), std::pair(0, 5),
-                                     std::pair(4, 1), std::pair(1, std::numeric_limits<int>::max())}) {
+    for (const auto &[row, count] : {std::pair(-1, 1), std::pair(0, 0), std::pair(0, -1), std::pair(4, 1),
+                                     std::pair(4, std::numeric_limits<int>::max())}) {
         QVERIFY(!c.model->removeRows(row, count, object));
-        QVERIFY(!c.model->removeRows(row, count, c.type(kCable)));
+        QVERIFY(c.model->removeRows(row, count, c.type(kCable))); // true whatever was there
     }
     for (const QModelIndex &parent : {QModelIndex(), c.top(), c.cell(kCable, "a", 0, 0)})
         QVERIFY(!c.model->removeRows(0, 1, parent));
