@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <optional>
 
 namespace {
 
@@ -174,14 +175,16 @@ bool loadBackground(const QString &bitmapFile, ABootlogoData *logo)
 
 // --- steps of the composition, each left out if its setting is ---
 
-// `columnsToTheLeft` of where the setting puts it.
-void writeField(const QSettings &layout, const char *key, const QString &text, ABootlogoData *logo,
-                qint64 columnsToTheLeft = 0)
+// None of a field that the layout leaves out; what it would show is not asked for, then.
+std::optional<QPoint> cornerOf(const char *key, const QSettings &layout)
 {
     const QString position = layoutText(layout, key);
-    if (position.isEmpty())
-        return;
-    const QPoint corner = pairFromText(position);
+    return position.isEmpty() ? std::nullopt : std::make_optional(pairFromText(position));
+}
+
+// `columnsToTheLeft` of the corner.
+void writeField(const QPoint &corner, const QString &text, ABootlogoData *logo, qint64 columnsToTheLeft = 0)
+{
     const qint64 col = corner.x() - columnsToTheLeft;
     // What begins so far on the left ends there: no text is long enough to reach the picture.
     if (col >= std::numeric_limits<int>::min())
@@ -256,11 +259,16 @@ bool ABootlogoData::fromDeviceInformation(const QString &bitmapFile, QSettings *
     firmware = QString::fromLatin1(firmware.trimmed().toLatin1().constData());
 
     const QSettings &layout = settings ? *settings : m_settings;
-    writeField(layout, kPositionFirmware, firmware, this);
-    writeField(layout, kPositionType, typeText(device->hardwareRevision(), model), this);
-    writeField(layout, kPositionModel, model, this, growthOfModel(model));
-    writeField(layout, kPositionSerial, information.at(AVeldoranDevice::SerialNumber), this);
-    writeField(layout, kPositionOptions, optionsText(*device, options), this);
+    if (const auto corner = cornerOf(kPositionFirmware, layout))
+        writeField(*corner, firmware, this);
+    if (const auto corner = cornerOf(kPositionType, layout))
+        writeField(*corner, typeText(device->hardwareRevision(), model), this);
+    if (const auto corner = cornerOf(kPositionModel, layout))
+        writeField(*corner, model, this, growthOfModel(model));
+    if (const auto corner = cornerOf(kPositionSerial, layout))
+        writeField(*corner, information.at(AVeldoranDevice::SerialNumber), this);
+    if (const auto corner = cornerOf(kPositionOptions, layout))
+        writeField(*corner, optionsText(*device, options), this);
     invertArea(layout, this);
 
     if (calibrationIsOverdue(memory.value(kCalibrationDate), layoutText(layout, kCalibrationWarningDays)))

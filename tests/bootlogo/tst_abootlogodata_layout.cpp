@@ -46,6 +46,7 @@ private Q_SLOTS:
     void aSettingsObjectOfTheCallerIsReadAlone();
     void aFieldWithoutSettingIsLeftOut_data();
     void aFieldWithoutSettingIsLeftOut();
+    void whatNoFieldShowsIsNotAskedFor();
     void positionsAreRead_data();
     void positionsAreRead();
     void invertsTheArea_data();
@@ -179,6 +180,27 @@ void TestABootlogoDataLayout::aFieldWithoutSettingIsLeftOut()
     }
     m_device.optionBits = 0;
     m_memory.clear();
+}
+
+void TestABootlogoDataLayout::whatNoFieldShowsIsNotAskedFor()
+{
+    struct ReticentDevice : LogoDevice
+    {
+        int hardwareRevision() const override { return ++questions, LogoDevice::hardwareRevision(); }
+        quint16 optionMask() const override { return ++questions, LogoDevice::optionMask(); }
+        QString customOptionText() const override { return ++questions, LogoDevice::customOptionText(); }
+        mutable int questions = 0;
+    } device;
+    device.optionBits = 8;
+    ABootlogoData logo;
+    QVERIFY(logo.fromDeviceInformation(QString(), m_layout.get(), &device, m_memory, QString(), 0));
+    QCOMPARE(device.questions, 0);
+    m_layout->setValue("LogoPositionType", "1x19");
+    QVERIFY(logo.fromDeviceInformation(QString(), m_layout.get(), &device, m_memory, QString(), 0));
+    QCOMPARE(device.questions, 1);
+    m_layout->setValue("LogoPositionOptions", "0x0");
+    QVERIFY(logo.fromDeviceInformation(QString(), m_layout.get(), &device, m_memory, QString(), 0));
+    QCOMPARE(device.questions, 4);
 }
 
 void TestABootlogoDataLayout::positionsAreRead_data()
