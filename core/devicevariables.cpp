@@ -94,12 +94,12 @@ static_assert(std::size(kVariables) == device_variable_count);
 
 } // namespace
 
-const device_variable_desc *get_vardesc(int index) noexcept
+const device_variable_desc *get_vardesc(int index)
 {
     return index >= 0 && index < static_cast<int>(std::size(kVariables)) ? &kVariables[index] : nullptr;
 }
 
-const device_variable_desc *find_vardesc(const char *name) noexcept
+const device_variable_desc *find_vardesc(const char *name)
 {
     if (!name)
         return nullptr;

@@ -36,7 +36,7 @@ struct device_variable_desc
 constexpr int device_variable_count = 53; // how many variables there are
 
 // The variable of an index from 0 to device_variable_count - 1; null for any other.
-AVELDORAN_CORE_EXPORT const device_variable_desc *get_vardesc(int index) noexcept;
+AVELDORAN_CORE_EXPORT const device_variable_desc *get_vardesc(int index);
 
 // The variable of a name, with regard to case; null if there is none, or for a null name.
-AVELDORAN_CORE_EXPORT const device_variable_desc *find_vardesc(const char *name) noexcept;
+AVELDORAN_CORE_EXPORT const device_variable_desc *find_vardesc(const char *name);

@@ -11,6 +11,7 @@
 #include <QtWidgets/QLineEdit>
 
 #include <cmath>
+#include <cstring>
 
 namespace {
 
@@ -79,19 +80,15 @@ QMap<float, QString> parseLabels(const char *enumeration)
     return labels;
 }
 
-// The label of a key of a variable in the table, which is a constant: each text is parsed once.
-QString enumLabel(const Desc *desc, float key)
+// The label of a key. Each text is parsed once: descriptions are constants, and there are few.
+QString enumLabel(const char *enumeration, float key)
 {
-    static const QHash<const Desc *, QMap<float, QString>> kLabels = [] {
-        QHash<const Desc *, QMap<float, QString>> labels;
-        for (int i = 0; i < device_variable_count; ++i) {
-            if (const Desc *variable = get_vardesc(i))
-                labels.insert(variable, parseLabels(variable->enumeration));
-        }
-        return labels;
-    }();
-    const auto labels = kLabels.constFind(desc);
-    return labels == kLabels.constEnd() ? QString() : labels->value(key);
+    static QHash<QByteArray, QMap<float, QString>> labels;
+    const int length = static_cast<int>(std::strlen(enumeration));
+    auto known = labels.constFind(QByteArray::fromRawData(enumeration, length));
+    if (known == labels.constEnd())
+        known = labels.insert(QByteArray(enumeration, length), parseLabels(enumeration));
+    return known->value(key);
 }
 
 QString filterLabel(VeldoranDeviceType type, int row)
@@ -172,7 +169,7 @@ void AVeldoranVariableDelegate::paint(QPainter *painter, const QStyleOptionViewI
         break;
     case Look::EnumerationList: {
         const auto key = static_cast<float>(index.data(Qt::EditRole).toInt());
-        editorlook::drawComboBox(painter, option, enumLabel(desc, key));
+        editorlook::drawComboBox(painter, option, desc->enumeration ? enumLabel(desc->enumeration, key) : QString());
         break;
     }
     case Look::CheckBox: {
