@@ -13,8 +13,8 @@
 // One allocation, in one direction.
 struct EfisEntry
 {
-    AFrequency begin;  // both edges 0 until parseEfisFrequencyRange() has filled them
-    AFrequency end;    // likewise
+    AFrequency begin;  // 0 until parseEfisFrequencyRange() has filled it
+    AFrequency end;    // 0 until parseEfisFrequencyRange() has filled it; `begin` for a single frequency
     QString name;      // as the line has it
     int direction = 0; // 0 none, 1 uplink, 2 downlink
     int reserved = 0;  // not read or written

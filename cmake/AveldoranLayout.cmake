@@ -39,6 +39,7 @@ set(AVELDORAN_PRIVATE_HEADERS
     datamanager/scanneddirectories.h
     geo/balloon.h
     geo/elementmaker.h
+    geo/fixednumber.h
     geo/isotext.h
     geo/kmlpath.h
     geo/waypoint.h

@@ -19,9 +19,9 @@ public:
     QDateTime recordTime;     // invalid if the record has none
     float latitude = 0.0F;    // NMEA degrees and minutes (ddmm.mmmm, south and west negative) as a logger or a replay
     float longitude = 0.0F;   // delivers them, decimal degrees once a processor has taken the record in
-    quint8 fix = 0;           // carried along likewise; from a logger the fix's quality, 1 if it didn't say
-    float speed = 0.0F;       // carried along likewise; from a logger knots
-    float course = 0.0F;      // carried along likewise; from a logger degrees from true north
+    quint8 fix = 0;           // carried along; from a logger the fix's quality from 1 on, 1 if it didn't say
+    float speed = 0.0F;       // carried along; from a logger knots, 0 if it didn't say
+    float course = 0.0F;      // carried along; from a logger degrees clockwise from true north, 0 if it didn't say
     float altitude = 0.0F;    // metres
     float airPressure = 0.0F; // hectopascal; 0 if the record has none
     float accelerometer[3] = {}; // the pull of gravity in any unit: (0, 0, 1) in a level vehicle

@@ -32,7 +32,7 @@ public:
         AFrequency begin;                    // included
         AFrequency end;                      // included
         double beginValue = 0.0;             // at the begin, in the limit's unit
-        double endValue = 0.0;               // at the end, likewise
+        double endValue = 0.0;               // at the end, in the limit's unit
         unsigned int interpolation = Linear; // between the two
     };
 

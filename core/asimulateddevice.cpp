@@ -72,10 +72,25 @@ double ratio(double dB)
     return std::pow(10.0, dB / 10.0);
 }
 
-AFrequency hertz(double value)
+// Across zero a difference may be beyond the range of a frequency; on one side of it the frequencies' own is exact.
+double hertzBetween(const AFrequency &from, const AFrequency &to)
 {
-    constexpr double kLargest = 9.2e18;
-    return AFrequency::fromValue(static_cast<long long>(std::min(value, kLargest)), AFrequency::Hz);
+    const bool isAcrossZero = (from < AFrequency()) != (to < AFrequency());
+    return isAcrossZero ? to.floatValue(AFrequency::Hz) - from.floatValue(AFrequency::Hz)
+                        : (to - from).floatValue(AFrequency::Hz);
+}
+
+AFrequency wholeHertz(quint64 count)
+{
+    return AFrequency::fromValue(static_cast<long long>(count), AFrequency::Hz);
+}
+
+// In two steps, since the way may be twice as long as the largest frequency.
+AFrequency above(const AFrequency &begin, double hertz)
+{
+    constexpr double kMost = 0x1.fffffffffffffp63; // below 2^64
+    const auto whole = static_cast<quint64>(std::min(hertz, kMost));
+    return begin + wholeHertz(whole / 2) + wholeHertz(whole - whole / 2);
 }
 
 struct Place
@@ -194,7 +209,7 @@ struct ASimulatedDevice::Private
 
     QDateTime timeOf(int number) const { return beginTime.addMSecs(qint64(number) * sweepIntervalMs); }
     double secondsAt(int number) const { return 1e-3 * sweepIntervalMs * number; }
-    double span() const { return (end - begin).floatValue(AFrequency::Hz); }
+    double span() const { return hertzBetween(begin, end); }
     AFrequency frequencyOf(int point) const;
     Place placeAt(double seconds) const { return track.isEmpty() ? townPlaceAt(seconds) : track.placeAt(seconds); }
     double metresPerDegreeEast() const
@@ -209,7 +224,7 @@ struct ASimulatedDevice::Private
 
 AFrequency ASimulatedDevice::Private::frequencyOf(int point) const
 {
-    return begin + hertz(span() * point / (pointCount - 1));
+    return point == pointCount - 1 ? end : above(begin, span() * point / (pointCount - 1));
 }
 
 void ASimulatedDevice::Private::chooseCarriers()
@@ -218,8 +233,8 @@ void ASimulatedDevice::Private::chooseCarriers()
     for (quint32 i = 0; i < kCarrierCount; ++i) {
         const auto chance = [&](quint32 what) { return uniform(seed, CarrierPurpose, i, what); };
         Carrier carrier;
-        carrier.frequency = begin + hertz(span() * (i + 0.2 + 0.6 * chance(0)) / kCarrierCount);
-        carrier.width = hertz(span() / 200.0 * (0.5 + chance(1)));
+        carrier.frequency = above(begin, span() * (i + 0.2 + 0.6 * chance(0)) / kCarrierCount);
+        carrier.width = wholeHertz(static_cast<quint64>(span() / 200.0 * (0.5 + chance(1))));
         carrier.level = -60.0 + 40.0 * chance(2);
         if (track.isEmpty()) {
             carrier.east = 2.0 * kHalfWidth * (chance(3) - 0.5) * 1.5;
@@ -268,7 +283,7 @@ void ASimulatedDevice::Private::addCarrier(int carrier, int number, std::vector<
     const double width = std::max(carriers.at(carrier).width.floatValue(AFrequency::Hz), std::max(step, 1.0));
     const double decibelsAtHalfWidth = decibels(2.0);
     const double reach = width / 2.0 * std::sqrt(height / decibelsAtHalfWidth);
-    const double middle = (carriers.at(carrier).frequency - begin).floatValue(AFrequency::Hz);
+    const double middle = hertzBetween(begin, carriers.at(carrier).frequency);
     const double pointsPerHertz = step > 0.0 ? 1.0 / step : 0.0;
     const double last = pointCount - 1;
     const int from = static_cast<int>(std::clamp(std::ceil((middle - reach) * pointsPerHertz), 0.0, last + 1.0));

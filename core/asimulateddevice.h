@@ -24,16 +24,16 @@ public:
         AFrequency frequency; // of its peak
         AFrequency width;     // between the points 3 dB below its peak; below one point, that of a point
         double level = 0.0;   // dBm, at a distance of 100 m
-        double east = 0.0;    // where the transmitter stands: metres from the middle of the drive
-        double north = 0.0;   // likewise
+        double east = 0.0;    // metres east of the middle of the drive, where the transmitter stands
+        double north = 0.0;   // metres north of the middle of the drive, where the transmitter stands
     };
 
     // Where the vehicle is at a time.
     struct TrackPoint
     {
         double seconds = 0.0;   // from the begin of sweep 0 on
-        double latitude = 0.0;  // decimal degrees
-        double longitude = 0.0; // likewise
+        double latitude = 0.0;  // decimal degrees, north positive
+        double longitude = 0.0; // decimal degrees, east positive
         double altitude = 0.0;  // metres
     };
 

@@ -36,7 +36,8 @@ public:
     // A maximum is a point strictly above both neighbours in `data`, which may lie outside the searched range; the
     // first and the last point have one neighbour, a single point has none and is a peak. A flat top counts as one
     // peak, at its lowest frequency, also where it is the whole of the data. NaN is no peak and no neighbour: the
-    // point beyond it is. Infinite levels are levels. Minima likewise, below their neighbours.
+    // point beyond it is. Infinite levels are levels. A minimum is a point strictly below both neighbours, and all of
+    // this holds for it, with a flat bottom for the flat top.
     //
     // `unit` is the id of the unit in which levels are compared; the levels of points in another unit are converted
     // for that (NaN if they can't be), and with an unknown unit all are compared as they stand. The peaks are copies

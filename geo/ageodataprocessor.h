@@ -40,9 +40,9 @@ public:
     {
         AGeoData geoData;          // with a description whose table is still open (see completeWaypoint())
         float heading = 0.0F;      // degrees; 0 if the record has none
-        AMeasurementValue minimum; // in the display unit
-        AMeasurementValue maximum; // likewise
-        AMeasurementValue average; // likewise; at the frequency of the sweep's first value
+        AMeasurementValue minimum; // the lowest level, in the display unit
+        AMeasurementValue maximum; // the highest level, in the display unit
+        AMeasurementValue average; // the mean in the linear unit, in the display unit; at the first value's frequency
     };
 
     // What placemarks are called. They have a name if any bit is set, be it one without a meaning.
@@ -187,8 +187,8 @@ protected:
     QList<ASweep> m_sweeps;                  // of all replays, with the positions that they were given
     QList<KmlRelevantData> m_kmlData;        // of processMeasurementData()
     QTimer m_nmeaTimer;                      // runs while the intake waits for the next record
-    AMeasurementValue m_minimum;             // of the whole recording, in the display unit
-    AMeasurementValue m_maximum;             // likewise
+    AMeasurementValue m_minimum;             // the lowest level of m_kmlData, in the display unit
+    AMeasurementValue m_maximum;             // the highest level of m_kmlData, in the display unit
     bool m_mdrRunning = false;               // a replay runs; for derived classes, this one doesn't read it
 
 private:

@@ -4,23 +4,17 @@
 #include "core/ameasurementvalue.h"
 #include "core/emsi.h"
 #include "core/emu.h"
+#include "geo/fixednumber.h"
 #include "geo/isotext.h"
 
 #include <QtCore/QStringBuilder>
 
 namespace {
 
-// Both of six digits: significant ones and decimals.
 QString shortNumber(float value)
 {
     constexpr int kDigits = 6;
     return QString::number(static_cast<double>(value), 'g', kDigits);
-}
-
-QString fixedNumber(float value)
-{
-    constexpr int kDecimals = 6;
-    return QString::number(static_cast<double>(value), 'f', kDecimals);
 }
 
 // What each balloon begins with.

@@ -3,6 +3,7 @@
 #include "core/ageodata.h"
 #include "geo/ageodataprocessor.h"
 #include "geo/elementmaker.h"
+#include "geo/fixednumber.h"
 #include "geo/isotext.h"
 
 #include <QtCore/QStringBuilder>
@@ -12,17 +13,6 @@
 namespace {
 
 constexpr double kCurtainRiseMetres = 0.005;
-
-QString fixedNumber(double value)
-{
-    constexpr int kDecimals = 6;
-    return QString::number(value, 'f', kDecimals);
-}
-
-QString fixedNumber(float value)
-{
-    return fixedNumber(static_cast<double>(value));
-}
 
 KmlPointTexts::Height heightTexts(float altitude)
 {

@@ -17,7 +17,7 @@ public:
 
     void setSuffix(const QString &suffix); // for what is shown and edited from then on
 
-    // A spin box from -1e9 to 1e9.
+    // A spin box from -1e9 to 1e9. In a cell too narrow for its text it grows over the next ones.
     QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
 
     // The number in the form of `locale`, without zeros at its end but for one behind the decimal point. The point is

@@ -29,7 +29,7 @@ public:
         TypeFMax = 4, // obsolete
         TypeFMin = 5, // obsolete
         TypeStd = 6,  // reads the trace at the target frequency
-        TypeCal = 7   // likewise
+        TypeCal = 7   // reads the trace as TypeStd does, under a name of its own
     };
 
     // What decides where on the trace the marker stands.

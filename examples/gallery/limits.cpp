@@ -24,9 +24,10 @@ QWidget *gallery::makeLimitsTab(const QString &dataDir)
     const QMap<unsigned int, QString> interpolations = {{ALimit::Step, Gallery::tr("step")},
                                                         {ALimit::Linear, Gallery::tr("linear")},
                                                         {ALimit::Logarithmic, Gallery::tr("logarithmic")}};
+    constexpr int kFrequencies[] = {ALimitModel::ColumnBegin, ALimitModel::ColumnEnd, ALimitModel::ColumnBeginFrequency,
+                                    ALimitModel::ColumnEndFrequency};
     auto *megahertz = new ALimitSuffixDelegate(QStringLiteral("MHz"), 6, view);
-    for (const int column : {ALimitModel::ColumnBegin, ALimitModel::ColumnEnd, ALimitModel::ColumnBeginFrequency,
-                             ALimitModel::ColumnEndFrequency})
+    for (const int column : kFrequencies)
         view->setItemDelegateForColumn(column, megahertz);
     view->setItemDelegateForColumn(ALimitModel::ColumnUnit, new ALimitSelectionDelegate(units, view));
     view->setItemDelegateForColumn(ALimitModel::ColumnInterpolation, new ALimitSelectionDelegate(interpolations, view));

@@ -73,7 +73,9 @@ void settle()
 {
     constexpr int kSettleMs = 150;
     QEventLoop loop;
-    QTimer::singleShot(kSettleMs, &loop, &QEventLoop::quit);
+    QTimer timer;
+    QObject::connect(&timer, &QTimer::timeout, &loop, &QEventLoop::quit);
+    timer.start(kSettleMs);
     loop.exec();
 }
 

@@ -26,6 +26,7 @@ private Q_SLOTS:
     void aCarrierStandsAtItsFrequencyWithItsWidth();
     void carriersFadeAlongTheDrive();
     void aCarrierFarOutOfTheRangeIsNotSeen();
+    void carriersStandAllOverTheWidestRange();
     void sweepsFollowEachOtherInTime();
     void theVehicleMovesWhereItHeads();
     void theCourseIsOfAFullCircle();
@@ -144,7 +145,12 @@ void TestASimulatedDevice::pointsCoverTheRange_data()
     QTest::newRow("fewer than two") << QByteArray("1 MHz") << QByteArray("2 MHz") << -5 << 2;
     QTest::newRow("one frequency") << QByteArray("1 MHz") << QByteArray("1 MHz") << 5 << 5;
     QTest::newRow("one hertz") << QByteArray("1000") << QByteArray("1001") << 5 << 5;
-    QTest::newRow("all") << QByteArray("0") << QByteArray("9223372036854775807") << 11 << 11;
+    QTest::newRow("all above zero") << QByteArray("0") << QByteArray("9223372036854775807") << 11 << 11;
+    QTest::newRow("all below zero") << QByteArray("-9223372036854775808") << QByteArray("0") << 11 << 11;
+    QTest::newRow("all") << QByteArray("-9223372036854775808") << QByteArray("9223372036854775807") << 11 << 11;
+    QTest::newRow("more than half") << QByteArray("-5000000000 GHz") << QByteArray("5000000000 GHz") << 1001 << 1001;
+    QTest::newRow("around zero") << QByteArray("-1 MHz") << QByteArray("1 MHz") << 401 << 401;
+    QTest::newRow("parts of a hertz") << QByteArray("0.25") << QByteArray("100.75") << 11 << 11;
 }
 
 void TestASimulatedDevice::pointsCoverTheRange()
@@ -157,11 +163,16 @@ void TestASimulatedDevice::pointsCoverTheRange()
     const QList<AMeasurementValue> values = device.sweep(0).values;
     QTEST(values.size(), "count");
     QVERIFY(values.first().frequency == AFrequency(begin.constData()));
-    QVERIFY(std::abs(values.last().frequency / AFrequency(end.constData()) - 1.0) < 0.003);
+    QVERIFY(values.last().frequency == AFrequency(end.constData()));
+    const auto hertz = [](const AFrequency &frequency) { return frequency.floatValue(AFrequency::Hz); };
+    const double first = hertz(values.first().frequency);
+    const double span = hertz(values.last().frequency) - first;
     for (int i = 0; i < values.size(); ++i) {
         QCOMPARE(values.at(i).unit, quint8(0));
         QVERIFY(std::isfinite(values.at(i).level));
         QVERIFY(i == 0 || values.at(i - 1).frequency <= values.at(i).frequency);
+        const double even = first + span * i / (values.size() - 1);
+        QVERIFY(std::abs(hertz(values.at(i).frequency) - even) <= 1.0 + 1e-15 * span);
     }
 
     device.setRange(AFrequency("5 MHz"), AFrequency("1 MHz"), 3);
@@ -246,6 +257,28 @@ void TestASimulatedDevice::aCarrierFarOutOfTheRangeIsNotSeen()
                       carrierAt("100 MHz", "1 MHz", std::numeric_limits<double>::quiet_NaN())});
     without.setCarriers({});
     QVERIFY(with.sweep(0).values == without.sweep(0).values);
+}
+
+void TestASimulatedDevice::carriersStandAllOverTheWidestRange()
+{
+    ASimulatedDevice device;
+    device.setRange(AFrequency("-9223372036854775808"), AFrequency("9223372036854775807"), 1001);
+    const QVector<ASimulatedDevice::Carrier> carriers = device.carriers();
+    for (int i = 0; i < carriers.size(); ++i) {
+        const double part = carriers.at(i).frequency.floatValue(AFrequency::Hz) / 0x1p64 + 0.5;
+        QCOMPARE(static_cast<int>(part * carriers.size()), i);
+        QVERIFY(carriers.at(i).width > AFrequency("10000000 GHz"));
+    }
+
+    for (const char *frequency : {"-8000000000 GHz", "0", "8000000000 GHz"}) {
+        device.setCarriers({carrierAt(frequency, "40000000 GHz")});
+        const QList<AMeasurementValue> values = device.sweep(0).values;
+        const auto highest = std::max_element(values.begin(), values.end(),
+                                              [](const auto &a, const auto &b) { return a.level < b.level; });
+        const double off =
+            highest->frequency.floatValue(AFrequency::Hz) - AFrequency(frequency).floatValue(AFrequency::Hz);
+        QVERIFY(std::abs(off) <= 0x1p64 / 1000.0);
+    }
 }
 
 void TestASimulatedDevice::sweepsFollowEachOtherInTime()

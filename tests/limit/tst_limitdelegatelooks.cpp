@@ -5,6 +5,7 @@
 
 #include <QtWidgets/QComboBox>
 #include <QtWidgets/QDoubleSpinBox>
+#include <QtWidgets/QLineEdit>
 #include <QtWidgets/QStyledItemDelegate>
 
 #include <functional>
@@ -79,6 +80,40 @@ void addBothWays(std::initializer_list<const char *> titles)
 
 using Change = std::function<void(CellView *)>;
 
+constexpr int kNarrow = 80;
+
+// A frequency that is edited in the middle one of three cells of a width.
+struct OpenFrequency
+{
+    OpenFrequency(double megahertz, int cellWidth, Qt::LayoutDirection direction)
+        : view({QString(), megahertz, QString()}, 1, direction)
+    {
+        view.setItemDelegate(cellNamed("frequency").make(&view));
+        for (int column = 0; column < 3; ++column)
+            view.setColumnWidth(column, cellWidth);
+        view.show();
+        view.edit(view.cell());
+        box = qobject_cast<QDoubleSpinBox *>(view.indexWidget(view.cell()));
+        if (!box)
+            qFatal("no editor is open");
+        edit = box->findChild<QLineEdit *>();
+    }
+
+    QRect cell() const { return view.visualRect(view.cell()); }
+
+    // No glyph lies beyond an edge, where a click would hit one that is not the first or the last.
+    bool isTextWhole() const
+    {
+        const int middle = edit->height() / 2;
+        return edit->cursorPositionAt({0, middle}) == 0 &&
+               edit->cursorPositionAt({edit->width() - 1, middle}) == edit->text().size();
+    }
+
+    CellView view;
+    QDoubleSpinBox *box = nullptr;
+    QLineEdit *edit = nullptr;
+};
+
 } // namespace
 
 Q_DECLARE_METATYPE(Change)
@@ -98,6 +133,12 @@ private Q_SLOTS:
     void aListIsEditedInAPlainComboBox();
     void aNumberIsEditedInAPlainSpinBox_data() { addBothWays({"frequency", "level", "without decimals"}); }
     void aNumberIsEditedInAPlainSpinBox();
+    void aSpinBoxHasRoomForItsText_data();
+    void aSpinBoxHasRoomForItsText();
+    void aSpinBoxThatHasRoomIsAsWideAsItsCell();
+    void aSpinBoxGrowsAndShrinksWithWhatIsTyped();
+    void aSpinBoxStaysInTheView();
+    void aSpinBoxFollowsItsColumn();
     void anOpenEditorHidesTheCellBelow_data() { addBothWays(kShown); }
     void anOpenEditorHidesTheCellBelow();
     void aNewSuffixIsSeenAtTheNextPainting();
@@ -201,6 +242,87 @@ void TestLimitDelegateLooks::aNumberIsEditedInAPlainSpinBox()
     });
     QCOMPARE(qobject_cast<QDoubleSpinBox *>(plain.editor)->text(), text);
     compareLooks(editor.look(), plain.look(), title + " editor", direction, "plain");
+}
+
+void TestLimitDelegateLooks::aSpinBoxHasRoomForItsText_data()
+{
+    QTest::addColumn<double>("megahertz");
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<Qt::LayoutDirection>("direction");
+    for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+        const char *suffix = direction == Qt::RightToLeft ? ", right to left" : "";
+        QTest::addRow("usual%s", suffix) << 1234.567891 << "1234.567891 MHz" << direction;
+        QTest::addRow("longest%s", suffix) << -1e9 << "-1000000000.000000 MHz" << direction;
+    }
+}
+
+void TestLimitDelegateLooks::aSpinBoxHasRoomForItsText()
+{
+    QFETCH(double, megahertz);
+    QFETCH(QString, text);
+    QFETCH(Qt::LayoutDirection, direction);
+    const OpenFrequency open(megahertz, kNarrow, direction);
+    editorkeys::keepPicture(open.view.viewport()->grab(), QLatin1String(QTest::currentDataTag()) + ".png");
+    QCOMPARE(open.box->text(), text);
+    QVERIFY(open.isTextWhole());
+    const QRect grown = open.box->geometry();
+    QVERIFY(grown.width() > kNarrow);
+    QCOMPARE(grown.top(), open.cell().top());
+    QCOMPARE(grown.height(), open.cell().height());
+    if (direction == Qt::LeftToRight)
+        QCOMPARE(grown.left(), open.cell().left());
+    else
+        QCOMPARE(grown.right(), open.cell().right());
+}
+
+void TestLimitDelegateLooks::aSpinBoxThatHasRoomIsAsWideAsItsCell()
+{
+    const OpenFrequency open(-1e9, 2 * kWidth, Qt::LeftToRight);
+    QCOMPARE(open.box->geometry(), open.cell());
+    QVERIFY(open.isTextWhole());
+}
+
+void TestLimitDelegateLooks::aSpinBoxGrowsAndShrinksWithWhatIsTyped()
+{
+    for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+        const OpenFrequency open(1.0, kNarrow, direction);
+        const int before = open.box->width();
+        editorkeys::type(open.box, "-123456789.123456");
+        QVERIFY(open.box->width() > before);
+        QVERIFY(open.isTextWhole());
+        QCOMPARE(open.box->geometry().right() == open.cell().right(), direction == Qt::RightToLeft);
+        editorkeys::type(open.box, "1");
+        QVERIFY(open.box->width() < before);
+        QVERIFY(open.isTextWhole());
+        open.edit->clear();
+        QCOMPARE(open.box->geometry(), open.cell());
+    }
+}
+
+void TestLimitDelegateLooks::aSpinBoxStaysInTheView()
+{
+    for (const auto direction : {Qt::LeftToRight, Qt::RightToLeft}) {
+        OpenFrequency open(-1e9, kNarrow, direction);
+        open.view.resize(2 * kNarrow + 50, kHeight);
+        const QRect grown = open.box->geometry();
+        QVERIFY(grown.width() > kNarrow);
+        QCOMPARE(grown & open.view.viewport()->rect(), grown); // all of it, with its buttons
+        QCOMPARE(direction == Qt::LeftToRight ? grown.right() : grown.left(),
+                 direction == Qt::LeftToRight ? open.view.viewport()->width() - 1 : 0);
+    }
+}
+
+void TestLimitDelegateLooks::aSpinBoxFollowsItsColumn()
+{
+    OpenFrequency open(1234.567891, kNarrow, Qt::LeftToRight);
+    const int grown = open.box->width();
+    open.view.setColumnWidth(1, 2 * kWidth);
+    QTRY_COMPARE(open.box->geometry(), open.cell());
+    open.view.setColumnWidth(1, 2 * kNarrow / 3);
+    QTRY_COMPARE(open.box->width(), grown);
+    open.view.setColumnWidth(0, 2 * kNarrow);
+    QTRY_COMPARE(open.box->geometry().topLeft(), open.cell().topLeft());
+    QTRY_COMPARE(open.box->width(), grown);
 }
 
 void TestLimitDelegateLooks::anOpenEditorHidesTheCellBelow()

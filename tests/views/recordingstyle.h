@@ -20,6 +20,7 @@ public:
         QRect rect;
         QStyle::State state;
         QString text;
+        QPalette palette;
         Qt::LayoutDirection direction = Qt::LeftToRight;
         int flags = 0;                              // of a text
         QPalette::ColorRole role = QPalette::Light; // of a text
@@ -81,6 +82,7 @@ public:
             call.element = QStringLiteral("text");
             call.rect = rect;
             call.text = text;
+            call.palette = palette;
             call.flags = flags;
             call.role = role;
             call.enabled = enabled;
@@ -97,7 +99,8 @@ public:
         return names;
     }
 
-    // The calls must be those for a number in a spin box that can't be edited.
+    // The calls must be those for a number in a spin box that can't be edited. The text is given the default palette,
+    // whatever that of the cell is.
     void compareToAReadOnlySpinBox(const QRect &cell, State state) const
     {
         QCOMPARE(elements(), (QStringList{"CC_SpinBox", "text"}));
@@ -105,6 +108,7 @@ public:
         QCOMPARE(calls.at(0).state, state | State_Enabled | State_ReadOnly);
         QCOMPARE(calls.at(1).rect, cell);
         QCOMPARE(calls.at(1).flags, 132);
+        QCOMPARE(calls.at(1).palette, QPalette());
         QCOMPARE(calls.at(1).enabled, true);
         QCOMPARE(calls.at(1).role, QPalette::NoRole);
     }
@@ -117,6 +121,7 @@ private:
         Call call;
         call.rect = option->rect;
         call.state = option->state;
+        call.palette = option->palette;
         call.direction = option->direction;
         return call;
     }
@@ -124,8 +129,8 @@ private:
     mutable bool m_isInside = false;
 };
 
-// Has a delegate paint a cell into a picture that is larger than it, with a pen and a brush that can be told. The
-// painter must come back as it went.
+// Has a delegate paint a cell into a picture that is larger than it, with a palette, a pen and a brush that can be
+// told. The painter must come back as it went.
 struct PaintedCell
 {
     PaintedCell()
@@ -134,6 +139,7 @@ struct PaintedCell
         image.fill(Qt::white);
         option.rect = QRect(20, 10, 150, 30);
         option.state = QStyle::State_Active;
+        option.palette = QPalette(Qt::darkGreen, Qt::darkBlue);
     }
 
     bool paint(const QAbstractItemDelegate &delegate, const QModelIndex &index)

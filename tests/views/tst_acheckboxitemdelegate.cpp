@@ -188,6 +188,7 @@ void TestACheckBoxItemDelegate::theCellIsPaintedAsACheckBoxAlone()
     QCOMPARE(call.rect, painted.option.rect);
     QCOMPARE(call.state, QStyle::State_Enabled | (state ? QStyle::State_On : QStyle::State_Off));
     QCOMPARE(call.text, QString(state ? "Yes" : "No"));
+    QCOMPARE(call.palette, painted.option.palette);
     QVERIFY(painted.isUntouchedOutside());
 }
 

@@ -203,6 +203,7 @@ void TestAFrequencyDelegate::theCellIsPaintedAsASpinBoxWithSixDecimals()
         painted.option.state = state;
         QVERIFY(painted.paint(delegate, cell.index()));
         style->compareToAReadOnlySpinBox(painted.option.rect, state);
+        QCOMPARE(style->calls.at(0).palette, painted.option.palette);
         QTEST(style->calls.at(1).text, "text");
         QVERIFY(painted.isUntouchedOutside());
     }

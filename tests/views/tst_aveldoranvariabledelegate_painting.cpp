@@ -33,6 +33,7 @@ private Q_SLOTS:
     void otherCellsArePaintedAsPlainItems();
     void theShownRoleDecides();
     void theDirectionOfTheViewIsTaken();
+    void thePaletteOfTheViewIsTaken();
     void aChangedOptionCountsAtOnce();
 
 private:
@@ -221,6 +222,20 @@ void TestAVeldoranVariableDelegatePainting::theDirectionOfTheViewIsTaken()
         painted.option.direction = Qt::RightToLeft;
         QVERIFY(painted.paint(delegate, VariableTable(name, 1).valueCell()));
         QCOMPARE(m_style->calls.first().direction, Qt::RightToLeft);
+    }
+}
+
+// All but the text of a number, whose colour is the painter's pen.
+void TestAVeldoranVariableDelegatePainting::thePaletteOfTheViewIsTaken()
+{
+    const AVeldoranVariableDelegate delegate;
+    const QPalette palette = PaintedCell().option.palette;
+    QVERIFY(palette != QPalette());
+    for (const char *name : {"Span", "VideoFilter", "Attenuator", "Squelch"}) {
+        const auto calls = paint(delegate, VariableTable(name, 1).valueCell());
+        QVERIFY(!calls.isEmpty());
+        for (const auto &call : calls)
+            QCOMPARE(call.palette, call.element == QLatin1String("text") ? QPalette() : palette);
     }
 }
 

@@ -52,6 +52,8 @@ private Q_SLOTS:
     void aSwitchLooksAsItsCheckBox();
     void aNumberLooksAsAReadOnlySpinBox_data();
     void aNumberLooksAsAReadOnlySpinBox();
+    void aCellHasTheColoursOfItsView_data();
+    void aCellHasTheColoursOfItsView();
     void aValueIsSeen_data();
     void aValueIsSeen();
     void anOpenSwitchHidesTheCellBelow_data();
@@ -139,6 +141,41 @@ void TestDelegateLooks::aNumberLooksAsAReadOnlySpinBox()
     QVERIFY(text.width() > 10 * expectedScale() && text.height() > 5 * expectedScale());
     QVERIFY2(qAbs(off.x()) <= 2 * expectedScale(), qPrintable(QString::number(off.x())));
     QVERIFY2(qAbs(off.y()) <= 3 * expectedScale(), qPrintable(QString::number(off.y())));
+}
+
+void TestDelegateLooks::aCellHasTheColoursOfItsView_data()
+{
+    QTest::addColumn<const DelegateSample *>("sample");
+    for (const char *title : {"filter", "enumeration", "switch", "frequency", "device frequency", "number"})
+        QTest::newRow(title) << &sampleNamed(title);
+}
+
+// They are none of the application's.
+void TestDelegateLooks::aCellHasTheColoursOfItsView()
+{
+    QFETCH(const DelegateSample *, sample);
+    const QColor ink(Qt::yellow);
+    SampleView view(*sample, Qt::LeftToRight);
+    const QImage before = view.painted();
+    QPalette palette(QColor("#203040"));
+    for (const auto role : {QPalette::Text, QPalette::WindowText, QPalette::ButtonText})
+        palette.setColor(role, ink);
+    view.setPalette(palette);
+    const QImage painted = view.painted();
+    keepLook(painted, sample->title, Qt::LeftToRight, "coloured");
+    const auto count = [&ink](const QImage &image) {
+        int pixels = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x)
+                pixels += image.pixelColor(x, y) == ink ? 1 : 0;
+        }
+        return pixels;
+    };
+    QCOMPARE(count(before), 0);
+    QVERIFY(count(painted) > 10 * expectedScale());
+    const QPoint frame(kWidth * expectedScale() - 8, 2 * expectedScale()); // of all editors but a check box
+    if (qstrcmp(sample->editor, "QCheckBox") != 0)
+        QVERIFY(painted.pixelColor(frame) != before.pixelColor(frame));
 }
 
 void TestDelegateLooks::aValueIsSeen_data()
