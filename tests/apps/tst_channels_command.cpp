@@ -5,7 +5,6 @@
 #include <QtTest/QtTest>
 
 #include <QtCore/QJsonArray>
-#include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 
 #include <unistd.h>
@@ -126,7 +125,7 @@ void TestChannelsCommand::printsJson()
 {
     const Run result = run({"channels", "--stacked", "--format", "json", m_folder->write("a.profile", kPlan)});
     QCOMPARE(result.exitStatus, 0);
-    const QJsonArray ranges = QJsonDocument::fromJson(result.output.toUtf8()).array();
+    const QJsonArray ranges = jsonOf(result);
     QCOMPARE(ranges.size(), 4);
     QCOMPARE(ranges.at(0).toObject().value("profile").toString(), QStringLiteral("plan"));
     const QJsonObject expected{{"depth", 1},

@@ -38,7 +38,7 @@ void TestProgramHelp::defaultsAreTold_data()
     const auto add = [](const char *command, const char *option, const char *value) {
         QTest::addRow("%s --%s", command, option) << command << option << value;
     };
-    for (const char *command : {"channels", "devices", "markers", "waypoints"})
+    for (const char *command : {"calibration", "channels", "devices", "limits", "markers", "waypoints"})
         add(command, "format", "text");
     add("drive", "elevation", "200");
     add("drive", "tolerance", "1000");

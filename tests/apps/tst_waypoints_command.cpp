@@ -3,7 +3,6 @@
 #include "apps/programrun.h"
 
 #include <QtCore/QJsonArray>
-#include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 #include <QtCore/QTextCodec>
 #include <QtTest/QtTest>
@@ -42,7 +41,7 @@ namespace {
 
 QJsonObject onlyObject(const Run &result)
 {
-    const QJsonArray array = QJsonDocument::fromJson(result.output.toUtf8()).array();
+    const QJsonArray array = jsonOf(result);
     return array.size() == 1 ? array.at(0).toObject() : QJsonObject();
 }
 
@@ -89,7 +88,7 @@ void TestWaypointsCommand::printsJson()
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitStatus, 0);
     QCOMPARE(result.output.count('\n'), 4); // one file a line
-    const QJsonArray files = QJsonDocument::fromJson(result.output.toUtf8()).array();
+    const QJsonArray files = jsonOf(result);
     QCOMPARE(files.size(), 2);
 
     const QJsonObject gpx = files.at(0).toObject();
