@@ -45,8 +45,7 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
             "Reads limit files and prints their limits: name, range, unit, and the pieces of the curve, those that "
             "govern first on top. With a trace it prints instead where the trace exceeds a limit within the limit's "
             "range, one line for each run of neighbouring points, with the worst of them; the exit status is then 1. "
-            "As "
-            "JSON it prints the limits too."),
+            "As JSON it prints the limits too."),
         {QStringLiteral("aveldoran limits examples/data/limits/en55032-radiated.xml"),
          QStringLiteral("aveldoran limits --check examples/data/traces/broadband.csv --plot check.png "
                         "examples/data/limits/short-range-device-spurious.xml")});

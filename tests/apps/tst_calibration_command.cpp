@@ -295,7 +295,8 @@ void TestCalibrationCommand::drawsWhateverIsInAFile()
 void TestCalibrationCommand::refusesWrongUsage_data()
 {
     addWrongUsageColumns();
-    QTest::newRow("no file") << QStringList{} << "calibration: expected a calibration file, found none";
+    QTest::newRow("no file") << QStringList{}
+                             << "calibration: a calibration file is missing; see 'aveldoran calibration --help'";
     QTest::newRow("unknown option") << QStringList{"--gain", "a"} << "unknown option '--gain'";
     QTest::newRow("no frequency") << QStringList{"--at", "high", "a"}
                                   << "--at expects a frequency such as '100 MHz', not 'high'";

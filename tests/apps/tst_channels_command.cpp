@@ -275,9 +275,10 @@ void TestChannelsCommand::reportsOutputThatCanNotBeWritten()
 void TestChannelsCommand::refusesWrongUsage_data()
 {
     addWrongUsageColumns();
-    QTest::newRow("no command") << QStringList() << "a command is missing";
+    QTest::newRow("no command") << QStringList() << "aveldoran: a command is missing; see 'aveldoran --help'";
     QTest::newRow("unknown command") << QStringList{"chanels"} << "unknown command 'chanels'";
-    QTest::newRow("no path") << QStringList{"channels"} << "expected a profile file or directory, found none";
+    QTest::newRow("no path") << QStringList{"channels"}
+                             << "a profile file or directory is missing; see 'aveldoran channels --help'";
     QTest::newRow("unknown option") << QStringList{"channels", "--expnd", "."} << "unknown option '--expnd'";
     QTest::newRow("unknown format") << QStringList{"channels", "--format", "yaml", "."}
                                     << "--format expects text, json or xml, not 'yaml'";

@@ -350,8 +350,7 @@ void TestChannelsCommandFiles::goodFilesArePrintedBesideBadOnes()
 void TestChannelsCommandFiles::wrongUsageIsRefused_data()
 {
     addWrongUsageColumns();
-    QTest::newRow("nothing to read") << QStringList{"--format", "xml"}
-                                     << "expected a profile file or directory, found none";
+    QTest::newRow("nothing to read") << QStringList{"--format", "xml"} << "a profile file or directory is missing";
     QTest::newRow("no file") << QStringList{"--efis"} << "missing value after '--efis'";
     QTest::newRow("unknown format") << QStringList{"--format", "XML", "."}
                                     << "--format expects text, json or xml, not 'XML'";

@@ -556,7 +556,7 @@ void TestLimitsCommand::refusesWrongUsage_data()
 {
     addWrongUsageColumns();
     const QString mask = "mask.xml";
-    QTest::newRow("no file") << QStringList{} << "limits: expected a limit file, found none";
+    QTest::newRow("no file") << QStringList{} << "limits: a limit file is missing; see 'aveldoran limits --help'";
     QTest::newRow("unknown option") << QStringList{"--color", mask} << "unknown option '--color'";
     QTest::newRow("no trace") << QStringList{mask, "--check"} << "missing value after '--check'";
     QTest::newRow("empty trace") << QStringList{"--check", "", mask} << "--check expects the name of a file, not ''";

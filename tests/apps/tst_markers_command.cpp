@@ -419,7 +419,7 @@ void TestMarkersCommand::refusesWrongUsage_data()
 {
     addWrongUsageColumns();
 
-    QTest::newRow("no trace") << QStringList{} << "expected one trace file, found none";
+    QTest::newRow("no trace") << QStringList{} << "a trace file is missing; see 'aveldoran markers --help'";
     QTest::newRow("two traces") << QStringList{"a.csv", "b.csv"} << "expected one trace file, found 2";
     QTest::newRow("unknown option") << QStringList{"--maxx", "1", "a.csv"} << "unknown option '--maxx'";
     QTest::newRow("unknown format") << QStringList{"--format", "xml", "a.csv"}

@@ -328,7 +328,8 @@ void TestWaypointsCommand::reportsOutputThatCanNotBeWritten()
 void TestWaypointsCommand::refusesWrongUsage_data()
 {
     addWrongUsageColumns();
-    QTest::newRow("no file") << QStringList{} << "waypoints: expected a position file, found none";
+    QTest::newRow("no file") << QStringList{}
+                             << "waypoints: a position file is missing; see 'aveldoran waypoints --help'";
     QTest::newRow("an unknown option") << QStringList{"--colour", kGpx} << "unknown option '--colour'";
     QTest::newRow("an unknown format") << QStringList{"--format", "xml", kGpx}
                                        << "waypoints: --format expects text or json, not 'xml'";
