@@ -1,7 +1,7 @@
 #include "apps/aveldoran/options.h"
 
 #include "apps/aveldoran/commandline.h"
-#include "apps/aveldoran/tracefile.h"
+#include "apps/aveldoran/valuereading.h"
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QFileInfo>
