@@ -268,7 +268,7 @@ void TestWaypointsCommand::refusesWhatHoldsNoPositions_data()
     QTest::newRow("a track without points") << "trk.gpx"
                                             << ": its track has no points (trkpt)";
     QTest::newRow("no XML behind its begin") << "broken.gpx"
-                                             << ":1:2: error occurred while parsing element";
+                                             << ":1:2: can't be read as GPX: error occurred while parsing element";
 }
 
 void TestWaypointsCommand::refusesWhatHoldsNoPositions()
