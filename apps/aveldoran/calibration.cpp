@@ -2,6 +2,7 @@
 #include "apps/aveldoran/commands.h"
 #include "apps/aveldoran/console.h"
 #include "apps/aveldoran/inputfile.h"
+#include "apps/aveldoran/jsonlist.h"
 #include "apps/aveldoran/options.h"
 #include "apps/aveldoran/plot.h"
 #include "apps/aveldoran/valuetext.h"
@@ -11,6 +12,7 @@
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QDirIterator>
 #include <QtCore/QFileInfo>
+#include <QtCore/QJsonObject>
 
 #include <algorithm>
 #include <cmath>
@@ -23,6 +25,7 @@ struct Options
 {
     bool hasFrequency = false;
     AFrequency frequency; // at which gains are printed
+    bool asJson = false;
     QString picture;
     QStringList paths;
 };
@@ -39,7 +42,8 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
         QStringLiteral("at"),
         QStringLiteral("Print the gains at this frequency too, such as '145 MHz'; in hertz if it has no unit."),
         QStringLiteral("FREQ"));
-    parser.addOptions({at, plotOption(QStringLiteral("Draw the gains over frequency into a PNG file."))});
+    parser.addOptions(
+        {at, formatOption(), plotOption(QStringLiteral("Draw the gains over frequency into a PNG file."))});
     parser.addPositionalArgument(
         QStringLiteral("PATH"),
         QStringLiteral("A calibration file, or a directory of them (%1), which is read with all below it.")
@@ -52,20 +56,30 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
     options->hasFrequency = parser.isSet(at);
     return readArguments(parser, kCommand, QStringLiteral("calibration file"), &options->paths) &&
            readFrequencyOption(parser, kCommand, QStringLiteral("at"), &options->frequency) &&
+           readFormatOption(parser, kCommand, &options->asJson) &&
            readPlotOption(parser, kCommand, options->paths, &options->picture);
 }
 
-bool readFile(const QString &fileName, QList<ACalibrationData> *objects)
+struct Objects
+{
+    QList<ACalibrationData> all;
+    QStringList files; // of each the one that it came from
+};
+
+bool readFile(const QString &fileName, Objects *objects)
 {
     if (!canBeRead(fileName))
         return false;
     Console::progress(QStringLiteral("reading %1").arg(fileName));
-    return Console::attempt([&](QString *errorText) {
-        return ACalibrationData::readAll(fileName, *objects, ACalibrationData::AnyType, errorText);
+    const bool isRead = Console::attempt([&](QString *errorText) {
+        return ACalibrationData::readAll(fileName, objects->all, ACalibrationData::AnyType, errorText);
     });
+    while (objects->files.size() < objects->all.size())
+        objects->files.append(fileName);
+    return isRead;
 }
 
-bool readPath(const QString &path, QList<ACalibrationData> *objects)
+bool readPath(const QString &path, Objects *objects)
 {
     if (!QFileInfo(path).isDir())
         return readFile(path, objects);
@@ -112,6 +126,12 @@ bool gainRange(const ACalibrationData &object, double *least, double *highest)
     return found;
 }
 
+// Whether the gain there is that of an end of the table, which has entries.
+bool isHeldAt(const ACalibrationData &object, const AFrequency &frequency)
+{
+    return frequency < object.level().firstKey() || object.level().lastKey() < frequency;
+}
+
 void printObject(const ACalibrationData &object, const Options &options)
 {
     const QMap<AFrequency, double> &level = object.level();
@@ -132,34 +152,79 @@ void printObject(const ACalibrationData &object, const Options &options)
     if (options.hasFrequency) {
         line += QStringLiteral("; at %1: %2")
                     .arg(shortFrequency(options.frequency), gainText(object.valueAt(options.frequency, true), object));
-        if (options.frequency < level.firstKey() || level.lastKey() < options.frequency)
+        if (isHeldAt(object, options.frequency))
             line += QStringLiteral(", held from the end of the table");
     }
     Console::write(line + QLatin1Char('\n'));
 }
 
-void printList(const QList<ACalibrationData> &objects, const Options &options)
+struct Kind
 {
-    constexpr struct
-    {
-        ACalibrationData::CalibrationType type;
-        const char *heading;
-    } kSections[] = {{ACalibrationData::Preamplifier, "Preamplifiers"},
-                     {ACalibrationData::Antenna, "Antennas"},
-                     {ACalibrationData::Cable, "Cables"},
-                     {ACalibrationData::Attenuator, "Attenuators"},
-                     {ACalibrationData::AnyType, "Of no particular type"}};
-    for (const auto &section : kSections) {
+    ACalibrationData::CalibrationType type;
+    const char *name; // as in files
+    const char *heading;
+};
+
+// In the order in which they are printed.
+constexpr Kind kKinds[] = {{ACalibrationData::Preamplifier, "preamplifier", "Preamplifiers"},
+                           {ACalibrationData::Antenna, "antenna", "Antennas"},
+                           {ACalibrationData::Cable, "cable", "Cables"},
+                           {ACalibrationData::Attenuator, "attenuator", "Attenuators"},
+                           {ACalibrationData::AnyType, "any", "Of no particular type"}};
+
+void printText(const Objects &objects, const Options &options)
+{
+    for (const Kind &kind : kKinds) {
         bool isEmpty = true;
-        for (const ACalibrationData &object : objects) {
-            if (object.type() != section.type)
+        for (const ACalibrationData &object : objects.all) {
+            if (object.type() != kind.type)
                 continue;
             if (isEmpty)
-                Console::write(QLatin1String(section.heading) + QLatin1Char('\n'));
+                Console::write(QLatin1String(kind.heading) + QLatin1Char('\n'));
             isEmpty = false;
             printObject(object, options);
         }
     }
+}
+
+QJsonObject objectAsJson(const ACalibrationData &object, const Options &options)
+{
+    const QMap<AFrequency, double> &level = object.level();
+    QJsonObject json{{QStringLiteral("label"), object.label()},
+                     {QStringLiteral("unit"), unitOf(object)},
+                     {QStringLiteral("entries"), level.size()}};
+    if (level.isEmpty())
+        return json;
+    json[QStringLiteral("beginHz")] = level.firstKey().floatValue(AFrequency::Hz);
+    json[QStringLiteral("endHz")] = level.lastKey().floatValue(AFrequency::Hz);
+    double least = 0.0;
+    double highest = 0.0;
+    if (gainRange(object, &least, &highest)) {
+        json[QStringLiteral("lowestGain")] = numberOrNull(least);
+        json[QStringLiteral("highestGain")] = numberOrNull(highest);
+    }
+    if (options.hasFrequency) {
+        json[QStringLiteral("targetHz")] = options.frequency.floatValue(AFrequency::Hz);
+        json[QStringLiteral("gain")] = numberOrNull(object.valueAt(options.frequency, true));
+        json[QStringLiteral("held")] = isHeldAt(object, options.frequency);
+    }
+    return json;
+}
+
+void printJson(const Objects &objects, const Options &options)
+{
+    JsonList json;
+    for (const Kind &kind : kKinds) {
+        for (int i = 0; i < objects.all.size(); ++i) {
+            if (objects.all.at(i).type() != kind.type)
+                continue;
+            QJsonObject object = objectAsJson(objects.all.at(i), options);
+            object[QStringLiteral("file")] = objects.files.at(i);
+            object[QStringLiteral("type")] = QLatin1String(kind.name);
+            json.add(object);
+        }
+    }
+    json.end();
 }
 
 // Of the axis that all objects share.
@@ -217,14 +282,17 @@ int runCalibration(const QStringList &arguments)
     if (!readOptions(arguments, &options, &exitStatus))
         return exitStatus;
 
-    QList<ACalibrationData> objects;
+    Objects objects;
     bool complete = true;
     for (const QString &path : qAsConst(options.paths))
         complete = readPath(path, &objects) && complete;
-    printList(objects, options);
+    if (options.asJson)
+        printJson(objects, options);
+    else
+        printText(objects, options);
     complete = Console::finish() && complete;
-    const bool isAnyRead = complete || !objects.isEmpty(); // else an old picture says more than an empty one
+    const bool isAnyRead = complete || !objects.all.isEmpty(); // else an old picture says more than an empty one
     if (!options.picture.isEmpty() && isAnyRead)
-        complete = draw(objects, options) && complete;
+        complete = draw(objects.all, options) && complete;
     return complete ? ExitDone : ExitFailed;
 }

@@ -84,10 +84,8 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
     options->paths = parser.positionalArguments();
     if (!readFilesOption(parser, kCommand, QStringLiteral("efis"), &options->efisFiles))
         return false;
-    if (options->paths.isEmpty() && options->efisFiles.isEmpty()) {
-        CommandLine::usageError(kCommand, QStringLiteral("expected a profile file or directory, found none"));
-        return false;
-    }
+    if (options->paths.isEmpty() && options->efisFiles.isEmpty())
+        return CommandLine::refuseMissing(kCommand, QStringLiteral("a profile file or directory"));
     int choice = 0;
     if (!readChoiceOption(parser, kCommand, QStringLiteral("format"),
                           {QStringLiteral("text"), QStringLiteral("json"), QStringLiteral("xml")}, &choice))

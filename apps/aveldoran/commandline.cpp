@@ -150,6 +150,18 @@ void usageError(const char *command, const QString &text)
     Console::error(QStringLiteral("%1: %2").arg(QLatin1String(command), text));
 }
 
+QString missingText(const QString &what, const char *command)
+{
+    return QStringLiteral("%1 is missing; see 'aveldoran %2--help'")
+        .arg(what, command ? QLatin1String(command) + QLatin1Char(' ') : QString());
+}
+
+bool refuseMissing(const char *command, const QString &what)
+{
+    usageError(command, missingText(what, command));
+    return false;
+}
+
 QString suggestion(const QString &typed, const QStringList &words)
 {
     const QString near = nearestWord(typed, words);

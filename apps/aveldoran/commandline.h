@@ -10,6 +10,11 @@ namespace CommandLine {
 // "aveldoran: COMMAND: TEXT" on standard error.
 void usageError(const char *command, const QString &text);
 
+// "WHAT is missing; see 'aveldoran COMMAND --help'", of what a command needs; without one, of the command itself.
+QString missingText(const QString &what, const char *command = nullptr);
+// The same as a usage error; false.
+bool refuseMissing(const char *command, const QString &what);
+
 // ", did you mean 'NEAR'?", or empty if none of the words is near.
 QString suggestion(const QString &typed, const QStringList &words);
 

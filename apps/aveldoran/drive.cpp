@@ -5,7 +5,7 @@
 #include "apps/aveldoran/options.h"
 #include "apps/aveldoran/outputfile.h"
 #include "apps/aveldoran/recordingfile.h"
-#include "apps/aveldoran/tracefile.h"
+#include "apps/aveldoran/valuereading.h"
 #include "apps/aveldoran/valuetext.h"
 
 #include <core/amdrdocument.h>
@@ -356,8 +356,8 @@ void tellContent(const Options &options, const DriveProcessor &processor, const 
     Console::tellWritten(nameOfOutput(options),
                          QStringLiteral("%1, %2 with a position, %3, levels from %4 to %5")
                              .arg(countText(measured.sweeps, "sweep"), QString::number(measured.positioned),
-                                  countText(processor.waypointCount(), "waypoint"), levelText(processor.minimum()),
-                                  levelText(processor.maximum())));
+                                  countText(processor.waypointCount(), "waypoint"),
+                                  measuredValueText(processor.minimum()), measuredValueText(processor.maximum())));
 }
 
 } // namespace

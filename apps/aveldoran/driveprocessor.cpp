@@ -126,6 +126,7 @@ void DriveProcessor::readGpx(QFile *file, Source *source)
     QString message;
     int line = 0;
     int column = 0;
+    const bool isMarkup = beginsAsXml(file);
     const bool isRead = loadGpxDocument(file, &message, &line, &column);
     const QString root = m_gpxDocument.documentElement().tagName();
     source->tracks = m_gpxDocument.elementsByTagName(QStringLiteral("trk")).size();
@@ -134,8 +135,10 @@ void DriveProcessor::readGpx(QFile *file, Source *source)
         return;
     if (file->error() != QFileDevice::NoError)
         source->errorText = QStringLiteral("%1: can't be read: %2").arg(file->fileName(), file->errorString());
+    else if (!isMarkup)
+        source->errorText = QStringLiteral("%1: expected a GPX document, found none").arg(file->fileName());
     else if (!message.isEmpty())
-        source->errorText = QStringLiteral("%1:%2:%3: %4")
+        source->errorText = QStringLiteral("%1:%2:%3: can't be read as GPX: %4")
                                 .arg(file->fileName(), QString::number(line), QString::number(column), message);
     else if (root != QLatin1String("gpx"))
         source->errorText =

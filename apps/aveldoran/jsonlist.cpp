@@ -5,6 +5,8 @@
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 
+#include <cmath>
+
 void JsonList::add(const QJsonObject &object)
 {
     Console::write((m_isEmpty ? QStringLiteral("[\n") : QStringLiteral(",\n")) +
@@ -15,4 +17,9 @@ void JsonList::add(const QJsonObject &object)
 void JsonList::end()
 {
     Console::write(m_isEmpty ? QStringLiteral("[]\n") : QStringLiteral("\n]\n"));
+}
+
+QJsonValue numberOrNull(double value)
+{
+    return std::isfinite(value) ? QJsonValue(value) : QJsonValue();
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QtCore/QJsonValue>
+
 class QJsonObject;
 
 // A JSON array on standard output, one object a line.
@@ -12,3 +14,6 @@ public:
 private:
     bool m_isEmpty = true;
 };
+
+// JSON has no form for an infinite number, nor for one that is none.
+QJsonValue numberOrNull(double value);

@@ -90,20 +90,19 @@ bool areComparable(int unit, int otherUnit)
     return entry && other && entry->family == other->family;
 }
 
-QVector<LimitExcess> findExcesses(const ALimit &limit, const Trace &trace, int *compared)
+LimitCheck checkLimit(const ALimit &limit, const Trace &trace)
 {
-    QVector<LimitExcess> found;
-    *compared = 0;
+    LimitCheck check;
     bool isInside = false; // of a run
     for (const AMeasurementValue &point : trace.values) {
         const double value = limitAt(limit, point.frequency, trace.unit);
         const bool counts = !std::isnan(value) && !std::isnan(point.level);
-        *compared += counts ? 1 : 0;
+        check.compared += counts ? 1 : 0;
         const bool isExcess = counts && point.level > value;
         if (isExcess) {
             if (!isInside)
-                found.append({point.frequency, point.level, value, point.frequency, point.frequency, 0});
-            LimitExcess &run = found.last();
+                check.excesses.append({point.frequency, point.level, value, point.frequency, point.frequency, 0});
+            LimitExcess &run = check.excesses.last();
             if (point.level - value > run.level - run.limit) {
                 run.frequency = point.frequency;
                 run.level = point.level;
@@ -114,7 +113,7 @@ QVector<LimitExcess> findExcesses(const ALimit &limit, const Trace &trace, int *
         }
         isInside = isExcess;
     }
-    return found;
+    return check;
 }
 
 bool drawLimits(const QString &title, const QList<const ALimit *> &limits, const Trace *trace, int unit,

@@ -20,13 +20,21 @@ struct LimitExcess
     int points = 0;
 };
 
+// What came of comparing a trace with a limit.
+struct LimitCheck
+{
+    int compared = 0; // points of the trace where the limit counts; without any the trace is not checked
+    QVector<LimitExcess> excesses;
+
+    bool isKept() const { return compared > 0 && excesses.isEmpty(); }
+};
+
 // Whether levels in one unit can be converted to the other.
 bool areComparable(int unit, int otherUnit);
 
-// The runs in ascending frequency. A limit counts within its range, where a piece of its curve governs; *compared is
-// the number of points there. The units must be comparable. Points without a level don't count. Linear in the points,
-// for a limit in order of frequency.
-QVector<LimitExcess> findExcesses(const ALimit &limit, const Trace &trace, int *compared);
+// The excesses in ascending frequency. A limit counts within its range, where a piece of its curve governs. The units
+// must be comparable. Points without a level don't count. Linear in the points, for a limit in order of frequency.
+LimitCheck checkLimit(const ALimit &limit, const Trace &trace);
 
 // Draws the limits, and over them a trace unless it is null, in that unit, to which all must be comparable. False if
 // the file can't be written, with a text for the user.

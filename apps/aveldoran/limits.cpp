@@ -2,7 +2,9 @@
 #include "apps/aveldoran/commands.h"
 #include "apps/aveldoran/console.h"
 #include "apps/aveldoran/inputfile.h"
+#include "apps/aveldoran/jsonlist.h"
 #include "apps/aveldoran/limitcurves.h"
+#include "apps/aveldoran/limittext.h"
 #include "apps/aveldoran/options.h"
 #include "apps/aveldoran/outputfile.h"
 #include "apps/aveldoran/tracefile.h"
@@ -16,11 +18,10 @@
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
+#include <QtCore/QJsonObject>
 #include <QtCore/QTemporaryDir>
 
 #include <algorithm>
-#include <cmath>
-#include <functional>
 
 namespace {
 
@@ -28,6 +29,7 @@ constexpr char kCommand[] = "limits";
 
 struct Options
 {
+    bool asJson = false;
     QString traceFile;
     QString rewritten;
     QString picture;
@@ -42,7 +44,8 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
         QStringLiteral(
             "Reads limit files and prints their limits: name, range, unit, and the pieces of the curve, those that "
             "govern first on top. With a trace it prints instead where the trace exceeds a limit within the limit's "
-            "range, one line for each run of neighbouring points, with the worst of them; the exit status is then 1."),
+            "range, one line for each run of neighbouring points, with the worst of them; the exit status is then 1. "
+            "As JSON it prints the limits too."),
         {QStringLiteral("aveldoran limits examples/data/limits/en55032-radiated.xml"),
          QStringLiteral("aveldoran limits --check examples/data/traces/broadband.csv --plot check.png "
                         "examples/data/limits/short-range-device-spurious.xml")});
@@ -52,7 +55,8 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
         QStringLiteral("rewrite"),
         QStringLiteral("Write the limits of one file anew, as a limit editor does: without descriptions."),
         QStringLiteral("FILE.xml"));
-    parser.addOptions({check, rewrite, plotOption(QStringLiteral("Draw the limits, and the trace, into a PNG file."))});
+    parser.addOptions({check, rewrite, formatOption(),
+                       plotOption(QStringLiteral("Draw the limits, and the trace, into a PNG file."))});
     parser.addPositionalArgument(
         QStringLiteral("PATH"),
         QStringLiteral("A limit file, or a directory of them (*.xml); directories below it are not read."),
@@ -69,6 +73,7 @@ bool readOptions(const QStringList &arguments, Options *options, int *exitStatus
     }
     // A file may be written anew onto itself.
     return readFileOption(parser, kCommand, QStringLiteral("check"), &options->traceFile) &&
+           readFormatOption(parser, kCommand, &options->asJson) &&
            readOutputOption(parser, kCommand, QStringLiteral("rewrite"), {options->traceFile}, {},
                             &options->rewritten) &&
            readPlotOption(parser, kCommand, options->files + QStringList{options->traceFile, options->rewritten},
@@ -114,120 +119,78 @@ struct Limits
         return complete;
     }
 
+    const QString &fileOf(int index) const
+    {
+        return std::upper_bound(files.begin(), files.end(), index,
+                                [](int each, const File &file) { return each < file.end; })
+            ->name;
+    }
+
     // "FILE: LIMIT: TEXT".
     void report(int index, const QString &text) const
     {
-        const auto file =
-            std::find_if(files.begin(), files.end(), [index](const File &each) { return index < each.end; });
-        Console::error(
-            QStringLiteral("%1: %2: %3").arg(file->name, Console::oneLineOrDash(all.at(index)->name()), text));
-    }
-
-    // Prints each file's name and, by `printLimit` with the index of each, its limits.
-    void print(const std::function<void(int index)> &printLimit) const
-    {
-        int index = 0;
-        for (const File &file : files) {
-            Console::write(
-                QStringLiteral("%1: %2\n").arg(Console::oneLine(file.name), countText(file.end - index, "limit")));
-            for (; index < file.end; ++index)
-                printLimit(index);
-        }
+        Console::error(QStringLiteral("%1: %2: %3").arg(fileOf(index), limitName(*all.at(index)), text));
     }
 
 private:
     Q_DISABLE_COPY(Limits)
 };
 
-QString nameOf(const ALimit &limit)
-{
-    return Console::oneLineOrDash(limit.name());
-}
-
-QString unitOf(const ALimit &limit)
-{
-    const emu_entry *unit = emu_find(limit.unitId());
-    return unit ? QString::fromUcs4(unit->name) : QStringLiteral("unit %1").arg(Console::oneLine(limit.unit()));
-}
-
-QString interpolationText(unsigned int interpolation)
-{
-    switch (interpolation) {
-    case ALimit::Step:
-        return QStringLiteral("step");
-    case ALimit::Logarithmic:
-        return QStringLiteral("logarithmic");
-    default:
-        return QStringLiteral("linear");
-    }
-}
-
-void printPiece(const QString &where, const QString &value)
-{
-    constexpr int kWidth = 30;
-    Console::write(QStringLiteral("    ") + where.leftJustified(kWidth) + QStringLiteral("  ") + value +
-                   QLatin1Char('\n'));
-}
-
-void printLimit(const ALimit &limit)
-{
-    QString line = QStringLiteral("  %1  %2  %3")
-                       .arg(nameOf(limit), frequencyRangeText(limit.begin(), limit.end()), unitOf(limit));
-    if (!limit.description().isEmpty())
-        line += QStringLiteral("  # ") + Console::oneLine(limit.description());
-    Console::write(line + QLatin1Char('\n'));
-    for (const ALimit::Section &section : limit.sections()) {
-        const bool isFlat = section.beginValue == section.endValue || section.interpolation == ALimit::Step;
-        printPiece(frequencyRangeText(section.begin, section.end),
-                   isFlat ? levelText(section.beginValue, limit.unitId())
-                          : QStringLiteral("%1 to %2, %3")
-                                .arg(levelText(section.beginValue, limit.unitId()),
-                                     levelText(section.endValue, limit.unitId()),
-                                     interpolationText(section.interpolation)));
-    }
-    for (const ALimit::Level &level : limit.levels())
-        printPiece(QStringLiteral("at ") + shortFrequency(level.frequency),
-                   QStringLiteral("%1, %2").arg(levelText(level.value, limit.unitId()),
-                                                interpolationText(level.interpolation)));
-}
-
-void printExcess(const LimitExcess &excess, int traceUnit)
-{
-    QString run = countText(excess.points, "point");
-    if (excess.points > 1)
-        run += QStringLiteral(", ") + frequencyRangeText(excess.begin, excess.end);
-    const double above = excess.level - excess.limit;
-    Console::write(QStringLiteral("    %1  %2, limit %3, excess %4  (%5)\n")
-                       .arg(shortFrequency(excess.frequency).leftJustified(16), levelText(excess.level, traceUnit),
-                            levelText(excess.limit, traceUnit),
-                            emu_find(traceUnit)->logarithmic != 0 ? decibelText(above) + QStringLiteral(" dB")
-                                                                  : levelText(above, traceUnit),
-                            run));
-}
-
-// True if the trace was compared with the limit and doesn't exceed it.
-bool checkTrace(const Limits &limits, int index, const Trace &trace)
+// What can't be compared is reported.
+LimitCheck checkTrace(const Limits &limits, int index, const Trace &trace)
 {
     const ALimit &limit = *limits.all.at(index);
-    int compared = 0;
-    QVector<LimitExcess> found;
     if (!areComparable(limit.unitId(), trace.unit)) {
         limits.report(index, QStringLiteral("the trace in %1 can't be compared with a limit in %2")
-                                 .arg(QString::fromUcs4(emu_find(trace.unit)->name), unitOf(limit)));
-    } else {
-        found = findExcesses(limit, trace, &compared);
-        if (compared == 0)
-            limits.report(index, QStringLiteral("no point of the trace lies where it governs"));
+                                 .arg(QString::fromUcs4(emu_find(trace.unit)->name), limitUnitText(limit)));
+        return {};
     }
-    Console::write(QStringLiteral("  %1: %2; %3 compared\n")
-                       .arg(nameOf(limit),
-                            QLatin1String(compared == 0     ? "not checked"
-                                          : found.isEmpty() ? "kept"
-                                                            : "exceeded"),
-                            countText(compared, "point")));
-    for (const LimitExcess &excess : qAsConst(found))
-        printExcess(excess, trace.unit);
-    return found.isEmpty() && compared > 0;
+    LimitCheck check = checkLimit(limit, trace);
+    if (check.compared == 0)
+        limits.report(index, QStringLiteral("no point of the trace lies where it governs"));
+    return check;
+}
+
+// Prints each file's name and its limits, or what came of checking a trace against them. True if there is no trace, or
+// it keeps them all.
+bool printText(const Limits &limits, const Trace *trace)
+{
+    bool areKept = true;
+    int index = 0;
+    for (const Limits::File &file : limits.files) {
+        Console::write(
+            QStringLiteral("%1: %2\n").arg(Console::oneLine(file.name), countText(file.end - index, "limit")));
+        for (; index < file.end; ++index) {
+            const ALimit &limit = *limits.all.at(index);
+            if (!trace) {
+                Console::write(limitAsText(limit));
+                continue;
+            }
+            const LimitCheck check = checkTrace(limits, index, *trace);
+            Console::write(checkAsText(limit, check, trace->unit));
+            areKept = areKept && check.isKept();
+        }
+    }
+    return areKept;
+}
+
+// The same as JSON.
+bool printJson(const Limits &limits, const Trace *trace)
+{
+    bool areKept = true;
+    JsonList json;
+    for (int index = 0; index < limits.all.size(); ++index) {
+        QJsonObject object = limitAsJson(*limits.all.at(index));
+        object[QStringLiteral("file")] = limits.fileOf(index);
+        if (trace) {
+            const LimitCheck check = checkTrace(limits, index, *trace);
+            addCheck(check, trace->unit, &object);
+            areKept = areKept && check.isKept();
+        }
+        json.add(object);
+    }
+    json.end();
+    return areKept;
 }
 
 int countPieces(const ALimitModel &model)
@@ -290,7 +253,8 @@ bool draw(const Limits &limits, const Trace *trace, const Options &options)
     Console::progress(QStringLiteral("drawing %1").arg(picture));
     const int unit = trace ? trace->unit : limits.all.isEmpty() ? 0 : limits.all.constFirst()->unitId();
     if (!emu_find(unit)) {
-        limits.report(0, QStringLiteral("%1 is not known and can't be drawn").arg(unitOf(*limits.all.constFirst())));
+        limits.report(
+            0, QStringLiteral("%1 is not known and can't be drawn").arg(limitUnitText(*limits.all.constFirst())));
         return false;
     }
     bool complete = true;
@@ -302,7 +266,7 @@ bool draw(const Limits &limits, const Trace *trace, const Options &options)
             continue;
         }
         limits.report(i, QStringLiteral("a limit in %1 can't be drawn over %2")
-                             .arg(unitOf(*limit), QString::fromUcs4(emu_find(unit)->name)));
+                             .arg(limitUnitText(*limit), QString::fromUcs4(emu_find(unit)->name)));
         complete = false;
     }
     const bool saved = Console::attempt([&](QString *errorText) {
@@ -332,23 +296,24 @@ int runLimits(const QStringList &arguments)
         areRead = limits.readPath(path) && areRead;
 
     bool complete = areRead;
-    bool hasTrace = false;
     Trace trace;
-    if (options.traceFile.isEmpty()) {
-        limits.print([&limits](int index) { printLimit(*limits.all.at(index)); });
-    } else {
+    const Trace *checked = nullptr;
+    if (!options.traceFile.isEmpty()) {
         Console::progress(QStringLiteral("reading %1").arg(options.traceFile));
-        hasTrace =
-            Console::attempt([&](QString *errorText) { return readTraceFile(options.traceFile, &trace, errorText); });
-        complete = hasTrace && complete;
-        if (hasTrace)
-            limits.print([&](int index) { complete = checkTrace(limits, index, trace) && complete; });
+        if (Console::attempt([&](QString *errorText) { return readTraceFile(options.traceFile, &trace, errorText); }))
+            checked = &trace;
     }
+    const bool isPrinted = options.traceFile.isEmpty() || checked;
+    complete = isPrinted && complete;
+    if (isPrinted)
+        complete = (options.asJson ? printJson(limits, checked) : printText(limits, checked)) && complete;
+    else if (options.asJson)
+        JsonList().end();
     if (!options.rewritten.isEmpty() && areRead) // else that is told
         complete = rewrite(options.files.constFirst(), options.rewritten) && complete;
     complete = Console::finish() && complete;
     const bool isAnyRead = complete || !limits.all.isEmpty(); // else an old picture says more than an empty one
     if (!options.picture.isEmpty() && isAnyRead)
-        complete = draw(limits, hasTrace ? &trace : nullptr, options) && complete;
+        complete = draw(limits, checked, options) && complete;
     return complete ? ExitDone : ExitFailed;
 }

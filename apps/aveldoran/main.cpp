@@ -67,7 +67,7 @@ const Command *commandNamed(const QString &name)
 QString problemOf(const QString &name)
 {
     if (name.isEmpty())
-        return QStringLiteral("a command is missing; see 'aveldoran --help'");
+        return CommandLine::missingText(QStringLiteral("a command"));
     const bool isOption = name.startsWith(QLatin1Char('-'));
     QStringList words{QStringLiteral("help")};
     for (const Command &command : kCommands)

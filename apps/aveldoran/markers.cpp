@@ -16,7 +16,6 @@
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonObject>
 
-#include <cmath>
 #include <limits>
 
 namespace {
@@ -222,11 +221,6 @@ void printText(const Trace &trace, const Markers &markers, const Options &option
                                           {TableColumn::Word, 1},   {TableColumn::Word, 1},   {TableColumn::Number, 1},
                                           {TableColumn::Word, 1},   {TableColumn::Word, 1}};
     Console::write(textTable(rows, columns));
-}
-
-QJsonValue numberOrNull(double value)
-{
-    return std::isfinite(value) ? QJsonValue(value) : QJsonValue();
 }
 
 QJsonObject markerAsJson(const ASpectrumMarker &marker, const emu_entry *unit)

@@ -1,7 +1,7 @@
 #include "apps/aveldoran/options.h"
 
 #include "apps/aveldoran/commandline.h"
-#include "apps/aveldoran/tracefile.h"
+#include "apps/aveldoran/valuereading.h"
 
 #include <QtCore/QCommandLineParser>
 #include <QtCore/QFileInfo>
@@ -37,10 +37,7 @@ QCommandLineOption optionWithDefault(const QString &name, const QString &text, c
 
 bool requireOption(const QCommandLineParser &parser, const char *command, const QString &option)
 {
-    if (parser.isSet(option))
-        return true;
-    CommandLine::usageError(command, QStringLiteral("--%1 is missing").arg(option));
-    return false;
+    return parser.isSet(option) || CommandLine::refuseMissing(command, QLatin1String("--") + option);
 }
 
 bool readNumberOption(const QCommandLineParser &parser, const char *command, const QString &option, int least, int most,
@@ -164,10 +161,11 @@ QString listText(const QStringList &names)
 bool readOneArgument(const QCommandLineParser &parser, const char *command, const QString &what, QString *argument)
 {
     const QStringList arguments = parser.positionalArguments();
-    if (arguments.size() != 1) {
+    if (arguments.isEmpty())
+        return CommandLine::refuseMissing(command, QLatin1String("a ") + what);
+    if (arguments.size() > 1) {
         CommandLine::usageError(
-            command, QStringLiteral("expected one %1, found %2")
-                         .arg(what, arguments.isEmpty() ? QStringLiteral("none") : QString::number(arguments.size())));
+            command, QStringLiteral("expected one %1, found %2").arg(what, QString::number(arguments.size())));
         return false;
     }
     *argument = arguments.constFirst();
@@ -177,10 +175,7 @@ bool readOneArgument(const QCommandLineParser &parser, const char *command, cons
 bool readArguments(const QCommandLineParser &parser, const char *command, const QString &what, QStringList *arguments)
 {
     *arguments = parser.positionalArguments();
-    if (!arguments->isEmpty())
-        return true;
-    CommandLine::usageError(command, QStringLiteral("expected a %1, found none").arg(what));
-    return false;
+    return !arguments->isEmpty() || CommandLine::refuseMissing(command, QLatin1String("a ") + what);
 }
 
 bool readNoArgument(const QCommandLineParser &parser, const char *command)

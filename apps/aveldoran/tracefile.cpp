@@ -1,23 +1,21 @@
 #include "apps/aveldoran/tracefile.h"
 
 #include "apps/aveldoran/console.h"
+#include "apps/aveldoran/valuereading.h"
 #include "apps/aveldoran/valuetext.h"
 
 #include <core/emu.h>
 
 #include <QtCore/QFile>
-#include <QtCore/QStringList>
 
 #include <algorithm>
 #include <cmath>
-#include <cstring>
 #include <limits>
 #include <vector>
 
 namespace {
 
 constexpr int kShownBytes = 40; // of a text that an error quotes
-constexpr double kMaxFrequencyHz = 9e18;
 
 using Fields = std::vector<QByteArray>;
 
@@ -39,14 +37,9 @@ QString quoted(const QByteArray &text)
     return QLatin1Char('\'') + shown + (text.size() > kShownBytes ? QStringLiteral("…'") : QStringLiteral("'"));
 }
 
-// The sign of a micro in any of its codes as "u", a raised two as "2": what remains of a unit on an English keyboard.
-QByteArray plainUnit(QByteArray text)
+QString noUnitText(const QByteArray &found)
 {
-    for (const char *micro : {"\u00b5", "\u03bc", "\xb5"})
-        text.replace(micro, "u");
-    for (const char *square : {"\u00b2", "\xb2"})
-        text.replace(square, "2");
-    return text;
+    return QStringLiteral("expected a unit (%1), found %2").arg(unitNames().join(QLatin1String(", ")), quoted(found));
 }
 
 // What stands between quotes is one field whatever it holds. Blanks around fields don't count, nor empty fields behind
@@ -73,24 +66,6 @@ bool beginsNumber(const QByteArray &field)
 {
     const char c = field.isEmpty() ? ' ' : field.at(0);
     return (c >= '0' && c <= '9') || c == '+' || c == '-' || c == '.' || c == ',';
-}
-
-// Splits "87,5 MHz" into "87.5" and "MHz".
-void splitNumber(const QByteArray &field, QByteArray *number, QByteArray *unit)
-{
-    int end = 0;
-    while (end < field.size() && std::strchr("0123456789+-.,eE", field.at(end)))
-        ++end;
-    if (end > 0 && (field.at(end - 1) == 'e' || field.at(end - 1) == 'E'))
-        --end;
-    *number = field.left(end);
-    number->replace(',', '.');
-    *unit = field.mid(end).trimmed();
-}
-
-bool isFrequencyUnit(const QByteArray &text)
-{
-    return !text.isEmpty() && text == AFrequency::suffixForUnit(AFrequency::unitForSuffix(text.constData()));
 }
 
 // Gaps and clipped levels are written as words.
@@ -166,7 +141,7 @@ bool readTitles(const Fields &titles, Columns *columns, QString *errorText)
     if (!levelUnit.isEmpty())
         columns->levelUnit = levelUnit;
     if (unitId(columns->levelUnit) < 0) {
-        *errorText = QStringLiteral("expected a unit (%1), found %2").arg(unitNames(), quoted(levelUnit));
+        *errorText = noUnitText(levelUnit);
         return false;
     }
     return true;
@@ -232,7 +207,7 @@ private:
             return true;
         const int id = unitId(text);
         if (id < 0) {
-            *errorText = QStringLiteral("expected a unit (%1), found %2").arg(unitNames(), quoted(text));
+            *errorText = noUnitText(text);
             return false;
         }
         if (!m_trace->values.isEmpty() && id != m_trace->unit) {
@@ -252,49 +227,6 @@ private:
 };
 
 } // namespace
-
-int unitId(const QByteArray &text)
-{
-    const QByteArray plain = plainUnit(text);
-    for (int id = 0; id < kEmuCount; ++id) {
-        if (plain == plainUnit(QString::fromUcs4(emu_find(id)->name).toUtf8()))
-            return id;
-    }
-    return -1;
-}
-
-QString unitNames()
-{
-    QStringList names;
-    for (int id = 0; id < kEmuCount; ++id)
-        names += QString::fromUcs4(emu_find(id)->name);
-    return names.join(QLatin1String(", "));
-}
-
-QStringList typedUnitNames()
-{
-    QStringList names;
-    for (int id = 0; id < kEmuCount; ++id)
-        names += QString::fromUtf8(plainUnit(QString::fromUcs4(emu_find(id)->name).toUtf8()));
-    return names;
-}
-
-bool readFrequency(const QByteArray &text, AFrequency::Unit unitOfNumbers, AFrequency *frequency)
-{
-    QByteArray number;
-    QByteArray unit;
-    splitNumber(text, &number, &unit);
-    bool ok = false;
-    const double value = number.toDouble(&ok);
-    if (!ok || !(value >= 0.0))
-        return false;
-    if (unit.isEmpty())
-        unit = AFrequency::suffixForUnit(unitOfNumbers);
-    else if (!isFrequencyUnit(unit))
-        return false;
-    *frequency = AFrequency((number + ' ' + unit).constData());
-    return frequency->floatValue(AFrequency::Hz) < kMaxFrequencyHz && (value == 0.0 || !frequency->isNull());
-}
 
 bool readTrace(QIODevice *device, Trace *trace, QString *errorText)
 {

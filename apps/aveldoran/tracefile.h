@@ -4,7 +4,6 @@
 
 #include <QtCore/QList>
 #include <QtCore/QString>
-#include <QtCore/QStringList>
 
 class QIODevice;
 
@@ -24,11 +23,3 @@ bool readTraceFile(const QString &fileName, Trace *trace, QString *errorText);
 
 // The same from an open device. The text then begins with the line's number, "3: expected ...".
 bool readTrace(QIODevice *device, Trace *trace, QString *errorText);
-
-// "88.5 MHz", or a number in `unit`: 0 or more. False for what is none, *frequency is then undefined.
-bool readFrequency(const QByteArray &text, AFrequency::Unit unit, AFrequency *frequency);
-
-// The id of the unit that a symbol such as "dBm", "dBµV" or "dBuV" names, -1 if it names none; and all symbols.
-int unitId(const QByteArray &text);
-QString unitNames();
-QStringList typedUnitNames(); // "dBuV", as on any keyboard

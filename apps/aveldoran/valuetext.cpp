@@ -66,7 +66,7 @@ QString levelText(double level, int unit)
                                          QString::fromUcs4(entry->name));
 }
 
-QString levelText(const AMeasurementValue &value)
+QString measuredValueText(const AMeasurementValue &value)
 {
     return QStringLiteral("%1 at %2").arg(levelText(value.level, value.unit), shortFrequency(value.frequency));
 }

@@ -24,7 +24,7 @@ const emsi_unit *levelScale(double level, const emu_entry &unit);
 // A level with its unit: "-38.70 dBm", and in a linear unit with a decimal prefix: "1.50 mV". Of an unknown unit the
 // number alone.
 QString levelText(double level, int unit);
-QString levelText(const AMeasurementValue &value); // "-38.70 dBm at 88.5 MHz"
+QString measuredValueText(const AMeasurementValue &value); // "-38.70 dBm at 88.5 MHz"
 
 // "1 sweep", "3409 sweeps", "2 entries".
 QString countText(qint64 count, const char *noun);

@@ -319,7 +319,7 @@ void tellContent(const Options &options, const AMdrDocument &document, const Ext
     if (times.areAnAxis())
         text += QStringLiteral(", ") + timeSpanText(time(times.beginMs()), time(times.endMs()));
     if (!highest.isEmpty())
-        text += QStringLiteral(", highest level ") + levelText(highest);
+        text += QStringLiteral(", highest level ") + measuredValueText(highest);
     Console::tellWritten(options.output, text);
 }
 

@@ -2,6 +2,9 @@
 
 #include "apps/programrun.h"
 
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonDocument>
+#include <QtCore/QJsonObject>
 #include <QtTest/QtTest>
 
 // What is asked of all commands alike. A check that fails is the failure of the test that it is called from.
@@ -12,6 +15,20 @@ inline void verifyFailed(const Run &result, const QString &error)
     QCOMPARE(result.exitStatus, 1);
     QCOMPARE(result.output, QString());
     QCOMPARE(result.errors, "aveldoran: " + error + "\n");
+}
+
+// The list that it printed; empty if it printed none.
+inline QJsonArray jsonOf(const Run &result)
+{
+    return QJsonDocument::fromJson(result.output.toUtf8()).array();
+}
+
+inline void verifyJson(const Run &result, const QJsonArray &expected)
+{
+    const QJsonArray printed = jsonOf(result);
+    QCOMPARE(printed.size(), expected.size());
+    for (int i = 0; i < expected.size(); ++i)
+        QCOMPARE(printed.at(i).toObject(), expected.at(i).toObject());
 }
 
 // A table of wrong command lines, for verifyRefused(): each row has the arguments behind the command, and a part of

@@ -52,6 +52,8 @@ offers 'json' markers --format j
 offers 'json text' markers --format=
 offers 'json' markers --format=j
 offers 'json' channels --expand --format=j
+offers 'json text' limits --format ''
+offers 'json text' calibration --format ''
 offers 'name none' drive --labels=n
 offers 'compass gyro pressure' drive --sensors ''
 offers 'compass,gyro' drive --sensors compass,g

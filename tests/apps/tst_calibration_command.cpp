@@ -5,6 +5,8 @@
 
 #include <core/acalibrationdata.h>
 
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonObject>
 #include <QtTest/QtTest>
 
 #include <QtGui/QImage>
@@ -36,6 +38,9 @@ private Q_SLOTS:
 
     void listsObjectsByType();
     void tellsTheGainAtAFrequency();
+    void printsJson();
+    void tellsTheGainAtAFrequencyInJson();
+    void jsonOfNothingIsAnEmptyList();
     void readsDirectoriesAndThoseBelowThem();
     void writesNoCalibrationFile();
     void namesWhatItCanNotRead_data();
@@ -78,6 +83,67 @@ void TestCalibrationCommand::tellsTheGainAtAFrequency()
     QVERIFY(lines.at(2).endsWith("; at 1500 MHz: 2.15 dBi, held from the end of the table"));
     QVERIFY(lines.at(4).endsWith("; at 1500 MHz: -9.50 dB, held from the end of the table"));
     QCOMPARE(lines.at(5), QString("  Empty  no entries"));
+}
+
+void TestCalibrationCommand::printsJson()
+{
+    const QString first = m_folder->write("a", kObjects);
+    const QString second = m_folder->write("b", "[preamplifier] Low noise\n1.5 Hz 20\n[attenuator]\n1 Hz nan\n");
+    const Run result = run({"calibration", "--format", "json", first, second});
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.exitStatus, 0);
+    const auto object = [](const QString &file, const char *type, const char *label, const char *unit, int entries) {
+        return QJsonObject{{"file", file}, {"type", type}, {"label", label}, {"unit", unit}, {"entries", entries}};
+    };
+    const auto withRange = [](QJsonObject of, double beginHz, double endHz) {
+        of["beginHz"] = beginHz;
+        of["endHz"] = endHz;
+        return of;
+    };
+    const auto withGains = [](QJsonObject of, const QJsonValue &lowest, const QJsonValue &highest) {
+        of["lowestGain"] = lowest;
+        of["highestGain"] = highest;
+        return of;
+    };
+    const QJsonArray expected = {
+        withGains(withRange(object(second, "preamplifier", "Low noise", "dB", 1), 1.5, 1.5), 20, 20),
+        withGains(withRange(object(first, "antenna", "Horn", "dBi", 3), 1e9, 18e9), 7, 14),
+        withGains(withRange(object(first, "antenna", "Dipole", "dBi", 1), 145e6, 145e6), 2.15, 2.15),
+        withGains(withRange(object(first, "cable", "Long", "dB", 2), 10e6, 1e9), -9.5, -1),
+        object(first, "cable", "Empty", "dB", 0),
+        withRange(object(second, "attenuator", "", "dB", 1), 1, 1), // no gain is a number
+        withGains(withRange(object(first, "any", "Strange", "dB", 2), -1000, 1000), QJsonValue(), QJsonValue()),
+    };
+    verifyJson(result, expected);
+    QCOMPARE(result.output.count('\n'), expected.size() + 2); // one object a line
+}
+
+void TestCalibrationCommand::tellsTheGainAtAFrequencyInJson()
+{
+    const Run result = run({"calibration", "--at", "1.5 GHz", "--format", "json", m_folder->write("a", kObjects)});
+    QCOMPARE(result.exitStatus, 0);
+    const QJsonArray objects = jsonOf(result);
+    QCOMPARE(objects.size(), 5);
+    const auto verifyAt = [&objects](int index, const QJsonValue &gain, bool held) {
+        const QJsonObject object = objects.at(index).toObject();
+        QCOMPARE(object["targetHz"], QJsonValue(1.5e9));
+        QCOMPARE(object["gain"], gain);
+        QCOMPARE(object["held"], QJsonValue(held));
+    };
+    verifyAt(0, 8, false); // the horn, between two entries
+    verifyAt(1, 2.15, true);
+    verifyAt(2, -9.5, true);
+    verifyAt(4, QJsonValue::Null, true); // infinite
+    for (const char *key : {"targetHz", "gain", "held", "beginHz", "lowestGain"})
+        QVERIFY2(!objects.at(3).toObject().contains(QLatin1String(key)), key); // without entries
+}
+
+void TestCalibrationCommand::jsonOfNothingIsAnEmptyList()
+{
+    QCOMPARE(run({"calibration", "--format", "json", m_folder->write("a", "caldata 1\n")}).output, QString("[]\n"));
+    const Run unread = run({"calibration", "--format", "json", m_folder->path("missing")});
+    QCOMPARE(unread.exitStatus, 1);
+    QCOMPARE(unread.output, QString("[]\n"));
 }
 
 void TestCalibrationCommand::readsDirectoriesAndThoseBelowThem()
@@ -229,12 +295,15 @@ void TestCalibrationCommand::drawsWhateverIsInAFile()
 void TestCalibrationCommand::refusesWrongUsage_data()
 {
     addWrongUsageColumns();
-    QTest::newRow("no file") << QStringList{} << "calibration: expected a calibration file, found none";
+    QTest::newRow("no file") << QStringList{}
+                             << "calibration: a calibration file is missing; see 'aveldoran calibration --help'";
     QTest::newRow("unknown option") << QStringList{"--gain", "a"} << "unknown option '--gain'";
     QTest::newRow("no frequency") << QStringList{"--at", "high", "a"}
                                   << "--at expects a frequency such as '100 MHz', not 'high'";
     QTest::newRow("empty frequency") << QStringList{"--at", "", "a"}
                                      << "--at expects a frequency such as '100 MHz', not ''";
+    QTest::newRow("unknown format") << QStringList{"--format", "JSON", "a"}
+                                    << "calibration: --format expects text or json, not 'JSON'";
     QTest::newRow("no PNG") << QStringList{"--plot", "a.jpg", "a"}
                             << "--plot expects the name of a file that ends in .png, not 'a.jpg'";
     QTest::newRow("empty picture") << QStringList{"--plot", "", "a"} << "--plot expects the name of a file, not ''";
@@ -247,7 +316,7 @@ void TestCalibrationCommand::refusesWrongUsage()
 
 void TestCalibrationCommand::helps()
 {
-    verifyHelps("calibration", {"--at", "--plot"});
+    verifyHelps("calibration", {"--at", "--format", "--plot"});
 }
 
 QTEST_GUILESS_MAIN(TestCalibrationCommand)

@@ -5,7 +5,6 @@
 #include <QtTest/QtTest>
 
 #include <QtCore/QJsonArray>
-#include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 
 #include <unistd.h>
@@ -126,7 +125,7 @@ void TestChannelsCommand::printsJson()
 {
     const Run result = run({"channels", "--stacked", "--format", "json", m_folder->write("a.profile", kPlan)});
     QCOMPARE(result.exitStatus, 0);
-    const QJsonArray ranges = QJsonDocument::fromJson(result.output.toUtf8()).array();
+    const QJsonArray ranges = jsonOf(result);
     QCOMPARE(ranges.size(), 4);
     QCOMPARE(ranges.at(0).toObject().value("profile").toString(), QStringLiteral("plan"));
     const QJsonObject expected{{"depth", 1},
@@ -276,9 +275,10 @@ void TestChannelsCommand::reportsOutputThatCanNotBeWritten()
 void TestChannelsCommand::refusesWrongUsage_data()
 {
     addWrongUsageColumns();
-    QTest::newRow("no command") << QStringList() << "a command is missing";
+    QTest::newRow("no command") << QStringList() << "aveldoran: a command is missing; see 'aveldoran --help'";
     QTest::newRow("unknown command") << QStringList{"chanels"} << "unknown command 'chanels'";
-    QTest::newRow("no path") << QStringList{"channels"} << "expected a profile file or directory, found none";
+    QTest::newRow("no path") << QStringList{"channels"}
+                             << "a profile file or directory is missing; see 'aveldoran channels --help'";
     QTest::newRow("unknown option") << QStringList{"channels", "--expnd", "."} << "unknown option '--expnd'";
     QTest::newRow("unknown format") << QStringList{"channels", "--format", "yaml", "."}
                                     << "--format expects text, json or xml, not 'yaml'";

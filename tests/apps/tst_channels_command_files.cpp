@@ -7,7 +7,6 @@
 #include "channel/randomtree.h"
 
 #include <QtCore/QJsonArray>
-#include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 #include <QtTest/QtTest>
 #include <QtXml/QDomDocument>
@@ -294,7 +293,7 @@ void TestChannelsCommandFiles::namesThatXmlCanNotHoldAreCleaned()
 void TestChannelsCommandFiles::anExportAsJson()
 {
     const Run result = run({"channels", "--format", "json", "--efis", m_folder->write("e.csv", oneWay("5-6", "ä"))});
-    const QJsonArray ranges = QJsonDocument::fromJson(result.output.toUtf8()).array();
+    const QJsonArray ranges = jsonOf(result);
     QCOMPARE(ranges.size(), 2);
     QCOMPARE(ranges.at(1).toObject(), QJsonObject({{"depth", 1},
                                                    {"label", "ä"},
@@ -351,8 +350,7 @@ void TestChannelsCommandFiles::goodFilesArePrintedBesideBadOnes()
 void TestChannelsCommandFiles::wrongUsageIsRefused_data()
 {
     addWrongUsageColumns();
-    QTest::newRow("nothing to read") << QStringList{"--format", "xml"}
-                                     << "expected a profile file or directory, found none";
+    QTest::newRow("nothing to read") << QStringList{"--format", "xml"} << "a profile file or directory is missing";
     QTest::newRow("no file") << QStringList{"--efis"} << "missing value after '--efis'";
     QTest::newRow("unknown format") << QStringList{"--format", "XML", "."}
                                     << "--format expects text, json or xml, not 'XML'";

@@ -7,7 +7,6 @@
 #include <QtTest/QtTest>
 
 #include <QtCore/QJsonArray>
-#include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 
 #include <memory>
@@ -78,9 +77,7 @@ void TestDevicesCommand::listsEveryUsbDevice()
 
 void TestDevicesCommand::followsDevicesThatComeAndGo()
 {
-    const auto count = [] {
-        return QJsonDocument::fromJson(run({"devices", "--format=json"}).output.toUtf8()).array().size();
-    };
+    const auto count = [] { return jsonOf(run({"devices", "--format=json"})).size(); };
     QCOMPARE(count(), 0);
     const QString path = m_bed->plug("1-1", "0403", "6010", 5);
     QCOMPARE(count(), 2);
@@ -102,7 +99,7 @@ void TestDevicesCommand::printsJson()
                                           {"description", "Probe"},
                                           {"bus", 3},
                                           {"device", 9}}};
-    QCOMPARE(QJsonDocument::fromJson(result.output.toUtf8()).array(), expected);
+    QCOMPARE(jsonOf(result), expected);
 }
 
 void TestDevicesCommand::printsTheJsonOfTheDocument()
@@ -147,7 +144,7 @@ void TestDevicesCommand::whatADeviceDoesNotTellIsADash()
                                        nullptr, "DEVTYPE", "usb_device", nullptr));
     QCOMPARE(run({"devices"}).output, QStringLiteral("Kind      USB id     Bus  Device  Name  Description\n"
                                                      "analyser  0403:6014    -       -  -     -\n"));
-    const QJsonArray json = QJsonDocument::fromJson(run({"devices", "--format", "json"}).output.toUtf8()).array();
+    const QJsonArray json = jsonOf(run({"devices", "--format", "json"}));
     QCOMPARE(json.first().toObject().keys(),
              (QStringList{"description", "id", "kinds", "name", "productId", "vendorId"}));
 }

@@ -472,7 +472,7 @@ void TestDriveCommand::reportsOutputThatCanNotBeWritten()
 void TestDriveCommand::refusesWrongUsage_data()
 {
     addWrongUsageColumns();
-    QTest::newRow("no recording") << QStringList{} << "drive: expected one recording, found none";
+    QTest::newRow("no recording") << QStringList{} << "drive: a recording is missing; see 'aveldoran drive --help'";
     QTest::newRow("two recordings") << QStringList{"a.mdr", "b.mdr"} << "drive: expected one recording, found 2";
     QTest::newRow("an unknown option") << QStringList{"a.mdr", "--fast"} << "unknown option '--fast'";
     QTest::newRow("an unknown unit") << QStringList{"a.mdr", "--unit", "dBx"} << "drive: --unit expects dBm, dBW";

@@ -3,6 +3,8 @@
 #include "apps/pixels.h"
 #include "apps/programrun.h"
 
+#include <QtCore/QJsonArray>
+#include <QtCore/QJsonObject>
 #include <QtTest/QtTest>
 
 #include <QtGui/QImage>
@@ -48,6 +50,12 @@ private Q_SLOTS:
     void findsTheCarriersOfTheExampleTrace();
     void namesATraceThatCanNotBeRead();
 
+    void printsJson();
+    void printsVerdictsAsJson_data();
+    void printsVerdictsAsJson();
+    void excessesInJsonHaveTheUnitOfTheTrace();
+    void jsonOfNothingIsAnEmptyList();
+
     void rewritesAsAnEditorDoes();
     void rewritesAFileOntoItself();
     void aFailedRewriteLeavesTheOldFile();
@@ -65,9 +73,11 @@ private Q_SLOTS:
     void helps();
 
 private:
-    Run check(const QByteArray &trace, const QByteArray &limits = kMask) const
+    Run check(const QByteArray &trace, const QByteArray &limits = kMask, const QStringList &options = {}) const
     {
-        return run({"limits", "--check", m_folder->write("trace.csv", trace), m_folder->write("mask.xml", limits)});
+        return run(
+            QStringList{"limits", "--check", m_folder->write("trace.csv", trace), m_folder->write("mask.xml", limits)} +
+            options);
     }
 
     QString heading() const { return m_folder->path("mask.xml") + ": 1 limit\n"; }
@@ -275,6 +285,131 @@ void TestLimitsCommand::namesATraceThatCanNotBeRead()
     QVERIFY(bad.errors.contains("trace.csv:1: "));
 }
 
+void TestLimitsCommand::printsJson()
+{
+    const QString mask = m_folder->write("mask.xml", kMask);
+    const QString other = m_folder->write("other.xml", "<data><limit end='1000' measureunit='99' color='no colour'/>"
+                                                       "<limit name='Field'><section beginFrequency='1.5'"
+                                                       " beginValue='1e400' endValue='2' interpolation='2'/></limit>"
+                                                       "</data>");
+    const Run result = run({"limits", "--format", "json", mask, other});
+    QCOMPARE(result.errors, QString());
+    QCOMPARE(result.exitStatus, 0);
+    QCOMPARE(result.output.count('\n'), 5); // one object a line
+    const QJsonArray expected = {
+        QJsonObject{
+            {"file", mask},
+            {"name", "Mask"},
+            {"description", "Of a test"},
+            {"beginHz", 100000000},
+            {"endHz", 200000000},
+            {"unit", "dBm"},
+            {"color", "#00aa00"},
+            {"sections", QJsonArray{QJsonObject{{"beginHz", 100000000},
+                                                {"endHz", 120000000},
+                                                {"beginLevel", -50},
+                                                {"endLevel", -50},
+                                                {"interpolation", "linear"}},
+                                    QJsonObject{{"beginHz", 120000000},
+                                                {"endHz", 180000000},
+                                                {"beginLevel", -50},
+                                                {"endLevel", -70},
+                                                {"interpolation", "linear"}}}},
+            {"levels", QJsonArray{QJsonObject{{"frequencyHz", 190000000}, {"level", -60}, {"interpolation", "step"}}}}},
+        QJsonObject{{"file", other},
+                    {"name", ""},
+                    {"beginHz", 0},
+                    {"endHz", 1000},
+                    {"sections", QJsonArray()},
+                    {"levels", QJsonArray()}},
+        QJsonObject{{"file", other},
+                    {"name", "Field"},
+                    {"beginHz", 0},
+                    {"endHz", 30e9},
+                    {"unit", QString::fromUtf8("dB\u00b5V/m")},
+                    {"sections", QJsonArray{QJsonObject{{"beginHz", 1.5},
+                                                        {"endHz", 0},
+                                                        {"beginLevel", QJsonValue()},
+                                                        {"endLevel", 2},
+                                                        {"interpolation", "logarithmic"}}}},
+                    {"levels", QJsonArray()}},
+    };
+    verifyJson(result, expected);
+}
+
+void TestLimitsCommand::printsVerdictsAsJson_data()
+{
+    QTest::addColumn<QByteArray>("trace");
+    QTest::addColumn<QString>("verdict");
+    QTest::addColumn<int>("compared");
+    QTest::addColumn<QJsonArray>("excesses");
+    QTest::addColumn<QString>("error"); // a part
+
+    const auto excess = [](double hz, double level, double limit, double beginHz, double endHz, int points) {
+        return QJsonObject{{"frequencyHz", hz}, {"level", level},     {"limit", limit}, {"excess", level - limit},
+                           {"unit", "dBm"},     {"beginHz", beginHz}, {"endHz", endHz}, {"points", points}};
+    };
+    QTest::newRow("kept") << QByteArray("100 MHz;-50\n120 MHz;-50\n") << "kept" << 2 << QJsonArray() << QString();
+    QTest::newRow("exceeded") << QByteArray("101 MHz;-49.5\n105 MHz;-45\n106 MHz;-50.5\n200 MHz;-55\n") << "exceeded"
+                              << 4
+                              << QJsonArray{excess(105e6, -45.0, -50.0, 101e6, 105e6, 2),
+                                            excess(200e6, -55.0, -60.0, 200e6, 200e6, 1)}
+                              << QString();
+    QTest::newRow("beside") << QByteArray("1 MHz;-90\n") << "not checked" << 0 << QJsonArray()
+                            << "Mask: no point of the trace lies where it governs";
+    QTest::newRow("another unit") << QByteArray("110 MHz;-90 dBA/m\n") << "not checked" << 0 << QJsonArray()
+                                  << "Mask: the trace in dBA/m can't be compared with a limit in dBm";
+}
+
+// The limit itself is printed too.
+void TestLimitsCommand::printsVerdictsAsJson()
+{
+    QFETCH(QByteArray, trace);
+    QFETCH(QString, verdict);
+    QFETCH(int, compared);
+    QFETCH(QJsonArray, excesses);
+    QFETCH(QString, error);
+    const Run result = check(trace, kMask, {"--format=json"});
+    QVERIFY2(result.errors.contains(error) && result.errors.isEmpty() == error.isEmpty(), qPrintable(result.errors));
+    QCOMPARE(result.exitStatus, verdict == "kept" ? 0 : 1);
+    const QJsonArray limits = jsonOf(run({"limits", "--format", "json", m_folder->path("mask.xml")}));
+    QCOMPARE(limits.size(), 1);
+    QJsonObject expected = limits.first().toObject();
+    expected["verdict"] = verdict;
+    expected["comparedPoints"] = compared;
+    expected["excesses"] = excesses;
+    QCOMPARE(jsonOf(result), QJsonArray{expected});
+}
+
+void TestLimitsCommand::excessesInJsonHaveTheUnitOfTheTrace()
+{
+    const auto excessesOf = [this](const QByteArray &trace) {
+        return jsonOf(check(trace, kMask, {"--format", "json"})).at(0)["excesses"].toArray();
+    };
+    // -50 dBm are 10 nW.
+    const QJsonArray linear = excessesOf("Frequency;Level [W]\n110 MHz;1e-7\n");
+    QCOMPARE(linear.size(), 1);
+    QCOMPARE(linear.at(0)["unit"], QJsonValue("W"));
+    QCOMPARE(linear.at(0)["level"], QJsonValue(1e-7));
+    QVERIFY(qAbs(linear.at(0)["limit"].toDouble() - 1e-8) < 1e-15);
+    QVERIFY(qAbs(linear.at(0)["excess"].toDouble() - 9e-8) < 1e-15);
+    const QJsonArray infinite = excessesOf("110 MHz;inf\n");
+    QCOMPARE(infinite.size(), 1);
+    QVERIFY(infinite.at(0)["level"].isNull() && infinite.at(0)["excess"].isNull());
+    QCOMPARE(infinite.at(0)["limit"], QJsonValue(-50));
+}
+
+void TestLimitsCommand::jsonOfNothingIsAnEmptyList()
+{
+    const Run empty = run({"limits", "--format", "json", m_folder->write("empty.xml", "<data/>")});
+    QCOMPARE(empty.exitStatus, 0);
+    QCOMPARE(empty.output, QString("[]\n"));
+    const Run unread = check("100 MHz;loud\n", kMask, {"--format", "json"});
+    QCOMPARE(unread.exitStatus, 1);
+    QCOMPARE(unread.output, QString("[]\n"));
+    QCOMPARE(unread.errors.count('\n'), 1);
+}
+
 void TestLimitsCommand::rewritesAsAnEditorDoes()
 {
     const Run result = run({"limits", "--rewrite", m_folder->path("out.xml"), m_folder->write("mask.xml", kMask)});
@@ -421,10 +556,12 @@ void TestLimitsCommand::refusesWrongUsage_data()
 {
     addWrongUsageColumns();
     const QString mask = "mask.xml";
-    QTest::newRow("no file") << QStringList{} << "limits: expected a limit file, found none";
+    QTest::newRow("no file") << QStringList{} << "limits: a limit file is missing; see 'aveldoran limits --help'";
     QTest::newRow("unknown option") << QStringList{"--color", mask} << "unknown option '--color'";
     QTest::newRow("no trace") << QStringList{mask, "--check"} << "missing value after '--check'";
     QTest::newRow("empty trace") << QStringList{"--check", "", mask} << "--check expects the name of a file, not ''";
+    QTest::newRow("unknown format") << QStringList{"--format", "xml", mask}
+                                    << "limits: --format expects text or json, not 'xml'";
     QTest::newRow("no PNG") << QStringList{"--plot", "a.jpg", mask}
                             << "--plot expects the name of a file that ends in .png, not 'a.jpg'";
     QTest::newRow("picture over the rewritten file")
@@ -446,7 +583,7 @@ void TestLimitsCommand::refusesWrongUsage()
 
 void TestLimitsCommand::helps()
 {
-    verifyHelps("limits", {"--check", "--rewrite", "--plot"});
+    verifyHelps("limits", {"--check", "--format", "--rewrite", "--plot"});
 }
 
 QTEST_GUILESS_MAIN(TestLimitsCommand)

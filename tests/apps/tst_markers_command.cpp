@@ -6,7 +6,6 @@
 #include <QtTest/QtTest>
 
 #include <QtCore/QJsonArray>
-#include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 #include <QtGui/QImage>
 
@@ -133,7 +132,7 @@ void TestMarkersCommand::showsLinearLevelsWithAPrefix()
                           "3 Std 3 3 MHz 1.00 µV -2.00 mV -2.00 mV @ +1.000 MHz (Δ Std 1)"}));
 
     result = run(arguments + QStringList{"--format", "json"});
-    const QJsonObject second = QJsonDocument::fromJson(result.output.toUtf8()).array().at(1).toObject();
+    const QJsonObject second = jsonOf(result).at(1).toObject();
     QCOMPARE(second.value("level"), QJsonValue(5e-4));
     QCOMPARE(second.value("valueText"), QJsonValue("500.00 µV"));
     QCOMPARE(second.value("deltaText"), QJsonValue("-1.50 mV"));
@@ -156,7 +155,7 @@ void TestMarkersCommand::showsADifferenceOfFrequenciesInItsOwnUnit()
 
     result = run(arguments + QStringList({"--format", "json"}));
     QCOMPARE(result.exitStatus, 0);
-    const QJsonArray printed = QJsonDocument::fromJson(result.output.toUtf8()).array();
+    const QJsonArray printed = jsonOf(result);
     QCOMPARE(printed.size(), 4);
     QVERIFY(!printed.at(0).toObject().contains("deltaHz"));
     QCOMPARE(printed.at(1).toObject().value("deltaHz"), QJsonValue(-250000));
@@ -165,8 +164,7 @@ void TestMarkersCommand::showsADifferenceOfFrequenciesInItsOwnUnit()
 
     // A reference without a value is where it is pinned.
     result = run({"markers", "--max", "1", "--at", "1 MHz", "--reference", "2", "--format", "json", file});
-    QCOMPARE(QJsonDocument::fromJson(result.output.toUtf8()).array().at(0).toObject().value("deltaHz"),
-             QJsonValue(102000000));
+    QCOMPARE(jsonOf(result).at(0).toObject().value("deltaHz"), QJsonValue(102000000));
 }
 
 void TestMarkersCommand::showsPeaksOfLevelZero_data()
@@ -239,10 +237,7 @@ void TestMarkersCommand::printsJson()
                     {"label", "Std 2: - Std 2 -"},
                     {"detailedLabel", "Std 2: - Std 2 -"}},
     };
-    const QJsonArray printed = QJsonDocument::fromJson(result.output.toUtf8()).array();
-    QCOMPARE(printed.size(), expected.size());
-    for (int i = 0; i < expected.size(); ++i)
-        QCOMPARE(printed.at(i).toObject(), expected.at(i).toObject());
+    verifyJson(result, expected);
 }
 
 void TestMarkersCommand::numbersThatAreNoneAreNullInJson()
@@ -250,7 +245,7 @@ void TestMarkersCommand::numbersThatAreNoneAreNullInJson()
     const Run result = run({"markers", "--format", "json", "--max", "1", "--at", "3",
                             m_folder->write("a.csv", "1;0\n2;inf\n3;nan\n4;1\n")});
     QCOMPARE(result.exitStatus, 0);
-    const QJsonArray printed = QJsonDocument::fromJson(result.output.toUtf8()).array();
+    const QJsonArray printed = jsonOf(result);
     QCOMPARE(printed.size(), 2);
     QVERIFY(printed.at(0).toObject().value("level").isNull());
     QCOMPARE(printed.at(0).toObject().value("frequencyHz").toDouble(), 2.0);
@@ -424,7 +419,7 @@ void TestMarkersCommand::refusesWrongUsage_data()
 {
     addWrongUsageColumns();
 
-    QTest::newRow("no trace") << QStringList{} << "expected one trace file, found none";
+    QTest::newRow("no trace") << QStringList{} << "a trace file is missing; see 'aveldoran markers --help'";
     QTest::newRow("two traces") << QStringList{"a.csv", "b.csv"} << "expected one trace file, found 2";
     QTest::newRow("unknown option") << QStringList{"--maxx", "1", "a.csv"} << "unknown option '--maxx'";
     QTest::newRow("unknown format") << QStringList{"--format", "xml", "a.csv"}

@@ -13,6 +13,7 @@ private Q_SLOTS:
     void defaultsAreTold();
     void neededOptionsAreMarked_data();
     void neededOptionsAreMarked();
+    void whatIsMissingIsToldInOneForm();
     void eachCommandTellsItsExitStatuses();
 };
 
@@ -27,6 +28,15 @@ QString descriptionOf(const QString &command, const QString &option)
     return form.match(help).captured(1).simplified();
 }
 
+QStringList commandsOf(const QString &help)
+{
+    QStringList commands;
+    const QStringList lines = help.section("Commands:\n", 1).section("\n\n", 0, 0).split('\n');
+    for (const QString &line : lines)
+        commands += line.simplified().section(' ', 0, 0);
+    return commands;
+}
+
 } // namespace
 
 void TestProgramHelp::defaultsAreTold_data()
@@ -38,7 +48,7 @@ void TestProgramHelp::defaultsAreTold_data()
     const auto add = [](const char *command, const char *option, const char *value) {
         QTest::addRow("%s --%s", command, option) << command << option << value;
     };
-    for (const char *command : {"channels", "devices", "markers", "waypoints"})
+    for (const char *command : {"calibration", "channels", "devices", "limits", "markers", "waypoints"})
         add(command, "format", "text");
     add("drive", "elevation", "200");
     add("drive", "tolerance", "1000");
@@ -96,10 +106,26 @@ void TestProgramHelp::neededOptionsAreMarked()
         }
         const Run result = run(line);
         QCOMPARE(result.exitStatus, 2);
-        QCOMPARE(result.errors, "aveldoran: " + command + ": --" + options.at(missing) + " is missing\n");
+        QCOMPARE(result.errors, "aveldoran: " + command + ": --" + options.at(missing) +
+                                    " is missing; see 'aveldoran " + command + " --help'\n");
     }
     const QString help = run({command, "--help"}).output.section("Options:", 1);
     QCOMPARE(help.count("Required."), options.size());
+}
+
+void TestProgramHelp::whatIsMissingIsToldInOneForm()
+{
+    QCOMPARE(run({}).errors, QString("aveldoran: a command is missing; see 'aveldoran --help'\n"));
+    QStringList commands = commandsOf(run({"--help"}).output);
+    QVERIFY(commands.removeOne("devices")); // needs nothing
+    QVERIFY(commands.size() >= 9);
+    for (const QString &command : qAsConst(commands)) {
+        const Run result = run({command});
+        QCOMPARE(result.exitStatus, 2);
+        const QRegularExpression form(
+            QString("\\Aaveldoran: %1: (a [a-z ]+|--[a-z]+) is missing; see 'aveldoran %1 --help'\n\\z").arg(command));
+        QVERIFY2(form.match(result.errors).hasMatch(), qPrintable(result.errors));
+    }
 }
 
 void TestProgramHelp::eachCommandTellsItsExitStatuses()
@@ -107,12 +133,10 @@ void TestProgramHelp::eachCommandTellsItsExitStatuses()
     const QString help = run({"--help"}).output;
     const QString statuses = "\nExit status:\n" + help.section("\nExit status:\n", 1).section("\n\n", 0, 0);
     QVERIFY(statuses.contains("\n  0  ") && statuses.contains("\n  1  ") && statuses.contains("\n  2  "));
-    const QStringList lines = help.section("Commands:\n", 1).section("\n\n", 0, 0).split('\n');
-    QVERIFY(lines.size() >= 10);
-    for (const QString &line : lines) {
-        const QString command = line.simplified().section(' ', 0, 0);
+    const QStringList commands = commandsOf(help);
+    QVERIFY(commands.size() >= 10);
+    for (const QString &command : commands)
         QVERIFY2(run({command, "--help"}).output.endsWith(statuses + '\n'), qPrintable(command));
-    }
 }
 
 QTEST_GUILESS_MAIN(TestProgramHelp)

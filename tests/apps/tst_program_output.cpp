@@ -142,6 +142,11 @@ void TestProgramOutput::dataAloneGoesToStandardOutput_data()
     const QString data = QLatin1String(AVELDORAN_EXAMPLES_DIR) + "/data/";
     QTest::newRow("JSON beside a picture")
         << QStringList{"markers", data + "traces/broadband.csv", "--format", "json", "--plot", "OUT.png"} << "[\n{";
+    QTest::newRow("JSON of limits beside a picture")
+        << QStringList{"limits", data + "limits/en55032-radiated.xml", "--format", "json", "--plot", "OUT.png"}
+        << "[\n{";
+    QTest::newRow("JSON of gains beside a picture")
+        << QStringList{"calibration", data + "calibration", "--format", "json", "--plot", "OUT.png"} << "[\n{";
     QTest::newRow("a document") << QStringList{"drive", "RECORDING"} << "<?xml ";
     QTest::newRow("a logo beside a file")
         << QStringList{"logo", "--model", "1", "--firmware", "2", "--serial", "3", "--ascii", "--output", "OUT.png"}

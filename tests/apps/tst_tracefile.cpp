@@ -1,4 +1,5 @@
 #include "apps/aveldoran/tracefile.h"
+#include "core/documentedfiles.h"
 
 #include <core/asweep.h>
 #include <core/emu.h>
@@ -43,6 +44,7 @@ class TestTraceFile : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void readsTheFilesOfTheDocument();
     void readsEveryForm_data();
     void readsEveryForm();
     void namesTheLineOfWhatItRefuses_data();
@@ -56,6 +58,26 @@ private Q_SLOTS:
     void aFileCutAnywhereGivesPointsOrAnError();
     void theCarriersOfTheExampleAreItsHighestPeaks();
 };
+
+void TestTraceFile::readsTheFilesOfTheDocument()
+{
+    const QList<QByteArray> files = documentedFiles("Trace files");
+    QCOMPARE(files.size(), 2);
+    QList<Trace> traces;
+    for (QByteArray content : files) {
+        QBuffer buffer(&content);
+        QVERIFY(buffer.open(QIODevice::ReadOnly));
+        Trace trace;
+        QString errorText;
+        QVERIFY2(readTrace(&buffer, &trace, &errorText), qPrintable(errorText));
+        QCOMPARE(trace.unit, kEmuDecibelMilliwatt);
+        traces.append(trace);
+    }
+    QCOMPARE(traces.at(0).values.size(), 3);
+    QCOMPARE(traces.at(1).values.size(), 1);
+    QCOMPARE(traces.at(0).values.at(1), traces.at(1).values.first()); // 88.5 MHz in either form
+    QCOMPARE(traces.at(1).values.first().level, -38.7);
+}
 
 void TestTraceFile::readsEveryForm_data()
 {

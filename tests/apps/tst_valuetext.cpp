@@ -68,7 +68,7 @@ void TestValueText::levelsHaveTheirUnit()
     QCOMPARE(levelText(12.0, kVolt), QString("12.00 V"));
     QCOMPARE(levelText(0.0, kVolt), QString("0.00 V"));
     QCOMPARE(levelText(12.0, kUnknown), QString("12.00"));
-    QCOMPARE(levelText(AMeasurementValue(-20.0, kDBm, AFrequency("98.1 MHz"), 0, 0.0)),
+    QCOMPARE(measuredValueText(AMeasurementValue(-20.0, kDBm, AFrequency("98.1 MHz"), 0, 0.0)),
              QString("-20.00 dBm at 98.1 MHz"));
 }
 

@@ -231,9 +231,9 @@ void TestWaterfallCommand::refusesWrongUsage_data()
 {
     addWrongUsageColumns();
 
-    QTest::newRow("no recording") << QStringList{"--output", "a.png"} << "expected one recording, found none";
+    QTest::newRow("no recording") << QStringList{"--output", "a.png"} << "a recording is missing";
     QTest::newRow("two recordings") << QStringList{"a", "b", "--output", "a.png"} << "expected one recording, found 2";
-    QTest::newRow("no output") << QStringList{"a.mdr"} << "--output is missing";
+    QTest::newRow("no output") << QStringList{"a.mdr"} << "--output is missing; see 'aveldoran waterfall --help'";
     QTest::newRow("no PNG file") << QStringList{"a.mdr", "--output", "a.jpg"}
                                  << "--output expects the name of a file that ends in .png, not 'a.jpg'";
     QTest::newRow("an output without a name") << QStringList{"a.mdr", "--output"} << "missing value after '--output'";

@@ -3,7 +3,6 @@
 #include "apps/programrun.h"
 
 #include <QtCore/QJsonArray>
-#include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 #include <QtCore/QTextCodec>
 #include <QtTest/QtTest>
@@ -42,7 +41,7 @@ namespace {
 
 QJsonObject onlyObject(const Run &result)
 {
-    const QJsonArray array = QJsonDocument::fromJson(result.output.toUtf8()).array();
+    const QJsonArray array = jsonOf(result);
     return array.size() == 1 ? array.at(0).toObject() : QJsonObject();
 }
 
@@ -89,7 +88,7 @@ void TestWaypointsCommand::printsJson()
     QCOMPARE(result.errors, QString());
     QCOMPARE(result.exitStatus, 0);
     QCOMPARE(result.output.count('\n'), 4); // one file a line
-    const QJsonArray files = QJsonDocument::fromJson(result.output.toUtf8()).array();
+    const QJsonArray files = jsonOf(result);
     QCOMPARE(files.size(), 2);
 
     const QJsonObject gpx = files.at(0).toObject();
@@ -269,7 +268,7 @@ void TestWaypointsCommand::refusesWhatHoldsNoPositions_data()
     QTest::newRow("a track without points") << "trk.gpx"
                                             << ": its track has no points (trkpt)";
     QTest::newRow("no XML behind its begin") << "broken.gpx"
-                                             << ":1:2: error occurred while parsing element";
+                                             << ":1:2: can't be read as GPX: error occurred while parsing element";
 }
 
 void TestWaypointsCommand::refusesWhatHoldsNoPositions()
@@ -329,7 +328,8 @@ void TestWaypointsCommand::reportsOutputThatCanNotBeWritten()
 void TestWaypointsCommand::refusesWrongUsage_data()
 {
     addWrongUsageColumns();
-    QTest::newRow("no file") << QStringList{} << "waypoints: expected a position file, found none";
+    QTest::newRow("no file") << QStringList{}
+                             << "waypoints: a position file is missing; see 'aveldoran waypoints --help'";
     QTest::newRow("an unknown option") << QStringList{"--colour", kGpx} << "unknown option '--colour'";
     QTest::newRow("an unknown format") << QStringList{"--format", "xml", kGpx}
                                        << "waypoints: --format expects text or json, not 'xml'";

@@ -1,14 +1,11 @@
-#include "apps/aveldoran/tracefile.h"
 #include "core/documentedfiles.h"
 
 #include <bootlogo/abootlogodata.h>
 #include <core/asettings.h>
 #include <core/asweepprocessor.h>
 #include <core/aveldorandevicefilter.h>
-#include <core/emu.h>
 #include <marker/aspectrummarkerlist.h>
 
-#include <QtCore/QBuffer>
 #include <QtCore/QSettings>
 #include <QtTest/QtTest>
 #include <QtXml/QDomDocument>
@@ -20,7 +17,6 @@ class TestDocumentedFiles : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void tracesAreRead();
     void theLogoLayoutIsTheDefault();
     void theSuppressionFileIsRead();
     void theKmlIsWellFormed();
@@ -39,26 +35,6 @@ QString TestDocumentedFiles::fileOf(const char *name, const QByteArray &content)
     if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
         return {};
     return file.fileName();
-}
-
-void TestDocumentedFiles::tracesAreRead()
-{
-    const QList<QByteArray> files = documentedFiles("Trace files");
-    QCOMPARE(files.size(), 2);
-    QList<Trace> traces;
-    for (QByteArray content : files) {
-        QBuffer buffer(&content);
-        QVERIFY(buffer.open(QIODevice::ReadOnly));
-        Trace trace;
-        QString errorText;
-        QVERIFY2(readTrace(&buffer, &trace, &errorText), qPrintable(errorText));
-        QCOMPARE(trace.unit, kEmuDecibelMilliwatt);
-        traces.append(trace);
-    }
-    QCOMPARE(traces.at(0).values.size(), 3);
-    QCOMPARE(traces.at(1).values.size(), 1);
-    QCOMPARE(traces.at(0).values.at(1), traces.at(1).values.first()); // 88.5 MHz in either form
-    QCOMPARE(traces.at(1).values.first().level, -38.7);
 }
 
 void TestDocumentedFiles::theLogoLayoutIsTheDefault()
