@@ -19,6 +19,8 @@ function(aveldoran_add_test name)
     target_link_libraries(${name} PRIVATE Aveldoran::Core ${arg_LIBRARIES} Qt5::Test)
     target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
     target_compile_definitions(${name} PRIVATE AVELDORAN_EXAMPLES_DIR="${PROJECT_SOURCE_DIR}/examples")
+    # Sources of other folders are built as there, so that the tools for static checks can build them.
+    set_source_files_properties(${arg_SOURCES} PROPERTIES SKIP_PRECOMPILE_HEADERS ON)
     if(NOT "Qt5::Network" IN_LIST arg_LIBRARIES)
         if("${arg_LIBRARIES}" MATCHES "Aveldoran::Data|Qt5::Widgets|aveldoran_program_parts")
             target_precompile_headers(${name} REUSE_FROM test_header_widgets)
