@@ -85,8 +85,8 @@ QString enumLabel(const char *enumeration, float key)
 {
     static QHash<QByteArray, QMap<float, QString>> labels;
     const int length = static_cast<int>(std::strlen(enumeration));
-    auto known = labels.constFind(QByteArray::fromRawData(enumeration, length));
-    if (known == labels.constEnd())
+    auto known = labels.find(QByteArray::fromRawData(enumeration, length));
+    if (known == labels.end())
         known = labels.insert(QByteArray(enumeration, length), parseLabels(enumeration));
     return known->value(key);
 }
