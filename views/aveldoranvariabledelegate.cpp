@@ -11,7 +11,6 @@
 #include <QtWidgets/QLineEdit>
 
 #include <cmath>
-#include <cstring>
 
 namespace {
 
@@ -80,11 +79,11 @@ QMap<float, QString> parseLabels(const char *enumeration)
     return labels;
 }
 
-// The label of a key. Each text is parsed once: descriptions are constants, and there are few.
+// The label of a key; none in a null text. Each text is parsed once: descriptions are constants, and there are few.
 QString enumLabel(const char *enumeration, float key)
 {
     static QHash<QByteArray, QMap<float, QString>> labels;
-    const int length = static_cast<int>(std::strlen(enumeration));
+    const int length = static_cast<int>(qstrlen(enumeration));
     auto known = labels.find(QByteArray::fromRawData(enumeration, length));
     if (known == labels.end())
         known = labels.insert(QByteArray(enumeration, length), parseLabels(enumeration));
@@ -169,7 +168,7 @@ void AVeldoranVariableDelegate::paint(QPainter *painter, const QStyleOptionViewI
         break;
     case Look::EnumerationList: {
         const auto key = static_cast<float>(index.data(Qt::EditRole).toInt());
-        editorlook::drawComboBox(painter, option, desc->enumeration ? enumLabel(desc->enumeration, key) : QString());
+        editorlook::drawComboBox(painter, option, enumLabel(desc->enumeration, key));
         break;
     }
     case Look::CheckBox: {
